@@ -1,0 +1,21 @@
+# `zqm::objc` is what a target with Objective-C sources links: Foundation and the flags of its runtime.
+# On macOS that is the system's own; elsewhere GNUstep's on GCC's runtime, where an exception of
+# Objective-C unwinds C++ frames and the other way round only with native exceptions.
+
+add_library(zqm_objc INTERFACE)
+add_library(zqm::objc ALIAS zqm_objc)
+
+if(APPLE)
+  target_link_libraries(zqm_objc INTERFACE "-framework Foundation")
+else()
+  find_path(GNUSTEP_INCLUDE_DIR Foundation/Foundation.h PATH_SUFFIXES GNUstep REQUIRED)
+  find_library(GNUSTEP_BASE_LIBRARY gnustep-base REQUIRED)
+  target_include_directories(zqm_objc SYSTEM INTERFACE "${GNUSTEP_INCLUDE_DIR}")
+  target_compile_options(zqm_objc INTERFACE
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fobjc-exceptions;-fexceptions;-fconstant-string-class=NSConstantString>)
+  target_compile_definitions(zqm_objc INTERFACE
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:_NATIVE_OBJC_EXCEPTIONS;GNU_RUNTIME=1;GNUSTEP_BASE_LIBRARY=1>)
+  # A library that holds Objective-C classes can't be unloaded: the runtime keeps pointers into it.
+  target_link_options(zqm_objc INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,nodelete>)
+  target_link_libraries(zqm_objc INTERFACE "${GNUSTEP_BASE_LIBRARY}" objc)
+endif()

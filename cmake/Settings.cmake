@@ -1,0 +1,31 @@
+# What every target of the project shares: language level, warnings, sanitizers, where products go.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_OBJC_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+foreach(language IN ITEMS C CXX OBJC OBJCXX)
+  set(CMAKE_${language}_VISIBILITY_PRESET hidden)
+endforeach()
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+# The products stand side by side, so that each finds the others without being installed.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
+set(ZQM_SANITIZE "" CACHE STRING "Sanitizers for the whole build, as -fsanitize= takes them")
+if(ZQM_SANITIZE)
+  add_compile_options(-fsanitize=${ZQM_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZQM_SANITIZE})
+endif()
+
+# Linked privately by each of our own targets; never reaches third-party code.
+add_library(zqm_warnings INTERFACE)
+target_compile_options(zqm_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)

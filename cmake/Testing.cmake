@@ -1,0 +1,17 @@
+enable_testing()
+find_package(GTest REQUIRED)
+
+# zqm_add_test(NAME SOURCES file... [LIBRARIES library...] [TIMEOUT seconds] [LABELS label...])
+# One GoogleTest program, built with the project's warnings and run as one test.
+function(zqm_add_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 300)
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE zqm_warnings ${arg_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ENVIRONMENT "${ZQM_TEST_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,138 @@
+// What the platform library and a speech engine say to each other over their socket: messages, and how
+// they are written down. Each is one JSON object on a line of its own, in UTF-8, so a conversation can be
+// read, replayed and fuzzed. Both ends use this header and nothing else of each other.
+//
+// The road of one utterance:
+//
+//   host   -> {"type":"speak","utterance":7,"text":...,"voice":...,"rate":...,"volume":...,"output":...}
+//   engine -> {"type":"started","utterance":7}              the one reply; with "error" it never began
+//   engine -> {"type":"word","utterance":7,"position":0,"length":5}     any number of these, in order
+//   engine -> {"type":"finished","utterance":7,"completed":true}        the last word on utterance 7
+//
+// - An engine speaks one utterance at a time. A new "speak" ends the one before it: its "finished"
+//   precedes the new "started".
+// - Each "speak" gets exactly one "started", and one "finished" if that carried no error.
+// - Positions and lengths count UTF-16 units of the text.
+// - The engine never waits for the host to read: what it has to say it keeps until there is room.
+// - End of file on the socket ends the engine.
+// - A line that is no message of these ends the conversation: the reader closes the socket.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace zqm::protocol {
+
+// The descriptor on which an engine finds its socket.
+inline constexpr int kEngineSocket = 3;
+
+// Longest line that a reader takes, line feed included; a longer one is no message.
+inline constexpr std::size_t kMaxRequestLine = std::size_t{1} << 30;
+inline constexpr std::size_t kMaxEventLine = std::size_t{1} << 20;
+
+// ---- host to engine
+
+struct ListVoices {
+    bool operator==(const ListVoices&) const = default;
+};
+
+// Where an utterance is written instead of played. The descriptor of the open, empty file travels with
+// the message (SCM_RIGHTS); with a temporary name, the descriptor of its folder follows it.
+struct Output {
+    std::string extension;     // of the final name, without the dot, as written; picks the format
+    std::string temporaryName; // renamed to finalName when whole, removed on failure; empty: write in place
+    std::string finalName;
+
+    bool operator==(const Output&) const = default;
+};
+
+struct Speak {
+    std::uint64_t utterance = 0; // counts up, from 1
+    std::string text;            // UTF-8; lone surrogates stand in it as U+FFFD
+    std::string voice;           // identifier
+    double rate = 0;             // words a minute
+    double volume = 1;           // 0 to 1, linear
+    std::optional<Output> output;
+
+    bool operator==(const Speak&) const = default;
+};
+
+// Ends the utterance at once, if it is still being spoken.
+struct Stop {
+    std::uint64_t utterance = 0;
+
+    bool operator==(const Stop&) const = default;
+};
+
+// Changes of the utterance being spoken, from the next sound that is made.
+struct Adjust {
+    std::uint64_t utterance = 0;
+    std::optional<double> rate;
+    std::optional<double> volume;
+
+    bool operator==(const Adjust&) const = default;
+};
+
+using Request = std::variant<ListVoices, Speak, Stop, Adjust>;
+
+// ---- engine to host
+
+struct Voice {
+    std::string identifier;
+    std::string name;
+    std::string language; // BCP 47, such as "en-US"
+    std::string gender;   // "male", "female" or "neuter"
+    int age = 0;          // years; 0: not known
+
+    bool operator==(const Voice&) const = default;
+};
+
+struct Voices {
+    std::vector<Voice> voices; // in the engine's stable order
+
+    bool operator==(const Voices&) const = default;
+};
+
+struct Started {
+    std::uint64_t utterance = 0;
+    std::string error; // empty: it is being spoken
+
+    bool operator==(const Started&) const = default;
+};
+
+struct Word {
+    std::uint64_t utterance = 0;
+    std::uint64_t position = 0;
+    std::uint64_t length = 0;
+
+    bool operator==(const Word&) const = default;
+};
+
+struct Finished {
+    std::uint64_t utterance = 0;
+    bool completed = false; // to the end, not stopped or failed
+    std::string error;      // why it failed; empty when completed or stopped
+
+    bool operator==(const Finished&) const = default;
+};
+
+using Event = std::variant<Voices, Started, Word, Finished>;
+
+// ---- lines
+
+// The line for a message, its line feed included.
+std::string encode(const Request& request);
+std::string encode(const Event& event);
+
+// The message of a line (without line feed), or nothing when it isn't exactly one: unknown type, missing
+// or surplus member, value of the wrong kind or out of range, invalid UTF-8.
+std::optional<Request> decodeRequest(std::string_view line);
+std::optional<Event> decodeEvent(std::string_view line);
+
+} // namespace zqm::protocol
