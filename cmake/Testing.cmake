@@ -1,10 +1,34 @@
-enable_testing()
-find_package(GTest REQUIRED)
+option(BUILD_TESTING "Build the tests" ON)
+if(BUILD_TESTING)
+  enable_testing()
+  find_package(GTest REQUIRED)
+endif()
 
-# zqm_add_test(NAME SOURCES file... [LIBRARIES library...] [TIMEOUT seconds] [LABELS label...])
-# One GoogleTest program, built with the project's warnings and run as one test.
+# The environment of every test, whatever shell starts it. The suppression files name third-party causes
+# only; what they are is said in them.
+set(ZQM_TEST_ENVIRONMENT "LC_ALL=C.UTF-8")
+if(ZQM_SANITIZE)
+  foreach(sanitizer IN ITEMS asan lsan ubsan)
+    set(options_of_${sanitizer} "")
+    file(GLOB suppressions CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/sanitizers/${sanitizer}.supp")
+    if(suppressions)
+      set(options_of_${sanitizer} ":suppressions=\"${suppressions}\"")
+    endif()
+  endforeach()
+  list(APPEND ZQM_TEST_ENVIRONMENT
+    "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:strict_init_order=1${options_of_asan}"
+    "LSAN_OPTIONS=print_suppressions=0${options_of_lsan}"
+    "UBSAN_OPTIONS=print_stacktrace=1${options_of_ubsan}")
+endif()
+
+# zqm_add_test(NAME SOURCES file... [LIBRARIES library...] [TIMEOUT seconds] [LABELS label...] [RUN_SERIAL])
+# One GoogleTest program, built with the project's warnings and run as one test; with RUN_SERIAL no other
+# test runs beside it.
 function(zqm_add_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
+  if(NOT BUILD_TESTING)
+    return()
+  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
@@ -13,5 +37,9 @@ function(zqm_add_test name)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" ENVIRONMENT "${ZQM_TEST_ENVIRONMENT}")
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT ${arg_TIMEOUT}
+    LABELS "${arg_LABELS}"
+    RUN_SERIAL ${arg_RUN_SERIAL}
+    ENVIRONMENT "${ZQM_TEST_ENVIRONMENT}")
 endfunction()
