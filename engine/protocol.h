@@ -47,7 +47,7 @@ struct ListVoices {
 struct Output {
     std::string extension;     // of the final name, without the dot, as written; picks the format
     std::string temporaryName; // renamed to finalName when whole, removed on failure; empty: write in place
-    std::string finalName;
+    std::string finalName;     // both are names in the folder: never a path, "." or ".."
 
     bool operator==(const Output&) const = default;
 };
@@ -56,8 +56,8 @@ struct Speak {
     std::uint64_t utterance = 0; // counts up, from 1
     std::string text;            // UTF-8; lone surrogates stand in it as U+FFFD
     std::string voice;           // identifier
-    double rate = 0;             // words a minute
-    double volume = 1;           // 0 to 1, linear
+    double rate = 0;             // words a minute; not a number: the engine's own
+    double volume = 1;           // 0 to 1, linear; not a number: full
     std::optional<Output> output;
 
     bool operator==(const Speak&) const = default;
@@ -84,7 +84,7 @@ using Request = std::variant<ListVoices, Speak, Stop, Adjust>;
 // ---- engine to host
 
 struct Voice {
-    std::string identifier;
+    std::string identifier; // never empty
     std::string name;
     std::string language; // BCP 47, such as "en-US"
     std::string gender;   // "male", "female" or "neuter"
@@ -126,12 +126,14 @@ using Event = std::variant<Voices, Started, Word, Finished>;
 
 // ---- lines
 
-// The line for a message, its line feed included.
+// The line for a message, its line feed included. Bytes that are no UTF-8 are written as U+FFFD, an infinite
+// number as the largest, and what is not a number as null.
 std::string encode(const Request& request);
 std::string encode(const Event& event);
 
-// The message of a line (without line feed), or nothing when it isn't exactly one: unknown type, missing
-// or surplus member, value of the wrong kind or out of range, invalid UTF-8.
+// The message of a line (without line feed), or nothing when it isn't exactly one: unknown type, missing,
+// repeated or surplus member, value of the wrong kind or out of range, invalid UTF-8. Never throws. A member
+// shown with `std::optional` may be missing; the empty "error" of Started and Finished always is.
 std::optional<Request> decodeRequest(std::string_view line);
 std::optional<Event> decodeEvent(std::string_view line);
 
