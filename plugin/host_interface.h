@@ -81,28 +81,26 @@ union OneFunctionOf<Only> {
 
 // The function of a method: the object first (not for shared methods), then the arguments in the order
 // of the declaration. A signature that no member has yet joins the list with its first member.
-using MethodFunction = OneFunctionOf<std::nullptr_t,
-                                     // instance methods
-                                     void (*)(REALobject), void (*)(REALobject, std::int64_t),
-                                     void (*)(REALobject, REALstring), void (*)(REALobject, REALobject),
-                                     void (*)(REALobject, REALarray), bool (*)(REALobject, REALstring),
-                                     bool (*)(REALobject, REALstring, REALstring),
-                                     bool (*)(REALobject, REALstring, REALobject),
-                                     bool (*)(REALobject, REALobject, REALstring, REALobject*),
-                                     std::int64_t (*)(REALobject), REALstring (*)(REALobject),
-                                     REALstring (*)(REALobject, REALstring), REALobject (*)(REALobject),
-                                     REALobject (*)(REALobject, REALstring, REALobject*),
-                                     REALarray (*)(REALobject),
-                                     // shared methods
-                                     bool (*)(), std::int64_t (*)(), REALstring (*)(),
-                                     REALstring (*)(std::int64_t), REALobject (*)(REALstring), REALarray (*)()>;
+using MethodFunction = OneFunctionOf<
+    std::nullptr_t,
+    // instance methods
+    void (*)(REALobject), void (*)(REALobject, std::int64_t), void (*)(REALobject, REALstring),
+    void (*)(REALobject, REALobject), void (*)(REALobject, REALarray), bool (*)(REALobject, REALstring),
+    bool (*)(REALobject, REALstring, REALstring), bool (*)(REALobject, REALstring, REALobject),
+    bool (*)(REALobject, REALobject, REALstring, REALobject*), std::int64_t (*)(REALobject),
+    REALstring (*)(REALobject), REALstring (*)(REALobject, REALstring), REALobject (*)(REALobject),
+    REALobject (*)(REALobject, REALstring, REALobject*), REALarray (*)(REALobject),
+    // shared methods
+    bool (*)(), std::int64_t (*)(), REALstring (*)(), REALstring (*)(std::int64_t),
+    REALobject (*)(REALstring), REALarray (*)()>;
 
 // The record's parameter word comes as the second argument of both.
-using GetterFunction = OneFunctionOf<std::nullptr_t, double (*)(REALobject, std::int64_t),
-                                     bool (*)(REALobject, std::int64_t), REALstring (*)(REALobject, std::int64_t)>;
-using SetterFunction = OneFunctionOf<std::nullptr_t, void (*)(REALobject, std::int64_t, double),
-                                     void (*)(REALobject, std::int64_t, bool),
-                                     void (*)(REALobject, std::int64_t, REALstring)>;
+using GetterFunction =
+    OneFunctionOf<std::nullptr_t, double (*)(REALobject, std::int64_t), bool (*)(REALobject, std::int64_t),
+                  REALstring (*)(REALobject, std::int64_t)>;
+using SetterFunction =
+    OneFunctionOf<std::nullptr_t, void (*)(REALobject, std::int64_t, double),
+                  void (*)(REALobject, std::int64_t, bool), void (*)(REALobject, std::int64_t, REALstring)>;
 
 static_assert(sizeof(MethodFunction) == 8);
 static_assert(sizeof(GetterFunction) == 8);
