@@ -1,0 +1,89 @@
+#include "tests/support/process_table.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+
+#include <malloc.h>
+#include <unistd.h>
+
+namespace zqm::support {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Status {
+    char state = 0;
+    pid_t parent = 0;
+};
+
+std::optional<Status> statusOf(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    if (!std::getline(file, line)) {
+        return std::nullopt;
+    }
+    // The name in parentheses may hold anything, so what follows is found from its end.
+    const std::size_t nameEnd = line.rfind(") ");
+    if (nameEnd == std::string::npos || nameEnd + 4 > line.size()) {
+        return std::nullopt;
+    }
+    Status status{.state = line[nameEnd + 2]};
+    const char* const parent = line.data() + nameEnd + 4;
+    std::from_chars(parent, line.data() + line.size(), status.parent);
+    return status;
+}
+
+} // namespace
+
+std::vector<pid_t> childrenOf(pid_t process) {
+    std::vector<pid_t> children;
+    for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        pid_t candidate = 0;
+        const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), candidate);
+        if (error != std::errc() || end != name.data() + name.size()) {
+            continue;
+        }
+        const std::optional<Status> status = statusOf(candidate);
+        if (status && status->parent == process) {
+            children.push_back(candidate);
+        }
+    }
+    std::ranges::sort(children);
+    return children;
+}
+
+std::vector<pid_t> childrenOfThisProcess() {
+    return childrenOf(getpid());
+}
+
+bool isAlive(pid_t process) {
+    const std::optional<Status> status = statusOf(process);
+    return status && status->state != 'Z' && status->state != 'X';
+}
+
+std::size_t openDescriptors() {
+    // One of them is the listing's own.
+    return openDescriptorsOf(getpid()) - 1;
+}
+
+std::size_t openDescriptorsOf(pid_t process) {
+    const fs::directory_iterator listing("/proc/" + std::to_string(process) + "/fd");
+    return static_cast<std::size_t>(std::distance(begin(listing), end(listing)));
+}
+
+std::size_t residentMemory() {
+    malloc_trim(0);
+    std::ifstream file("/proc/self/statm");
+    std::size_t total = 0;
+    std::size_t resident = 0;
+    file >> total >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+} // namespace zqm::support

@@ -1,0 +1,27 @@
+// What this process holds of the system, for leak checks that compare N rounds with 2N.
+
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace zqm::support {
+
+// Direct children of a process, those included that ended and wait to be reaped; ascending.
+std::vector<pid_t> childrenOf(pid_t process);
+std::vector<pid_t> childrenOfThisProcess();
+
+// False for one that is gone, and also for one that ended and waits to be reaped.
+bool isAlive(pid_t process);
+
+// Descriptors open in this process, or in another one that we may look into.
+std::size_t openDescriptors();
+std::size_t openDescriptorsOf(pid_t process);
+
+// Bytes of this process's memory that are resident, shared pages included. Freed memory is given back to
+// the system first, so that what counts is what is held.
+std::size_t residentMemory();
+
+} // namespace zqm::support

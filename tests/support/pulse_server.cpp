@@ -1,0 +1,85 @@
+#include "tests/support/pulse_server.h"
+
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+namespace zqm::support {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kStartDeadline = 30s;
+constexpr auto kAnswerDeadline = 5s;
+constexpr auto kRetryPause = 20ms;
+constexpr const char* kServerVariable = "PULSE_SERVER";
+constexpr const char* kCookieVariable = "PULSE_COOKIE";
+
+} // namespace
+
+PulseServer::PulseServer(int rate)
+    : rate_(rate), folder_("zqm-pulse"), address_("unix:" + (folder_ / "native").string()) {
+    start();
+}
+
+std::map<std::string, std::optional<std::string>> PulseServer::environment() const {
+    return {{kServerVariable, address_}, {kCookieVariable, (folder_ / "cookie").string()}};
+}
+
+void PulseServer::start() {
+    const std::string folder = folder_.path().string();
+    ProcessOptions options;
+    options.folder = folder;
+    options.environment = {{"HOME", folder},
+                           {"XDG_CONFIG_HOME", folder},
+                           {"XDG_RUNTIME_DIR", folder},
+                           {"PULSE_RUNTIME_PATH", folder},
+                           {"PULSE_STATE_PATH", folder},
+                           {"PULSE_SERVER", std::nullopt},
+                           {"PULSE_SCRIPT", std::nullopt},
+                           {"PULSE_DLPATH", std::nullopt},
+                           {"DBUS_SESSION_BUS_ADDRESS", std::nullopt},
+                           {"DISPLAY", std::nullopt}};
+    server_ = std::make_unique<Process>(
+        "pulseaudio",
+        std::vector<std::string>{
+            "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "--realtime=no",
+            "--high-priority=no", "--log-target=stderr", "--log-level=error", "-L",
+            "module-native-protocol-unix auth-anonymous=1 socket=" + (folder_ / "native").string(), "-L",
+            "module-null-sink sink_name=zqm rate=" + std::to_string(rate_)},
+        options);
+    const auto end = std::chrono::steady_clock::now() + kStartDeadline;
+    while (!answers()) {
+        if (!server_->running() || std::chrono::steady_clock::now() > end) {
+            throw std::runtime_error("the PulseAudio server doesn't answer: " + server_->result().errors);
+        }
+        std::this_thread::sleep_for(kRetryPause);
+    }
+}
+
+bool PulseServer::answers() const {
+    ProcessOptions options;
+    options.environment = environment();
+    return std::filesystem::exists(folder_ / "native") &&
+           runProcess("pactl", {"info"}, options, kAnswerDeadline).succeeded();
+}
+
+void PulseServer::kill() {
+    server_.reset();
+}
+
+void PulseServer::restart() {
+    kill();
+    std::filesystem::remove(folder_ / "native");
+    start();
+}
+
+ScopedPulseServer::ScopedPulseServer(const PulseServer& server)
+    : address_(kServerVariable, server.address()),
+      cookie_(kCookieVariable, server.environment().at(kCookieVariable)) {}
+
+ScopedPulseServer::ScopedPulseServer(const std::string& address)
+    : address_(kServerVariable, address), cookie_(kCookieVariable, "/dev/null") {}
+
+} // namespace zqm::support

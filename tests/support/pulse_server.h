@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "tests/support/process.h"
+#include "tests/support/scoped_environment.h"
+#include "tests/support/temporary_folder.h"
+
+namespace zqm::support {
+
+inline constexpr int kPulseRate = 44100;
+
+// A PulseAudio server of the test's own, with one null sink, which plays in real time and is heard only
+// through its monitor. It reads no configuration of the user, keeps everything in a folder of its own, and
+// ends with the test whatever becomes of that.
+class PulseServer {
+public:
+    // Returns once the server answers; throws std::runtime_error with the server's own words when it
+    // doesn't.
+    explicit PulseServer(int rate = kPulseRate);
+
+    // What its clients need in their environment.
+    std::map<std::string, std::optional<std::string>> environment() const;
+    // PULSE_SERVER of that.
+    const std::string& address() const { return address_; }
+    int rate() const { return rate_; }
+
+    // Ends it with SIGKILL, as if it had crashed; its socket stays behind.
+    void kill();
+    // Starts it again on the same address, after kill().
+    void restart();
+
+private:
+    void start();
+    bool answers() const;
+
+    int rate_;
+    TemporaryFolder folder_;
+    std::string address_;
+    std::unique_ptr<Process> server_;
+};
+
+// Makes a server the one of this process and of the children that inherit its environment.
+class ScopedPulseServer {
+public:
+    explicit ScopedPulseServer(const PulseServer& server);
+    // An address at which nothing answers.
+    static std::string unreachableAddress() { return "unix:/nonexistent/zqm-test/pulse"; }
+    explicit ScopedPulseServer(const std::string& address);
+
+private:
+    ScopedEnvironment address_;
+    ScopedEnvironment cookie_;
+};
+
+} // namespace zqm::support

@@ -1,0 +1,62 @@
+#include "tests/support/sound_file.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+
+#include <sndfile.h>
+
+namespace zqm::support {
+
+SoundFile::SoundFile(const std::filesystem::path& path) {
+    SF_INFO info{};
+    const std::unique_ptr<SNDFILE, decltype(&sf_close)> file(sf_open(path.c_str(), SFM_READ, &info),
+                                                             &sf_close);
+    if (!file) {
+        throw std::runtime_error(path.string() + ": " + sf_strerror(nullptr));
+    }
+    SF_FORMAT_INFO formatInfo{};
+    formatInfo.format = info.format & SF_FORMAT_TYPEMASK;
+    if (sf_command(nullptr, SFC_GET_FORMAT_INFO, &formatInfo, sizeof formatInfo) == 0) {
+        format = formatInfo.name;
+    }
+    rate = info.samplerate;
+    channels = info.channels;
+    const auto width = static_cast<std::size_t>(channels);
+    std::vector<float> interleaved(static_cast<std::size_t>(info.frames) * width);
+    if (sf_readf_float(file.get(), interleaved.data(), info.frames) != info.frames) {
+        throw std::runtime_error(path.string() + ": ends before its header says");
+    }
+    samples.resize(interleaved.size() / width);
+    for (std::size_t frame = 0; frame < samples.size(); ++frame) {
+        float sum = 0;
+        for (std::size_t channel = 0; channel < width; ++channel) {
+            sum += interleaved[frame * width + channel];
+        }
+        samples[frame] = sum / static_cast<float>(channels);
+    }
+}
+
+double rms(std::span<const float> samples) {
+    if (samples.empty()) {
+        return 0;
+    }
+    double sum = 0;
+    for (const float sample : samples) {
+        sum += static_cast<double>(sample) * sample;
+    }
+    return std::sqrt(sum / static_cast<double>(samples.size()));
+}
+
+double longestSilence(std::span<const float> samples, int rate, float threshold) {
+    std::size_t longest = 0;
+    std::size_t current = 0;
+    for (const float sample : samples) {
+        current = std::abs(sample) < threshold ? current + 1 : 0;
+        longest = std::max(longest, current);
+    }
+    return static_cast<double>(longest) / rate;
+}
+
+} // namespace zqm::support
