@@ -49,6 +49,18 @@ TEST(WordFixtures, NameTheLineThatIsWrong) {
     EXPECT_THROW(readWordFixtures(folder / "absent.txt"), std::runtime_error);
 }
 
+TEST(WordFixtures, AreManyInManyScripts) {
+    std::set<std::string> scripts;
+    std::size_t english = 0;
+    for (const WordFixture& fixture : wordFixtures()) {
+        scripts.insert(fixture.script);
+        english += fixture.language == "English" ? 1 : 0;
+    }
+    EXPECT_GE(wordFixtures().size(), 330U);
+    EXPECT_GE(scripts.size(), 14U);
+    EXPECT_GE(english, 80U);
+}
+
 TEST(WordFixtures, HoldTogether) {
     std::set<std::string> texts;
     for (const WordFixture& fixture : wordFixtures()) {
