@@ -13,6 +13,10 @@ else()
   target_include_directories(zqm_objc SYSTEM INTERFACE "${GNUSTEP_INCLUDE_DIR}")
   target_compile_options(zqm_objc INTERFACE
     $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fobjc-exceptions;-fexceptions;-fconstant-string-class=NSConstantString>)
+  # CMake knows no flags of GCC's for the standard of either language.
+  target_compile_options(zqm_objc INTERFACE
+    $<$<COMPILE_LANGUAGE:OBJC>:-std=gnu${CMAKE_OBJC_STANDARD}>
+    $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++${CMAKE_OBJCXX_STANDARD}>)
   target_compile_definitions(zqm_objc INTERFACE
     $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:_NATIVE_OBJC_EXCEPTIONS;GNU_RUNTIME=1;GNUSTEP_BASE_LIBRARY=1>)
   # A library that holds Objective-C classes can't be unloaded: the runtime keeps pointers into it.

@@ -1,0 +1,44 @@
+#include "CoreFoundation/CoreFoundation.h"
+#include "platform/autorelease_pool.h"
+#include "platform/handled_sources.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+// Foundation's own name of the mode, so that both can be given to either.
+const CFRunLoopMode kCFRunLoopDefaultMode = (CFStringRef) @"NSDefaultRunLoopMode";
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr double kLongest = 1.0e9; // seconds; beyond is "for ever", and clocks would overflow
+
+} // namespace
+
+CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds,
+                                      Boolean returnAfterSourceHandled) {
+    const double wait = std::clamp(seconds, 0.0, kLongest);
+    const auto end =
+        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(wait));
+    const std::uint64_t before = zqm::platform::handledSources();
+    for (;;) {
+        const std::chrono::duration<double> left = end - Clock::now();
+        bool watching = false;
+        {
+            const zqm::platform::AutoreleasePool pool;
+            NSDate* const limit = [NSDate dateWithTimeIntervalSinceNow:std::max(left.count(), 0.0)];
+            watching = [[NSRunLoop currentRunLoop] runMode:(NSString*)mode beforeDate:limit];
+        }
+        if (returnAfterSourceHandled != 0 && zqm::platform::handledSources() != before) {
+            return kCFRunLoopRunHandledSource;
+        }
+        if (!watching) {
+            std::this_thread::sleep_until(end);
+        }
+        if (Clock::now() >= end) {
+            return kCFRunLoopRunTimedOut;
+        }
+    }
+}

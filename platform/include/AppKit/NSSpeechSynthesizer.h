@@ -1,0 +1,127 @@
+// Text to speech. One object speaks one text at a time; several objects speak independently of each other.
+//
+// All of it belongs to the main thread. Delegate messages come from the main thread's run loop, never from
+// within a call of these methods.
+
+#ifndef ZQM_NSSPEECHSYNTHESIZER_H
+#define ZQM_NSSPEECHSYNTHESIZER_H
+
+#import <Foundation/Foundation.h>
+
+#ifdef __cplusplus
+#define APPKIT_EXTERN extern "C" __attribute__((visibility("default")))
+#else
+#define APPKIT_EXTERN extern __attribute__((visibility("default")))
+#endif
+
+typedef NSString* NSSpeechSynthesizerVoiceName;
+typedef NSString* NSVoiceAttributeKey;
+typedef NSString* NSVoiceGenderName;
+
+// Keys of the dictionaries that attributesForVoice: answers.
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceName;                // NSString, for people
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceIdentifier;          // NSString
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceAge;                 // NSNumber, years; absent: not known
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceGender;              // one of the NSVoiceGender strings
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceDemoText;            // NSString
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceLanguage;            // NSString, such as "en-US"
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceLocaleIdentifier;    // NSString, such as "en_US"
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceSupportedCharacters; // NSArray of ranges
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceIndividuallySpokenCharacters; // NSArray of ranges
+
+APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderNeuter;
+APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderMale;
+APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderFemale;
+
+typedef NS_ENUM(NSUInteger, NSSpeechBoundary) {
+    NSSpeechImmediateBoundary = 0,
+    NSSpeechWordBoundary,
+    NSSpeechSentenceBoundary
+};
+
+@protocol NSSpeechSynthesizerDelegate;
+
+__attribute__((visibility("default")))
+@interface NSSpeechSynthesizer : NSObject {
+@private
+    void* _speech;
+}
+
+// The identifiers of the voices, in a stable order; empty when there is no engine.
++ (NSArray*)availableVoices;
+
+// The voice for the user's language (LC_ALL, LC_MESSAGES, LANG), else the one for American English, else
+// the first one; nil when there is none.
++ (NSSpeechSynthesizerVoiceName)defaultVoice;
+
+// What is known about a voice; nil for an identifier that is not one of availableVoices.
++ (NSDictionary*)attributesForVoice:(NSSpeechSynthesizerVoiceName)voice;
+
+// A synthesizer with the default voice; nil when there is none.
+- (instancetype)init;
+
+// nil is the default voice. Answers nil for a voice that does not exist, and when there is no engine.
+- (instancetype)initWithVoice:(NSSpeechSynthesizerVoiceName)voice;
+
+// Starts to speak aloud. NO for a nil text or when it can't be spoken; the reason is then logged. A text
+// already being spoken is ended first.
+- (BOOL)startSpeakingString:(NSString*)string;
+
+// The same into a sound file, whose format follows from its extension (wav, aiff, flac, ogg). An existing
+// file is replaced when the new one is whole. NO as well for what is no file URL, for a file that can't be
+// written, for an unknown extension.
+- (BOOL)startSpeakingString:(NSString*)string toURL:(NSURL*)url;
+
+// YES from a successful start until the end of the sound or file.
+- (BOOL)isSpeaking;
+
+// Ends the speech at once; the delegate hears of it later, from the run loop.
+- (void)stopSpeaking;
+
+// Not retained.
+- (id<NSSpeechSynthesizerDelegate>)delegate;
+- (void)setDelegate:(id<NSSpeechSynthesizerDelegate>)delegate;
+
+- (NSSpeechSynthesizerVoiceName)voice;
+
+// nil is the default voice. NO while speaking and for a voice that does not exist. Resets rate and volume.
+- (BOOL)setVoice:(NSSpeechSynthesizerVoiceName)voice;
+
+// Words a minute.
+- (float)rate;
+- (void)setRate:(float)rate;
+
+// 0 to 1.
+- (float)volume;
+- (void)setVolume:(float)volume;
+
+// Kept, without effect: there is no feedback window.
+- (BOOL)usesFeedbackWindow;
+- (void)setUsesFeedbackWindow:(BOOL)flag;
+
+@end
+
+// What a delegate may implement; asked with respondsToSelector: before each message.
+@protocol NSSpeechSynthesizerDelegate <NSObject>
+@optional
+
+// finishedSpeaking is NO when the speech was stopped or failed.
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender didFinishSpeaking:(BOOL)finishedSpeaking;
+
+// characterRange counts UTF-16 units of string, which is the text given at the start.
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender
+            willSpeakWord:(NSRange)characterRange
+                 ofString:(NSString*)string;
+
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender willSpeakPhoneme:(short)phonemeOpcode;
+
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender
+    didEncounterErrorAtIndex:(NSUInteger)characterIndex
+                    ofString:(NSString*)string
+                     message:(NSString*)message;
+
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender didEncounterSyncMessage:(NSString*)message;
+
+@end
+
+#endif
