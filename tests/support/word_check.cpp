@@ -60,6 +60,11 @@ private:
                           toUtf8(text_.substr(from, 25)) + "\"");
     }
 
+    // A blank and a mark after it make up a cluster, but no word holds a blank.
+    bool followsBlank(std::size_t position) const {
+        return position > 0 && u_isUWhiteSpace(text_[position - 1]) != 0;
+    }
+
     template <typename Visit>
     void forEachCharacter(std::size_t from, std::size_t to, Visit visit) const {
         for (std::size_t at = from; at < to;) {
@@ -82,7 +87,7 @@ private:
         for (const std::size_t end : {word.position, word.position + word.length}) {
             if (partsSurrogatePair(text_, end)) {
                 add("a word that parts a surrogate pair", end);
-            } else if (!isBoundary_[end]) {
+            } else if (!isBoundary_[end] && !followsBlank(end)) {
                 add("a word that parts a grapheme cluster", end);
             }
         }

@@ -21,7 +21,7 @@ struct WordRange {
 
 // Everything wrong with the words of a text, one line each; empty when nothing is:
 // - a word is empty, goes beyond the end, or doesn't begin at or after the end of the one before it,
-// - an end of a word parts a surrogate pair or a grapheme cluster,
+// - an end of a word parts a surrogate pair or a grapheme cluster (but that of a blank and a mark),
 // - a word holds white space,
 // - a letter or digit stands in no word.
 std::vector<std::string> wordFaults(std::u16string_view text, std::span<const WordRange> words);

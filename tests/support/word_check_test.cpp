@@ -49,6 +49,11 @@ TEST(WordCheck, FindsWhatIsParted) {
                 ElementsAre(HasSubstr("grapheme cluster"), HasSubstr("grapheme cluster")));
 }
 
+TEST(WordCheck, LetsAWordBeginRightAfterABlank) {
+    EXPECT_THAT(faults(u"a \U0001F3FD", {{0, 1}, {2, 2}}), IsEmpty());
+    EXPECT_THAT(faults(u"a. \u0301b", {{0, 1}, {3, 2}}), IsEmpty());
+}
+
 TEST(WordCheck, FindsWhiteSpaceInsideAWord) {
     EXPECT_THAT(faults(u"ab cd", {{0, 5}}), ElementsAre(HasSubstr("white space inside a word at 2")));
     EXPECT_THAT(faults(u"ab\u3000", {{0, 3}}), ElementsAre(HasSubstr("white space")));
