@@ -33,6 +33,7 @@ public:
 
     bool isNull() const { return handle_ == nullptr; }
     REALobject handle() const { return handle_; } // borrowed
+    REALobject release() noexcept;                // hands the lock to the caller; nil afterwards
     std::string className() const;
     bool isA(std::string_view className) const; // also of a superclass
 

@@ -18,6 +18,7 @@ struct Report {
         BadRecord,      // a class record or one of its tables
         BadDeclaration, // a declaration that does not parse
         BadArgument,    // any other argument that makes no sense
+        WrongThread,    // an entry point called on another thread than the runtime's
     };
     Kind kind;
     std::string text; // one line: the entry point or record, and what is wrong with it

@@ -86,7 +86,7 @@ public:
     void runFor(Seconds time);
 
     EntryPointControl entryPoints();
-    const std::vector<Report>& reports() const;
+    std::vector<Report> reports() const;
     void clearReports();
     Ledger ledger() const;
 

@@ -1,0 +1,94 @@
+// One runtime, from the inside. The entry points' functions and the C++ API both work on it.
+
+#pragma once
+
+#include "class_registry.h"
+#include "entry_points.h"
+#include "handles.h"
+#include "plugin/host_interface.h"
+#include "raised_exceptions.h"
+#include "reports.h"
+#include "zqmhost/errors.h"
+#include "zqmhost/runtime.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace zqm::host {
+
+class Core : public std::enable_shared_from_this<Core> {
+public:
+    explicit Core(const Options& options);
+    Core(const Core&) = delete;
+    Core& operator=(const Core&) = delete;
+    ~Core();
+
+    // The one that a resolver call means; null between runtimes.
+    static Core* active();
+    void activate();
+    void close();
+    bool isOpen() const { return active() == this; }
+    // Throws CallError once the runtime has ended.
+    void requireOpen() const;
+    bool onItsThread() const { return std::this_thread::get_id() == thread_; }
+
+    Reports& reports() { return reports_; }
+    Handles& handles() { return handles_; }
+    ClassRegistry& classes() { return classes_; }
+    EntryPoints& entryPoints() { return entryPoints_; }
+    RaisedExceptions& raised() { return raised_; }
+    std::optional<double> version() const { return version_; }
+    std::optional<std::int32_t> announcedRevision;
+
+    // Strings
+    String makeString(std::string_view bytes, std::uint32_t encoding);
+    // A handle from a plugin, reported on behalf of `where` if it is none; nil stays nil.
+    String adopt(REALstring locked, std::string_view where);
+    String borrow(REALstring string, std::string_view where);
+    void lock(REALstring string, std::string_view where);
+    void unlock(REALstring string, std::string_view where);
+
+    // Objects
+    Object adopt(REALobject locked, std::string_view where);
+    Object borrow(REALobject object, std::string_view where);
+    void lock(REALobject object, std::string_view where);
+    void unlock(REALobject object, std::string_view where);
+    // Null when there is no such class. Carries one lock.
+    REALobject newInstance(std::string_view className);
+
+    // For a handle of that type, none of which it need be.
+    void lock(const Type& type, void* handle);
+    void unlock(const Type& type, void* handle);
+
+    // Members. They throw CallError and HostException.
+    Value call(ObjectHandle& object, std::string_view name, const std::vector<Value>& values);
+    Value callShared(const HostClass& type, std::string_view name, const std::vector<Value>& values);
+    Value getProperty(ObjectHandle& object, std::string_view name);
+    void setProperty(ObjectHandle& object, std::string_view name, const Value& value);
+    void setHandler(ObjectHandle& object, std::string_view name, EventHandler handler);
+
+    // Runs a plugin's function: throws what it raised, or what a handler threw in it.
+    void guarded(const std::function<void()>& function);
+    void keepThrown(std::exception_ptr thrown) { raised_.keepThrown(std::move(thrown)); }
+
+private:
+    void runConstructors(const HostClass& type, REALobject object);
+    void end(ObjectHandle& object);
+    Value invoke(const Method& method, REALobject self, const std::vector<Value>& values);
+
+    std::thread::id thread_ = std::this_thread::get_id();
+    std::optional<double> version_;
+    Reports reports_;
+    ClassRegistry classes_;
+    EntryPoints entryPoints_;
+    Handles handles_;
+    RaisedExceptions raised_;
+};
+
+} // namespace zqm::host

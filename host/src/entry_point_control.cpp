@@ -1,0 +1,44 @@
+#include "zqmhost/entry_point_control.h"
+
+#include "core.h"
+
+namespace zqm::host {
+
+void EntryPointControl::refuse(std::string_view name) {
+    core_->entryPoints().refuse(name);
+}
+void EntryPointControl::refuseAll() {
+    core_->entryPoints().refuseAll();
+}
+void EntryPointControl::allow(std::string_view name) {
+    core_->entryPoints().allow(name);
+}
+void EntryPointControl::allowAll() {
+    core_->entryPoints().allowAll();
+}
+void EntryPointControl::failCall(std::string_view name, std::size_t nth) {
+    core_->entryPoints().failCall(name, nth);
+}
+void EntryPointControl::failEveryCall(std::string_view name) {
+    core_->entryPoints().failEveryCall(name);
+}
+void EntryPointControl::failNone() {
+    core_->entryPoints().failNone();
+}
+std::size_t EntryPointControl::lookups(std::string_view name) const {
+    return core_->entryPoints().lookups(name);
+}
+std::size_t EntryPointControl::calls(std::string_view name) const {
+    return core_->entryPoints().calls(name);
+}
+const std::vector<std::string>& EntryPointControl::asked() const {
+    return core_->entryPoints().asked();
+}
+void EntryPointControl::resetCounts() {
+    core_->entryPoints().resetCounts();
+}
+bool EntryPointControl::offers(std::string_view name) const {
+    return core_->entryPoints().offers(name);
+}
+
+} // namespace zqm::host

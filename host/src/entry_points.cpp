@@ -1,0 +1,104 @@
+#include "entry_points.h"
+
+#include "entry_point_types.h"
+#include "offered_entry_points.h"
+#include "text.h"
+#include "zqmhost/errors.h"
+
+#include <algorithm>
+
+namespace zqm::host {
+
+EntryPoints::EntryPoints() {
+    for (const char* name : kEntryPointNames) {
+        states_.try_emplace(name);
+    }
+    for (const auto& group : {startUpEntryPoints(), stringEntryPoints(), objectEntryPoints(),
+                              exceptionEntryPoints(), propertyEntryPoints()}) {
+        for (const Entry& entry : group) {
+            states_.at(entry.name).function = entry.function;
+        }
+    }
+}
+
+void* EntryPoints::look(std::string_view name) {
+    asked_.emplace_back(name);
+    const auto found = states_.find(name);
+    return found == states_.end() || refused_.contains(name) ? nullptr : found->second.function;
+}
+
+bool EntryPoints::admit(const char* name) {
+    State& state = known(name);
+    ++state.calls;
+    return !state.alwaysFails && state.failing.erase(state.calls) == 0;
+}
+
+void EntryPoints::refuse(std::string_view name) {
+    known(name);
+    refused_.emplace(name);
+}
+
+void EntryPoints::refuseAll() {
+    for (const auto& [name, state] : states_) {
+        refused_.insert(name);
+    }
+}
+
+void EntryPoints::allow(std::string_view name) {
+    known(name);
+    refused_.erase(std::string(name));
+}
+
+void EntryPoints::failCall(std::string_view name, std::size_t nth) {
+    State& state = known(name);
+    state.failing.insert(state.calls + nth);
+}
+
+void EntryPoints::failEveryCall(std::string_view name) {
+    known(name).alwaysFails = true;
+}
+
+void EntryPoints::failNone() {
+    for (auto& [name, state] : states_) {
+        state.failing.clear();
+        state.alwaysFails = false;
+    }
+}
+
+std::size_t EntryPoints::lookups(std::string_view name) const {
+    return static_cast<std::size_t>(std::ranges::count(asked_, name));
+}
+
+std::size_t EntryPoints::calls(std::string_view name) const {
+    return known(name).calls;
+}
+
+void EntryPoints::resetCounts() {
+    asked_.clear();
+    for (auto& [name, state] : states_) {
+        std::set<std::size_t> failing;
+        for (const std::size_t call : state.failing) {
+            failing.insert(call - state.calls);
+        }
+        state.failing = std::move(failing);
+        state.calls = 0;
+    }
+}
+
+bool EntryPoints::offers(std::string_view name) const {
+    return known(name).function != nullptr;
+}
+
+EntryPoints::State& EntryPoints::known(std::string_view name) {
+    const auto found = states_.find(name);
+    if (found == states_.end()) {
+        throw CallError("no entry point is called " + inQuotes(name));
+    }
+    return found->second;
+}
+
+const EntryPoints::State& EntryPoints::known(std::string_view name) const {
+    return const_cast<EntryPoints*>(this)->known(name);
+}
+
+} // namespace zqm::host

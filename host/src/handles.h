@@ -1,0 +1,140 @@
+// Every handle that the host gave out, with its kind and state. Nothing that a plugin passes is touched
+// before it was found here.
+
+#pragma once
+
+#include "plugin/host_interface.h"
+#include "reports.h"
+#include "zqmhost/report.h"
+#include "zqmhost/value.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace zqm::host {
+
+class EventClosure;
+struct HostClass;
+
+enum class HandleKind { Object, String, StringData };
+
+struct Handle {
+    explicit Handle(HandleKind ofKind) : kind(ofKind) {}
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    virtual ~Handle() = default;
+
+    const void* address() const { return address_; }
+
+    HandleKind kind;
+    bool alive = true;
+    std::int64_t locks = 1;
+
+protected:
+    const void* address_ = this; // what the plugin holds
+
+    friend class Handles;
+    // Frees what it holds, though not the address, which stays taken for a while.
+    virtual void die() = 0;
+};
+
+struct StringHandle final : Handle {
+    static constexpr HandleKind kKind = HandleKind::String;
+    StringHandle(std::string_view itsBytes, std::uint32_t itsEncoding)
+        : Handle(kKind), bytes(itsBytes), encoding(itsEncoding) {}
+
+    REALstring handle() { return reinterpret_cast<REALstring>(this); }
+
+    std::string bytes;
+    std::uint32_t encoding;
+
+protected:
+    void die() override { std::string().swap(bytes); }
+};
+
+// The converted bytes behind a filled-in REALstringData.
+struct StringDataHandle final : Handle {
+    static constexpr HandleKind kKind = HandleKind::StringData;
+    explicit StringDataHandle(std::string itsBytes) : Handle(kKind), bytes(std::move(itsBytes)) {}
+
+    std::string bytes;
+
+protected:
+    void die() override { std::string().swap(bytes); }
+};
+
+struct ObjectHandle final : Handle {
+    static constexpr HandleKind kKind = HandleKind::Object;
+    explicit ObjectHandle(const HostClass& ofType);
+    ~ObjectHandle() override;
+
+    REALobject handle() { return static_cast<REALobject>(block_); }
+    bool headerIntact() const;
+
+    const HostClass& type;
+    bool ending = false;
+    std::map<std::string, Value> kept; // properties that the host keeps, by lowered name
+    std::map<std::uint64_t, std::shared_ptr<EventClosure>> handlers; // by token
+    std::map<std::uint64_t, std::size_t> raised;                     // calls of handlers, by token
+
+protected:
+    void die() override;
+
+private:
+    void* block_; // header and instance data
+    std::size_t size_;
+};
+
+class Handles {
+public:
+    explicit Handles(Reports& reports) : reports_(&reports) {}
+    ~Handles();
+    Handles(const Handles&) = delete;
+    Handles& operator=(const Handles&) = delete;
+
+    template <typename Kind, typename... Arguments>
+    Kind& add(Arguments&&... arguments) {
+        auto made = std::make_unique<Kind>(std::forward<Arguments>(arguments)...);
+        Kind& handle = *made;
+        insert(std::move(made));
+        return handle;
+    }
+
+    // The live handle at the address; otherwise null and, on behalf of `where`, a report.
+    template <typename Kind>
+    Kind* find(const void* address, std::string_view where) {
+        return static_cast<Kind*>(find(address, Kind::kKind, where));
+    }
+    // The same without a report.
+    template <typename Kind>
+    Kind* known(const void* address) const {
+        return static_cast<Kind*>(known(address, Kind::kKind));
+    }
+
+    // Its last lock is gone. The address is not given out again for a while, so that a late use is noticed.
+    void retire(Handle& handle);
+
+    // Some live object that a plugin's class made; null when there is none.
+    ObjectHandle* anyPluginObject() const;
+
+    Ledger ledger() const;
+
+    // Forgets everything at once; for the end of the runtime.
+    void clear();
+
+private:
+    void insert(std::unique_ptr<Handle> handle);
+    Handle* find(const void* address, HandleKind kind, std::string_view where);
+    Handle* known(const void* address, HandleKind kind) const;
+
+    Reports* reports_;
+    std::unordered_map<const void*, std::unique_ptr<Handle>> handles_;
+    std::deque<const void*> retired_;
+};
+
+} // namespace zqm::host
