@@ -29,3 +29,5 @@ endif()
 # Linked privately by each of our own targets; never reaches third-party code.
 add_library(zqm_warnings INTERFACE)
 target_compile_options(zqm_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+# A method has to name all its parameters; the selector tells whether it needs them.
+target_compile_options(zqm_warnings INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-Wno-unused-parameter>)

@@ -1,0 +1,17 @@
+// What the host classes share with the sibling libraries of the family.
+
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+// Maps each platform object that a host object owns to that host object: plain pointers, neither retained
+// nor locked. Supplied by a sibling; null while there is none.
+extern CFMutableDictionaryRef instances;
+
+// Fetches the instances dictionary and prepares platform exceptions, each once, as soon as a sibling offers
+// it; until then every call tries again.
+void CocoaInit();
+
+// Enters or removes a platform object, where there is a dictionary.
+void rememberInstance(const void* platformObject, const void* hostObject);
+void forgetInstance(const void* platformObject);

@@ -1,0 +1,29 @@
+#include "plugin/set_up.h"
+
+#include "plugin/sibling_methods.h"
+
+CFMutableDictionaryRef instances = nullptr;
+
+void CocoaInit() {
+    static bool ExceptionsInitialized = false;
+
+    if (instances == nullptr && [NSException respondsToSelector:@selector(GetInstancesDictionaryZQM)]) {
+        instances = [NSException GetInstancesDictionaryZQM];
+    }
+    if (!ExceptionsInitialized && [NSException respondsToSelector:@selector(PrepareNSExceptionZQM)]) {
+        [NSException PrepareNSExceptionZQM];
+        ExceptionsInitialized = true;
+    }
+}
+
+void rememberInstance(const void* platformObject, const void* hostObject) {
+    if (instances != nullptr) {
+        CFDictionarySetValue(instances, platformObject, hostObject);
+    }
+}
+
+void forgetInstance(const void* platformObject) {
+    if (instances != nullptr) {
+        CFDictionaryRemoveValue(instances, platformObject);
+    }
+}

@@ -1,0 +1,6 @@
+#include "plugin/class_records.h"
+
+#include "speech/records.h"
+
+const std::array<ClassRecord*, 3> kClassRecords = {&NSSpeechRecognizerClass, &NSVoiceClass,
+                                                   &NSSpeechSynthesizerClass};

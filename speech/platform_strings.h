@@ -1,0 +1,19 @@
+// Host strings as arguments of platform messages, and platform answers as host strings.
+
+#pragma once
+
+#include "plugin/host_strings.h"
+
+#import <Foundation/Foundation.h>
+
+// Autoreleased; nil for a null string.
+inline NSString* platformString(REALstring string) {
+    return
+        [reinterpret_cast<NSString*>(const_cast<void*>(static_cast<const void*>(RBString2CFString(string))))
+            autorelease];
+}
+
+// With one lock that is the caller's; null for nil.
+inline REALstring hostString(NSString* string) {
+    return CFString2RBString(reinterpret_cast<CFStringRef>(string));
+}
