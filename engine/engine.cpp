@@ -1,0 +1,191 @@
+#include "engine/engine.h"
+
+#include "engine/file_output.h"
+#include "engine/sound_output.h"
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <utility>
+
+namespace zqm::engine {
+
+namespace {
+
+// Nothing is to be done while nobody speaks but what wakes the loop anyway.
+constexpr std::chrono::microseconds kForever{-1};
+
+pid_t peerOf(int socket) {
+    ucred credentials{};
+    socklen_t length = sizeof credentials;
+    const int result = ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &credentials, &length);
+    return result == 0 ? credentials.pid : 0;
+}
+
+} // namespace
+
+Engine::Engine(protocol::Descriptor socket)
+    : channel_(std::move(socket), protocol::kMaxRequestLine), server_(loop_.api()) {
+    loop_.watch(channel_.descriptor(), [this] { readRequests(); });
+    watchHost();
+    watchSignals();
+}
+
+int Engine::run() {
+    while (!exitCode_) {
+        loop_.run(utterance_ ? utterance_->idleTime() : kForever);
+        if (utterance_ && !exitCode_) {
+            utterance_->advance();
+            if (utterance_->isOver()) {
+                utterance_.reset();
+            }
+        }
+        flush();
+    }
+    utterance_.reset();
+    return *exitCode_;
+}
+
+// A fork of the host may keep the socket open beyond the host's end. The peer is asked too because the host
+// may have ended before this program could see it as its parent.
+void Engine::watchHost() {
+    for (const pid_t host : {::getppid(), peerOf(channel_.descriptor())}) {
+        if (host <= 0) {
+            continue; // of another process namespace
+        }
+        protocol::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, host, 0)));
+        if (descriptor) {
+            loop_.watch(descriptor.get(), [this] { quit(kExitOk); });
+            watched_.push_back(std::move(descriptor));
+        } else if (errno == ESRCH) {
+            quit(kExitOk);
+        }
+    }
+}
+
+// A polite request to end is as good as the end of the host: nothing half done is left behind.
+void Engine::watchSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        sigaddset(&signals, number);
+    }
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    protocol::Descriptor descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    if (descriptor) {
+        loop_.watch(descriptor.get(), [this] { quit(kExitOk); });
+        watched_.push_back(std::move(descriptor));
+    }
+}
+
+void Engine::quit(int exitCode) {
+    if (!exitCode_) {
+        exitCode_ = exitCode;
+    }
+}
+
+void Engine::refuse(const char* reason) {
+    static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", reason));
+    quit(kExitBadConversation);
+}
+
+void Engine::readRequests() {
+    flush();
+    std::string line;
+    while (!exitCode_) {
+        switch (channel_.read(line)) {
+        case protocol::Channel::Input::Line:
+            if (auto request = protocol::decodeRequest(line)) {
+                std::visit([this](auto& message) { handle(message); }, *request);
+            } else {
+                refuse("what the host sent is no request");
+            }
+            break;
+        case protocol::Channel::Input::Nothing:
+            return;
+        case protocol::Channel::Input::End:
+            quit(kExitOk);
+            return;
+        case protocol::Channel::Input::Overlong:
+            refuse("what the host sent is too long for a request");
+            return;
+        case protocol::Channel::Input::Failed:
+            refuse(std::strerror(channel_.error()));
+            return;
+        }
+    }
+}
+
+void Engine::handle(const protocol::ListVoices&) {
+    report(protocol::Voices{speaker_.voices()});
+}
+
+void Engine::handle(protocol::Speak& request) {
+    if (utterance_) {
+        utterance_->stop();
+        utterance_.reset();
+    }
+    protocol::Descriptor file;
+    protocol::Descriptor folder;
+    if (request.output) {
+        file = channel_.takeDescriptor();
+        if (!request.output->temporaryName.empty()) {
+            folder = channel_.takeDescriptor();
+        }
+        if (!file || (!folder && !request.output->temporaryName.empty())) {
+            refuse("a request came without its descriptors");
+            return;
+        }
+    }
+    std::unique_ptr<Output> output;
+    if (request.output) {
+        output = std::make_unique<FileOutput>(std::move(*request.output), std::move(file), std::move(folder),
+                                              speaker_.sampleRate());
+    }
+    const protocol::Voice* const voice = speaker_.findVoice(request.voice);
+    if (voice == nullptr || !speaker_.setVoice(*voice)) {
+        report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
+        return;
+    }
+    speaker_.setRate(request.rate);
+    if (!output && !request.text.empty()) {
+        output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
+    }
+    utterance_.emplace(request, *voice, speaker_, std::move(output),
+                       [this](const protocol::Event& event) { report(event); });
+    utterance_->advance();
+    if (utterance_->isOver()) {
+        utterance_.reset();
+    }
+}
+
+void Engine::handle(const protocol::Stop& request) {
+    if (utterance_ && utterance_->number() == request.utterance) {
+        utterance_->stop();
+        utterance_.reset();
+    }
+}
+
+void Engine::handle(const protocol::Adjust& request) {
+    if (utterance_ && utterance_->number() == request.utterance) {
+        utterance_->adjust(request);
+    }
+}
+
+void Engine::report(const protocol::Event& event) {
+    channel_.send(protocol::encode(event));
+    flush();
+}
+
+void Engine::flush() {
+    channel_.flush();
+    loop_.wantWritable(channel_.descriptor(), channel_.backlog() > 0);
+}
+
+} // namespace zqm::engine

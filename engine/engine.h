@@ -1,0 +1,54 @@
+// The engine: takes the requests of one host, and speaks.
+
+#pragma once
+
+#include "engine/channel.h"
+#include "engine/event_loop.h"
+#include "engine/protocol.h"
+#include "engine/sound_server.h"
+#include "engine/speaker.h"
+#include "engine/utterance.h"
+
+#include <optional>
+
+namespace zqm::engine {
+
+// Exit codes of the program.
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailure = 1;
+inline constexpr int kExitUsage = 2;
+inline constexpr int kExitBadConversation = 3;
+
+class Engine {
+public:
+    // Throws std::runtime_error when espeak-ng can't be used.
+    explicit Engine(protocol::Descriptor socket);
+
+    // Speaks until the host ends the conversation, or itself. Answers the exit code.
+    int run();
+
+private:
+    void watchHost();
+    void watchSignals();
+    void readRequests();
+    void flush();
+
+    void handle(const protocol::ListVoices& request);
+    void handle(protocol::Speak& request);
+    void handle(const protocol::Stop& request);
+    void handle(const protocol::Adjust& request);
+
+    void report(const protocol::Event& event);
+    void quit(int exitCode);
+    void refuse(const char* reason);
+
+    protocol::Channel channel_;
+    EventLoop loop_;
+    SoundServer server_;
+    Speaker speaker_;
+    std::vector<protocol::Descriptor> watched_; // of the host's processes, and of signals
+    std::optional<int> exitCode_;
+    std::optional<Utterance> utterance_;
+};
+
+} // namespace zqm::engine

@@ -1,0 +1,204 @@
+#include "engine/file_output.h"
+
+#include "engine/file_format.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sndfile.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace zqm::engine {
+
+namespace {
+
+constexpr std::size_t kSamplesAtOnce = 65536;
+
+std::string errnoText() {
+    return std::generic_category().message(errno);
+}
+
+} // namespace
+
+// libsndfile writes through these functions, so that the reason of a failure is errno's.
+struct FileOutput::Writer {
+    explicit Writer(int descriptor) : descriptor_(descriptor) {}
+    ~Writer() { static_cast<void>(close()); }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    bool open(const FileFormat& format, int sampleRate) {
+        SF_INFO info{};
+        info.samplerate = sampleRate;
+        info.channels = 1;
+        info.format = format.format;
+        SF_VIRTUAL_IO functions{length, seek, read, write, tell};
+        sound_ = sf_open_virtual(&functions, SFM_WRITE, &info, this);
+        if (sound_ == nullptr) {
+            if (error_.empty()) {
+                error_ = sf_strerror(nullptr);
+            }
+            return false;
+        }
+        sf_command(sound_, SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+        return error_.empty();
+    }
+
+    bool write(std::span<const std::int16_t> samples) {
+        const auto count = static_cast<sf_count_t>(samples.size());
+        if (sf_write_short(sound_, samples.data(), count) != count && error_.empty()) {
+            error_ = sf_strerror(sound_);
+        }
+        return error_.empty();
+    }
+
+    // Writes what is held back, and the header anew.
+    bool close() {
+        if (SNDFILE* const sound = std::exchange(sound_, nullptr); sound != nullptr) {
+            const int result = sf_close(sound);
+            if (result != 0 && error_.empty()) {
+                error_ = sf_error_number(result);
+            }
+        }
+        return error_.empty();
+    }
+
+    [[nodiscard]] const std::string& error() const { return error_; }
+
+private:
+    static sf_count_t length(void* context) {
+        struct stat status {};
+        return ::fstat(static_cast<Writer*>(context)->descriptor_, &status) == 0 ? status.st_size : -1;
+    }
+
+    static sf_count_t seek(sf_count_t offset, int whence, void* context) {
+        auto& writer = *static_cast<Writer*>(context);
+        const off_t place = ::lseek(writer.descriptor_, offset, whence);
+        if (place >= 0) {
+            return place;
+        }
+        if (errno == ESPIPE && offset == (whence == SEEK_SET ? writer.place_ : 0)) {
+            return writer.place_; // a pipe is where it is
+        }
+        writer.failed();
+        return -1;
+    }
+
+    static sf_count_t read(void*, sf_count_t, void*) { return 0; }
+
+    static sf_count_t write(const void* bytes, sf_count_t count, void* context) {
+        auto& writer = *static_cast<Writer*>(context);
+        sf_count_t done = 0;
+        while (done < count) {
+            const ssize_t written = ::write(writer.descriptor_, static_cast<const char*>(bytes) + done,
+                                            static_cast<std::size_t>(count - done));
+            if (written < 0 && errno == EINTR) {
+                continue;
+            }
+            if (written <= 0) {
+                writer.failed();
+                break;
+            }
+            done += written;
+        }
+        writer.place_ += done;
+        return done;
+    }
+
+    static sf_count_t tell(void* context) {
+        auto& writer = *static_cast<Writer*>(context);
+        const off_t place = ::lseek(writer.descriptor_, 0, SEEK_CUR);
+        return place < 0 ? writer.place_ : place;
+    }
+
+    void failed() {
+        if (error_.empty()) {
+            error_ = errnoText();
+        }
+    }
+
+    int descriptor_;
+    sf_count_t place_ = 0; // of a pipe, which knows none
+    SNDFILE* sound_ = nullptr;
+    std::string error_;
+};
+
+FileOutput::FileOutput(protocol::Output target, protocol::Descriptor file, protocol::Descriptor folder,
+                       int sampleRate)
+    : target_(std::move(target)), file_(std::move(file)), folder_(std::move(folder)) {
+    const FileFormat* const format = findFileFormat(target_.extension);
+    if (format == nullptr) {
+        fail("no sound file format is known for the extension \"" + target_.extension +
+             "\" (known: " + knownExtensions() + ")");
+        return;
+    }
+    mostSamples_ = format->mostSamples;
+    writer_ = std::make_unique<Writer>(file_.get());
+    if (!writer_->open(*format, sampleRate)) {
+        fail(writer_->error());
+        return;
+    }
+    become(State::Open);
+}
+
+FileOutput::~FileOutput() {
+    if (state() != State::Ended) {
+        removeTemporary();
+    }
+}
+
+std::size_t FileOutput::room() const {
+    return state() == State::Open ? kSamplesAtOnce : 0;
+}
+
+void FileOutput::write(std::span<const std::int16_t> samples) {
+    if (state() != State::Open) {
+        return;
+    }
+    if (samples.size() > mostSamples_ - written_) {
+        fail("the speech is longer than a file of this format can be");
+        return;
+    }
+    if (!writer_->write(samples)) {
+        fail(writer_->error());
+        return;
+    }
+    written_ += samples.size();
+}
+
+void FileOutput::finish() {
+    if (state() != State::Open) {
+        return;
+    }
+    if (!writer_->close()) {
+        fail(writer_->error());
+        return;
+    }
+    if (::close(file_.release()) != 0) {
+        fail(errnoText());
+        return;
+    }
+    if (!target_.temporaryName.empty() && ::renameat(folder_.get(), target_.temporaryName.c_str(),
+                                                     folder_.get(), target_.finalName.c_str()) != 0) {
+        fail(errnoText());
+        return;
+    }
+    become(State::Ended);
+}
+
+void FileOutput::fail(std::string error) {
+    failWith(std::move(error));
+    removeTemporary();
+}
+
+void FileOutput::removeTemporary() {
+    if (!target_.temporaryName.empty() && folder_) {
+        ::unlinkat(folder_.get(), target_.temporaryName.c_str(), 0);
+        folder_.reset();
+    }
+}
+
+} // namespace zqm::engine

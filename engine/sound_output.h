@@ -1,0 +1,41 @@
+// Speech played by the PulseAudio server (or PipeWire in its place).
+
+#pragma once
+
+#include "engine/output.h"
+#include "engine/sound_server.h"
+
+#include <chrono>
+#include <pulse/operation.h>
+#include <pulse/stream.h>
+
+namespace zqm::engine {
+
+class SoundOutput final : public Output {
+public:
+    // How long the server has to answer.
+    static constexpr std::chrono::seconds kPatience{3};
+
+    SoundOutput(SoundServer& server, int sampleRate);
+    ~SoundOutput() override;
+
+    void update() override;
+    [[nodiscard]] std::size_t room() const override;
+    void write(std::span<const std::int16_t> samples) override;
+    [[nodiscard]] std::uint64_t heard() const override;
+    void finish() override;
+    void stop() override;
+
+private:
+    void openStream();
+    void closeStream();
+
+    SoundServer& server_;
+    int sampleRate_;
+    pa_context* context_;
+    pa_stream* stream_ = nullptr;
+    pa_operation* drain_ = nullptr;
+    std::chrono::steady_clock::time_point deadline_;
+};
+
+} // namespace zqm::engine

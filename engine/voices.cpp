@@ -1,0 +1,66 @@
+#include "engine/voices.h"
+
+#include <algorithm>
+#include <cctype>
+#include <espeak-ng/speak_lib.h>
+
+namespace zqm::engine {
+
+namespace {
+
+constexpr std::string_view kMbrolaFolder = "mb/";
+
+const char* genderName(unsigned char gender) {
+    constexpr unsigned char kMale = 1;
+    constexpr unsigned char kFemale = 2;
+    return gender == kMale ? "male" : gender == kFemale ? "female" : "neuter";
+}
+
+char upper(char letter) {
+    return static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+}
+
+} // namespace
+
+std::string languageTag(std::string_view name) {
+    constexpr std::size_t kRegion = 2;
+    constexpr std::size_t kScript = 4;
+    std::string tag;
+    bool isPrivate = false;
+    while (!name.empty()) {
+        const std::string_view part = name.substr(0, name.find('-'));
+        name.remove_prefix(std::min(name.size(), part.size() + 1));
+        std::string subtag(part);
+        if (!tag.empty()) {
+            isPrivate = isPrivate || subtag.size() == 1;
+            if (!isPrivate && subtag.size() == kRegion) {
+                std::transform(subtag.begin(), subtag.end(), subtag.begin(), upper);
+            } else if (!isPrivate && subtag.size() == kScript) {
+                subtag.front() = upper(subtag.front());
+            }
+            tag += '-';
+        }
+        tag += subtag;
+    }
+    return tag;
+}
+
+std::vector<protocol::Voice> listVoices() {
+    std::vector<protocol::Voice> voices;
+    for (const espeak_VOICE** entry = espeak_ListVoices(nullptr); *entry != nullptr; ++entry) {
+        const espeak_VOICE& voice = **entry;
+        const std::string_view identifier = voice.identifier;
+        if (identifier.substr(0, kMbrolaFolder.size()) == kMbrolaFolder) {
+            continue;
+        }
+        // The first of the languages; one byte of priority stands before it.
+        voices.push_back({std::string(identifier), voice.name, languageTag(voice.languages + 1),
+                          genderName(voice.gender), voice.age});
+    }
+    std::sort(voices.begin(), voices.end(), [](const protocol::Voice& left, const protocol::Voice& right) {
+        return left.identifier < right.identifier;
+    });
+    return voices;
+}
+
+} // namespace zqm::engine

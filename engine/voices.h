@@ -1,0 +1,19 @@
+// The voices of the synthesizer, as a host is told of them.
+
+#pragma once
+
+#include "engine/protocol.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zqm::engine {
+
+// All but MBROLA's, whose sounds are not part of espeak-ng; sorted by identifier. espeak-ng is initialised.
+std::vector<protocol::Voice> listVoices();
+
+// A language name of espeak-ng, such as "en-us" or "cmn-latn-pinyin", as BCP 47 writes it.
+std::string languageTag(std::string_view name);
+
+} // namespace zqm::engine
