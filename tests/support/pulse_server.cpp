@@ -1,6 +1,7 @@
 #include "tests/support/pulse_server.h"
 
 #include <chrono>
+#include <csignal>
 #include <stdexcept>
 #include <thread>
 
@@ -67,6 +68,10 @@ bool PulseServer::answers() const {
 
 void PulseServer::kill() {
     server_.reset();
+}
+
+void PulseServer::freeze() {
+    server_->signal(SIGSTOP);
 }
 
 void PulseServer::restart() {

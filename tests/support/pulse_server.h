@@ -31,7 +31,9 @@ public:
 
     // Ends it with SIGKILL, as if it had crashed; its socket stays behind.
     void kill();
-    // Starts it again on the same address, after kill().
+    // Stops it with SIGSTOP: it answers nobody any more, but takes connections.
+    void freeze();
+    // Starts it again on the same address, after kill() or freeze().
     void restart();
 
 private:

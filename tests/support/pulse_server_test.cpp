@@ -1,6 +1,7 @@
 #include "tests/support/pulse_server.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -72,6 +73,15 @@ TEST(PulseServer, CanBeKilledAndStartedAgainOnTheSameAddress) {
     EXPECT_EQ(server.address(), address);
     const MonitorRecording again(server);
     EXPECT_TRUE(play(server).succeeded());
+}
+
+TEST(PulseServer, AnswersNobodyWhenFrozen) {
+    PulseServer server;
+    server.freeze();
+    EXPECT_TRUE(runProcess("pactl", {"info"}, {.environment = server.environment()}, std::chrono::seconds(1))
+                    .timedOut);
+    server.restart();
+    EXPECT_TRUE(runProcess("pactl", {"info"}, {.environment = server.environment()}).succeeded());
 }
 
 TEST(PulseServer, SeveralStandSideBySideAndNoneIsLeftBehind) {
