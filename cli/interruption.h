@@ -1,0 +1,18 @@
+#pragma once
+
+namespace zqm::cli {
+
+// While one exists, the first SIGINT, SIGTERM or SIGHUP is only noted, so that what is being written can be
+// ended well; a second one of the same kind ends the process at once. A signal that was ignored stays
+// ignored. One at a time.
+class Interruption {
+public:
+    Interruption();
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+    ~Interruption();
+
+    static int signalNumber(); // of the signal that came; 0: none
+};
+
+} // namespace zqm::cli

@@ -1,0 +1,188 @@
+#include "cli/say_command.h"
+
+#include "cli/failure.h"
+#include "cli/file_url.h"
+#include "cli/interruption.h"
+#include "cli/plugin_location.h"
+#include "cli/progress_line.h"
+#include "cli/sound_file.h"
+#include "cli/spoken_text.h"
+#include "cli/text_input.h"
+
+#include <zqmhost/zqmhost.h>
+
+#include <cinttypes>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include <unistd.h>
+
+namespace zqm::cli {
+namespace {
+
+// How long a signal may wait to be noticed.
+constexpr host::Seconds kSlice{0.05};
+// How long the end of a stopped speech is waited for.
+constexpr host::Seconds kStopDeadline{15};
+
+bool isConstructed(const host::Object& synthesizer) {
+    return !synthesizer.get("voice").asText().empty();
+}
+
+host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::string>& voice) {
+    host::Object synthesizer = runtime.create("NSSpeechSynthesizerZQM");
+    if (voice) {
+        synthesizer.call("Constructor", *voice);
+        if (isConstructed(synthesizer)) {
+            return synthesizer;
+        }
+    }
+    synthesizer.call("Constructor");
+    if (!isConstructed(synthesizer)) {
+        throw Failure("there are no voices: the speech engine is missing or does not answer");
+    }
+    if (voice) {
+        throw Failure("there is no voice \"" + *voice + "\" (README.md tells which there are)");
+    }
+    return synthesizer;
+}
+
+// Speaks one text with one synthesizer.
+class Speech {
+public:
+    Speech(host::Runtime& runtime, const SayOptions& options, const std::string& text)
+        : runtime_(runtime), options_(options), text_(text), spokenText_(text), progress_(STDERR_FILENO),
+          synthesizer_(makeSynthesizer(runtime, options.voice)) {
+        if (options.rate) {
+            synthesizer_.set("Rate", *options.rate);
+        }
+        if (options.volume) {
+            synthesizer_.set("Volume", *options.volume);
+        }
+        // On one terminal the line of progress would run into those of the events.
+        hasProgress_ = progress_.isPossible() && !(options.events && isatty(STDOUT_FILENO) != 0);
+        synthesizer_.on("didFinishSpeaking",
+                        [this](const host::Arguments& event) { finish(event[0].asBool()); });
+        listenToWords();
+    }
+    Speech(const Speech&) = delete;
+    Speech& operator=(const Speech&) = delete;
+    ~Speech() { synthesizer_.off("didFinishSpeaking"); }
+
+    // Begins, aloud or into the file.
+    bool start(const std::optional<std::string>& file) {
+        const host::Value answer = file ? synthesizer_.call("startSpeakingString", text_, fileUrl(*file))
+                                        : synthesizer_.call("startSpeakingString", text_);
+        return answer.asBool();
+    }
+
+    // Waits for the end; stops at a signal. True when all was spoken.
+    bool wait() {
+        while (!isOver()) {
+            runtime_.runUntil([this] { return isOver() || rests(); }, kSlice);
+            if (rests()) {
+                restFromWords();
+            }
+        }
+        if (!finished_) {
+            synthesizer_.call("stopSpeaking");
+            runtime_.runUntil([this] { return finished_.has_value(); }, kStopDeadline);
+        }
+        progress_.clear();
+        return finished_.value_or(false);
+    }
+
+private:
+    bool isOver() const { return finished_ || Interruption::signalNumber() != 0; }
+
+    void listenToWords() {
+        if (options_.events || hasProgress_) {
+            synthesizer_.on("willSpeakWord", [this](const host::Arguments& event) {
+                showWord(event[0].asInteger(), event[1].asInteger());
+            });
+        }
+    }
+
+    // Every event carries the whole text, so those that nobody would see are better not raised.
+    bool rests() const { return hasProgress_ && !options_.events && !progress_.isDue(); }
+
+    void restFromWords() {
+        synthesizer_.off("willSpeakWord");
+        runtime_.runUntil([this] { return isOver() || progress_.isDue(); }, kSlice);
+        listenToWords();
+    }
+
+    void showWord(std::int64_t position, std::int64_t length) {
+        const std::string word = spokenText_.cut(position, length);
+        if (options_.events) {
+            std::printf("word %" PRId64 " %" PRId64 " %s\n", position, length, word.c_str());
+        }
+        if (hasProgress_ && progress_.isDue()) {
+            progress_.show(spokenText_.shareBefore(position + length), word);
+        }
+    }
+
+    void finish(bool isComplete) {
+        finished_ = isComplete;
+        if (options_.events) {
+            std::printf("finish %s\n", isComplete ? "true" : "false");
+        }
+    }
+
+    host::Runtime& runtime_;
+    const SayOptions& options_;
+    const std::string& text_;
+    SpokenText spokenText_;
+    ProgressLine progress_;
+    host::Object synthesizer_;
+    bool hasProgress_ = false;
+    std::optional<bool> finished_;
+};
+
+// Begins, into the fallback file where no sound can be played. Answers the file that is written, if any.
+std::optional<std::string> begin(Speech& speech, const SayOptions& options) {
+    if (speech.start(options.output)) {
+        return options.output;
+    }
+    if (options.output) {
+        throw Failure(whyNotWritable(*options.output));
+    }
+    if (!options.fallback) {
+        throw Failure("no sound can be played: no sound server answers (-o FILE writes a sound file)");
+    }
+    if (!speech.start(options.fallback)) {
+        throw Failure("no sound can be played, and " + whyNotWritable(*options.fallback));
+    }
+    std::fprintf(stderr, "No sound can be played here: the speech goes to %s\n", options.fallback->c_str());
+    return options.fallback;
+}
+
+} // namespace
+
+int say(const SayOptions& options) {
+    const std::string text = readText(options);
+    if (options.voice) {
+        requireUtf8(*options.voice, "the name of the voice");
+    }
+    // Whoever reads the events sees each as it comes.
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+
+    host::Runtime runtime;
+    runtime.load(findPlugin());
+    const Interruption interruption;
+    Speech speech(runtime, options, text);
+    const std::optional<std::string> file = begin(speech, options);
+    const bool isComplete = speech.wait();
+    if (Interruption::signalNumber() != 0) {
+        return 128 + Interruption::signalNumber();
+    }
+    if (!isComplete) {
+        throw Failure("the speech broke off before its end" +
+                      (file ? ", so " + *file + " is not written" : ""));
+    }
+    return 0;
+}
+
+} // namespace zqm::cli

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+
+namespace zqm::cli {
+
+struct SayOptions {
+    std::optional<std::string> text;   // none: from the input
+    std::string input = "-";           // file to read the text from; "-" is standard input
+    std::optional<std::string> output; // sound file; none: played
+    std::optional<std::string> fallback;
+    std::optional<std::string> voice; // identifier; none: the default voice
+    std::optional<double> rate;       // words a minute
+    std::optional<double> volume;     // 0 to 1
+    bool events = false;
+};
+
+inline constexpr double kSlowestRate = 50;
+inline constexpr double kFastestRate = 500;
+
+// The options of `zqmspeech say`, or the text of its help when that is asked for. Throws UsageError.
+std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* const> arguments);
+
+} // namespace zqm::cli

@@ -1,0 +1,121 @@
+#include "cli/text_input.h"
+
+#include "cli/failure.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+#include <fcntl.h>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+#include <unistd.h>
+
+namespace zqm::cli {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+class InputFile {
+public:
+    InputFile(const std::string& path, const std::string& name)
+        : descriptor_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)), name_(name) {
+        if (descriptor_ < 0) {
+            fail();
+        }
+    }
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    ~InputFile() {
+        if (descriptor_ > STDIN_FILENO) {
+            close(descriptor_);
+        }
+    }
+
+    std::string readAll() {
+        std::string content;
+        std::array<char, 65536> buffer;
+        for (;;) {
+            const ssize_t count = read(descriptor_, buffer.data(), buffer.size());
+            if (count > 0) {
+                content.append(buffer.data(), static_cast<std::size_t>(count));
+            }
+            if (content.size() > kLongestText) {
+                throw Failure(name_ + " is longer than " + std::to_string(kLongestText) + " bytes");
+            }
+            if (count == 0) {
+                return content;
+            }
+            if (count < 0 && errno != EINTR) {
+                fail();
+            }
+        }
+    }
+
+private:
+    [[noreturn]] void fail() const { throw Failure("can't read " + name_ + ": " + std::strerror(errno)); }
+
+    int descriptor_;
+    const std::string& name_;
+};
+
+// Calls with each code point and the offset behind it, a negative one where the bytes are no UTF-8, as long
+// as the answer is true.
+template <typename Function>
+void forEachCodePoint(std::string_view text, Function function) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t offset = 0;
+    UChar32 codePoint = 0;
+    do {
+        if (offset == text.size()) {
+            return;
+        }
+        U8_NEXT(bytes, offset, text.size(), codePoint);
+    } while (function(codePoint, offset));
+}
+
+bool hasOnlyWhiteSpace(std::string_view text) {
+    bool isBlank = true;
+    forEachCodePoint(text, [&isBlank](UChar32 codePoint, std::size_t /*offset*/) {
+        isBlank = u_isUWhiteSpace(codePoint) != 0;
+        return isBlank;
+    });
+    return isBlank;
+}
+
+} // namespace
+
+void requireUtf8(std::string_view text, std::string_view what) {
+    std::size_t valid = 0;
+    forEachCodePoint(text, [&valid](UChar32 codePoint, std::size_t offset) {
+        if (codePoint >= 0) {
+            valid = offset;
+        }
+        return codePoint >= 0;
+    });
+    if (valid != text.size()) {
+        throw Failure(std::string(what) + " is not valid UTF-8 at byte " + std::to_string(valid));
+    }
+}
+
+std::string readText(const SayOptions& options) {
+    std::string name = "the text";
+    std::string text;
+    if (options.text) {
+        text = *options.text;
+    } else {
+        name = options.input == "-" ? "standard input" : options.input;
+        text = InputFile(options.input, name).readAll();
+    }
+    requireUtf8(text, name);
+    if (text.starts_with(kByteOrderMark)) {
+        text.erase(0, kByteOrderMark.size());
+    }
+    if (hasOnlyWhiteSpace(text)) {
+        throw Failure("there is nothing to speak: " + name + " is empty");
+    }
+    return text;
+}
+
+} // namespace zqm::cli

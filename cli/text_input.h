@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/say_options.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zqm::cli {
+
+// Longer texts are refused, so that an endless input is not read for ever.
+inline constexpr std::size_t kLongestText = std::size_t{128} * 1024 * 1024;
+
+// The text to be spoken, from where the options say: UTF-8, without a byte-order mark. Throws Failure when
+// it can't be read, is no UTF-8, is too long or holds nothing but white space.
+std::string readText(const SayOptions& options);
+
+// Throws Failure with the offset of the first byte that is no UTF-8; `what` begins the message.
+void requireUtf8(std::string_view text, std::string_view what);
+
+} // namespace zqm::cli

@@ -1,0 +1,147 @@
+// The small pieces of the command: URLs, words, where things are.
+
+#include "cli/failure.h"
+#include "cli/file_url.h"
+#include "cli/plugin_location.h"
+#include "cli/sound_file.h"
+#include "cli/spoken_text.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zqm::cli {
+namespace {
+
+using testing::HasSubstr;
+
+// Works in a folder, and goes back to where it was.
+class ScopedCurrentFolder {
+public:
+    explicit ScopedCurrentFolder(const std::filesystem::path& folder)
+        : before_(std::filesystem::current_path()) {
+        std::filesystem::current_path(folder);
+    }
+    ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
+    ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
+    ~ScopedCurrentFolder() { std::filesystem::current_path(before_); }
+
+private:
+    std::filesystem::path before_;
+};
+
+void createFile(const std::filesystem::path& path) {
+    std::ofstream(path) << "x";
+}
+
+TEST(FileUrl, KeepsWhatNeedsNoEncoding) {
+    EXPECT_EQ(fileUrl("/tmp/a-b_c.d~1/Z9.wav"), "file:///tmp/a-b_c.d~1/Z9.wav");
+}
+
+TEST(FileUrl, EncodesEverythingElse) {
+    EXPECT_EQ(fileUrl("/a b#c%41?d;e&f=g+h:i@j\"k'l\\m[n]*!$,(o)"),
+              "file:///a%20b%23c%2541%3Fd%3Be%26f%3Dg%2Bh%3Ai%40j%22k%27l%5Cm%5Bn%5D%2A%21%24%2C%28o%29");
+    EXPECT_EQ(fileUrl("/grüße/世界/👋.wav"), "file:///gr%C3%BC%C3%9Fe/%E4%B8%96%E7%95%8C/%F0%9F%91%8B.wav");
+    EXPECT_EQ(fileUrl("/line\nbreak\x7F"), "file:///line%0Abreak%7F");
+}
+
+TEST(FileUrl, IsAbsolute) {
+    const support::TemporaryFolder folder("with blank");
+    const ScopedCurrentFolder current(folder.path());
+    EXPECT_EQ(fileUrl("x/y.wav"), fileUrl((folder / "x/y.wav").string()));
+}
+
+TEST(FileUrl, RefusesNamesThatAreNoUtf8) {
+    try {
+        fileUrl("/tmp/\xFC.wav");
+        FAIL();
+    } catch (const Failure& failure) {
+        EXPECT_STREQ(failure.what(), "the name of the sound file is not valid UTF-8 at byte 5");
+    }
+}
+
+TEST(FileUrl, RefusesRelativeNamesWhereTheFolderIsGone) {
+    const support::TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "gone");
+    const ScopedCurrentFolder current(folder / "gone");
+    std::filesystem::remove(folder / "gone");
+    EXPECT_THROW(fileUrl("x.wav"), Failure);
+    EXPECT_EQ(fileUrl("/x.wav"), "file:///x.wav");
+}
+
+TEST(SpokenText, CutsByUtf16Units) {
+    const SpokenText text("a 👋🏽 grüße 世界");
+    EXPECT_EQ(text.cut(0, 1), "a");
+    EXPECT_EQ(text.cut(2, 4), "👋🏽");
+    EXPECT_EQ(text.cut(7, 5), "grüße");
+    EXPECT_EQ(text.cut(13, 2), "世界");
+}
+
+TEST(SpokenText, LeavesOutWhatIsOutside) {
+    const SpokenText text("abc");
+    EXPECT_EQ(text.cut(2, 5), "c");
+    EXPECT_EQ(text.cut(3, 1), "");
+    EXPECT_EQ(text.cut(100, 1), "");
+    EXPECT_EQ(text.cut(-1, 2), "ab");
+    EXPECT_EQ(text.cut(1, -2), "");
+    EXPECT_EQ(text.cut(INT64_MIN, INT64_MAX), "abc");
+}
+
+TEST(SpokenText, KnowsHowFarAPositionIs) {
+    const SpokenText text("👋👋");
+    EXPECT_DOUBLE_EQ(text.shareBefore(0), 0);
+    EXPECT_DOUBLE_EQ(text.shareBefore(2), 0.5);
+    EXPECT_DOUBLE_EQ(text.shareBefore(4), 1);
+    EXPECT_DOUBLE_EQ(text.shareBefore(99), 1);
+    EXPECT_DOUBLE_EQ(text.shareBefore(-1), 0);
+    EXPECT_DOUBLE_EQ(SpokenText("").shareBefore(0), 1);
+}
+
+TEST(PluginLocation, IsBesideTheProgram) {
+    const support::TemporaryFolder folder;
+    createFile(folder / "libZQMNSSpeech.so");
+    EXPECT_EQ(findPlugin(folder.path()), folder / "libZQMNSSpeech.so");
+}
+
+TEST(PluginLocation, SaysWhereItLooked) {
+    const support::TemporaryFolder folder;
+    try {
+        findPlugin(folder.path());
+        FAIL() << "found, though none is installed";
+    } catch (const Failure& failure) {
+        EXPECT_THAT(failure.what(), HasSubstr("libZQMNSSpeech.so is missing"));
+        EXPECT_THAT(failure.what(), HasSubstr(folder.path().string()));
+        EXPECT_THAT(failure.what(), HasSubstr("/lib"));
+    }
+}
+
+TEST(SoundFile, SaysWhyItIsNotWritable) {
+    const support::TemporaryFolder folder;
+    createFile(folder / "file");
+    const std::string path = folder.path().string();
+    EXPECT_EQ(whyNotWritable(path), "can't write " + path + ": it is a folder");
+    EXPECT_EQ(whyNotWritable(path + "/no/x.wav"),
+              "can't write " + path + "/no/x.wav: there is no folder " + path + "/no");
+    EXPECT_EQ(whyNotWritable(path + "/no/"),
+              "can't write " + path + "/no/: there is no folder " + path + "/no");
+    EXPECT_EQ(whyNotWritable(path + "/file/x.wav"),
+              "can't write " + path + "/file/x.wav: there is no folder " + path + "/file");
+    EXPECT_THAT(whyNotWritable(path + "/x.text"), HasSubstr("its name must end like a sound file's"));
+    EXPECT_THAT(whyNotWritable("/proc/x.wav"), HasSubstr("can't write /proc/x.wav: "));
+}
+
+TEST(SoundFile, NamesRelativeToTheCurrentFolder) {
+    const support::TemporaryFolder folder;
+    const ScopedCurrentFolder current(folder.path());
+    EXPECT_THAT(whyNotWritable("x"), HasSubstr("its name must end"));
+}
+
+} // namespace
+} // namespace zqm::cli

@@ -1,0 +1,160 @@
+#include "cli/say_options.h"
+
+#include "cli/failure.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace zqm::cli {
+namespace {
+
+using testing::HasSubstr;
+
+SayOptions parse(const std::vector<const char*>& arguments) {
+    return std::get<SayOptions>(parseSayOptions(arguments));
+}
+
+TEST(SayOptions, NothingGivenMeansStandardInputAloud) {
+    const SayOptions options = parse({});
+    EXPECT_FALSE(options.text);
+    EXPECT_EQ(options.input, "-");
+    EXPECT_FALSE(options.output);
+    EXPECT_FALSE(options.fallback);
+    EXPECT_FALSE(options.voice);
+    EXPECT_FALSE(options.rate);
+    EXPECT_FALSE(options.volume);
+    EXPECT_FALSE(options.events);
+}
+
+TEST(SayOptions, EveryOptionIsTaken) {
+    const SayOptions options = parse({"-o", "out.wav", "--fallback", "f.wav", "-v", "de", "--rate", "200",
+                                      "--volume", "0.5", "--events", "Guten", "Tag"});
+    EXPECT_EQ(options.text, "Guten Tag");
+    EXPECT_EQ(options.output, "out.wav");
+    EXPECT_EQ(options.fallback, "f.wav");
+    EXPECT_EQ(options.voice, "de");
+    EXPECT_EQ(options.rate, 200);
+    EXPECT_EQ(options.volume, 0.5);
+    EXPECT_TRUE(options.events);
+}
+
+TEST(SayOptions, LongFormsWithEqualSigns) {
+    const SayOptions options =
+        parse({"--output=a=b.wav", "--voice=en-us", "--rate=50", "--volume=1", "--file=in.txt"});
+    EXPECT_EQ(options.output, "a=b.wav");
+    EXPECT_EQ(options.voice, "en-us");
+    EXPECT_EQ(options.rate, 50);
+    EXPECT_EQ(options.volume, 1);
+    EXPECT_EQ(options.input, "in.txt");
+    EXPECT_FALSE(options.text);
+}
+
+TEST(SayOptions, OptionsMayStandBetweenTheWords) {
+    const SayOptions options = parse({"Hello", "--rate", "200", "world"});
+    EXPECT_EQ(options.text, "Hello world");
+    EXPECT_EQ(options.rate, 200);
+}
+
+TEST(SayOptions, TheLastFallbackCounts) {
+    EXPECT_EQ(parse({"--fallback", "a.wav", "--fallback", "b.wav", "x"}).fallback, "b.wav");
+}
+
+class SayOptionsText : public testing::TestWithParam<const char*> {};
+
+TEST_P(SayOptionsText, IsTakenAsItStands) {
+    EXPECT_EQ(parse({GetParam()}).text, GetParam());
+}
+
+TEST_P(SayOptionsText, IsTakenAsItStandsAfterDashes) {
+    EXPECT_EQ(parse({"--events", "--", GetParam()}).text, GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SayOptionsText,
+                         testing::Values("say", "help", "{}", "[a,b]", "[]", "%%", "a b", "a,b", "++x",
+                                         "\"quoted\"", "'single'", "back\\slash", "tab\there", "line\nbreak",
+                                         "grüße", "=", "+5"));
+
+class SayOptionsDashText : public testing::TestWithParam<const char*> {};
+
+TEST_P(SayOptionsDashText, IsTextAfterDashes) {
+    EXPECT_EQ(parse({"--", GetParam()}).text, GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SayOptionsDashText,
+                         testing::Values("-5 degrees", "-", "--", "--rate", "-o", "-h"));
+
+TEST(SayOptions, ADashAloneMeansStandardInput) {
+    const SayOptions options = parse({"-"});
+    EXPECT_FALSE(options.text);
+    EXPECT_EQ(options.input, "-");
+}
+
+TEST(SayOptions, ADashAmongWordsIsAWord) {
+    EXPECT_EQ(parse({"this", "-", "that"}).text, "this - that");
+}
+
+TEST(SayOptions, AnEmptyTextIsAText) {
+    EXPECT_EQ(parse({""}).text, "");
+}
+
+TEST(SayOptions, HelpNamesEveryOption) {
+    for (const char* option : {"-h", "--help"}) {
+        const auto parsed = parseSayOptions(std::vector<const char*>{option});
+        ASSERT_TRUE(std::holds_alternative<std::string>(parsed));
+        const std::string& help = std::get<std::string>(parsed);
+        EXPECT_THAT(help, HasSubstr("Usage: zqmspeech say [OPTIONS] [TEXT...]"));
+        for (const char* name : {"-f,--file", "-o,--output", "--fallback", "-v,--voice", "--rate", "--volume",
+                                 "--events", "50 to 500", "0 to 1", "130 for Ctrl-C"}) {
+            EXPECT_THAT(help, HasSubstr(name));
+        }
+    }
+}
+
+struct WrongUse {
+    std::vector<const char*> arguments;
+    const char* complaint;
+};
+
+class SayOptionsWrongUse : public testing::TestWithParam<WrongUse> {};
+
+TEST_P(SayOptionsWrongUse, IsAUsageErrorInOneLine) {
+    try {
+        parse(GetParam().arguments);
+        FAIL() << "taken";
+    } catch (const UsageError& error) {
+        EXPECT_THAT(error.what(), HasSubstr(GetParam().complaint));
+        EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, SayOptionsWrongUse,
+    testing::Values(
+        WrongUse{{"--loud", "x"}, "--loud is not an option"},
+        WrongUse{{"-5", "degrees"}, "-5 is not an option"}, WrongUse{{"x", "-x"}, "-x is not an option"},
+        WrongUse{{"-o"}, "--output"}, WrongUse{{"--rate"}, "--rate"},
+        WrongUse{{"--rate", "fast", "x"}, "fast is not a number from 50 to 500"},
+        WrongUse{{"--rate", "nan", "x"}, "nan is not a number"},
+        WrongUse{{"--rate", "inf", "x"}, "inf is not a number"},
+        WrongUse{{"--rate", "49.9", "x"}, "49.9 is not a number"},
+        WrongUse{{"--rate", "500.1", "x"}, "500.1 is not a number"},
+        WrongUse{{"--rate", "1e999", "x"}, "1e999 is not a number"},
+        WrongUse{{"--rate", "-200", "x"}, "--rate"}, WrongUse{{"--rate", "200x", "x"}, "200x is not"},
+        WrongUse{{"--rate", "200,5", "x"}, "200,5 is not"}, WrongUse{{"--rate", "", "x"}, "--rate"},
+        WrongUse{{"--volume", "1.01", "x"}, "1.01 is not a number from 0 to 1"},
+        WrongUse{{"--volume=-0.1", "x"}, "-0.1 is not a number"},
+        WrongUse{{"--volume", "nan", "x"}, "nan is not a number"}, WrongUse{{"-o", "", "x"}, "it is empty"},
+        WrongUse{{"-f", ""}, "it is empty"}, WrongUse{{"-v", "", "x"}, "it is empty"},
+        WrongUse{{"--fallback", "", "x"}, "it is empty"},
+        WrongUse{{"-f", "file", "text"}, "can't both be given"},
+        WrongUse{{"-f", "file", "-"}, "can't both be given"},
+        WrongUse{{"-f", "file", "--", "text"}, "can't both be given"},
+        WrongUse{{"-o", "a.wav", "-o", "b.wav", "x"}, "--output"},
+        WrongUse{{"--events=maybe", "x"}, "--events"}));
+
+} // namespace
+} // namespace zqm::cli
