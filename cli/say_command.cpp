@@ -44,7 +44,8 @@ host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::st
         throw Failure("there are no voices: the speech engine is missing or does not answer");
     }
     if (voice) {
-        throw Failure("there is no voice \"" + *voice + "\" (README.md tells which there are)");
+        throw Failure("there is no voice \"" + *voice +
+                      "\" (they are named such as gmw/en-US or gmw/de; README.md tells more)");
     }
     return synthesizer;
 }

@@ -1,24 +1,20 @@
 #include "cli/progress_line.h"
 
+#include "tests/cli/terminal.h"
 #include "tests/support/scoped_environment.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <optional>
 #include <string>
 
-#include <fcntl.h>
-#include <pty.h>
 #include <unistd.h>
 
 namespace zqm::cli {
 namespace {
 
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::StartsWith;
+using tests::Terminal;
 
 TEST(ProgressText, ShowsPercentAndWord) {
     EXPECT_EQ(progressText(0, "Hello", 79), "  0%  Hello");
@@ -47,33 +43,6 @@ TEST(ProgressText, LeavesOutWhatWouldSpoilTheTerminal) {
     EXPECT_EQ(progressText(0.5, "a\u202Eb\u2067c", 79), " 50%  abc");
     EXPECT_EQ(progressText(0.5, "a\xFF\x80z", 79), " 50%  az");
 }
-
-class Terminal {
-public:
-    explicit Terminal(unsigned short columns) {
-        winsize size{};
-        size.ws_col = columns;
-        EXPECT_EQ(openpty(&outside_, &inside_, nullptr, nullptr, &size), 0);
-        fcntl(outside_, F_SETFL, O_NONBLOCK);
-    }
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
-    ~Terminal() {
-        close(outside_);
-        close(inside_);
-    }
-
-    int descriptor() const { return inside_; }
-    std::string written() const {
-        std::array<char, 4096> buffer{};
-        const ssize_t count = read(outside_, buffer.data(), buffer.size());
-        return {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
-    }
-
-private:
-    int outside_ = -1;
-    int inside_ = -1;
-};
 
 TEST(ProgressLine, IsRedrawnInPlaceAndCleared) {
     const support::ScopedEnvironment kind("TERM", "xterm");

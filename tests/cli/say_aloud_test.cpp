@@ -1,0 +1,255 @@
+// `zqmspeech say` through a real sound server: what is heard, progress on a terminal, signals, a lost
+// engine.
+
+#include "tests/cli/say.h"
+#include "tests/cli/terminal.h"
+#include "tests/support/monitor_recording.h"
+#include "tests/support/process_table.h"
+#include "tests/support/pulse_server.h"
+#include "tests/support/sound_file.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+namespace zqm::tests {
+namespace {
+
+using support::Process;
+using support::ProcessResult;
+using support::PulseServer;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr std::chrono::milliseconds kDeadline{30000};
+constexpr std::chrono::milliseconds kStep{10};
+constexpr const char* kLongText =
+    "This is a rather long sentence, so that there is enough time to do something "
+    "while it is being spoken, one word after the other, on and on and on.";
+constexpr std::string_view kClear = "\r\x1b[K";
+
+// True as soon as the condition is; false when it isn't by the deadline.
+bool eventually(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(kStep);
+    }
+    return true;
+}
+
+class SayAloud : public testing::Test {
+protected:
+    support::ProcessOptions options() const {
+        support::ProcessOptions options = bareOptions();
+        for (const auto& [name, value] : server_.environment()) {
+            options.environment[name] = value;
+        }
+        return options;
+    }
+
+    // With the server's environment, standard error being that terminal.
+    ProcessResult sayOnTerminal(const Terminal& terminal, const std::vector<std::string>& arguments,
+                                std::string& written, const char* kind = "xterm") {
+        support::ProcessOptions onTerminal = options();
+        onTerminal.environment["TERM"] = kind;
+        std::vector<std::string> all{"-c", "terminal=$1; shift; exec \"$0\" say \"$@\" 2> \"$terminal\"",
+                                     ZQMSPEECH_PROGRAM, terminal.path()};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        const Process process("/bin/sh", all, onTerminal);
+        EXPECT_TRUE(eventually([&] {
+            written += terminal.written();
+            return !process.running();
+        }));
+        written += terminal.written();
+        return process.result();
+    }
+
+    PulseServer server_;
+};
+
+TEST_F(SayAloud, IsHeard) {
+    const support::MonitorRecording recording(server_);
+    const ProcessResult result = say({"--events", "Hello world"}, options());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "word 0 5 Hello\nword 6 5 world\nfinish true\n");
+    EXPECT_EQ(result.errors, "");
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_GT(support::rms(recording.samples()), 0.001);
+}
+
+TEST_F(SayAloud, TheFallbackIsNotNeeded) {
+    const support::TemporaryFolder folder;
+    const ProcessResult result = say({"--fallback", (folder / "x.wav").string(), "Hello"}, options());
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_FALSE(exists(folder / "x.wav"));
+}
+
+std::vector<std::string> frames(const std::string& written) {
+    std::vector<std::string> all;
+    for (std::size_t begin = 0; (begin = written.find(kClear, begin)) != std::string::npos;) {
+        begin += kClear.size();
+        all.push_back(written.substr(begin, written.find('\r', begin) - begin));
+    }
+    return all;
+}
+
+TEST_F(SayAloud, ProgressIsOneLineRedrawn) {
+    const Terminal terminal(16);
+    std::string written;
+    const ProcessResult result =
+        sayOnTerminal(terminal, {"One two", "Donaudampfschifffahrtsgesellschaft", "四 five"}, written);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(written, StartsWith(kClear));
+    EXPECT_THAT(written, EndsWith(kClear));
+    EXPECT_EQ(written.find('\n'), std::string::npos);
+    const std::vector<std::string> shown = frames(written);
+    ASSERT_GE(shown.size(), 4U);
+    EXPECT_THAT(shown.front(), testing::MatchesRegex(" +[0-9]+%  One"));
+    EXPECT_THAT(shown, testing::Contains(EndsWith("%  Donaudamp")));
+    EXPECT_THAT(shown, testing::Contains("100%  five"));
+    EXPECT_EQ(shown.back(), "");
+}
+
+TEST_F(SayAloud, ProgressStandsBesideEventsInAPipe) {
+    const Terminal terminal(80);
+    std::string written;
+    const ProcessResult result = sayOnTerminal(terminal, {"--events", "Hello world"}, written);
+    EXPECT_EQ(result.output, "word 0 5 Hello\nword 6 5 world\nfinish true\n");
+    EXPECT_THAT(frames(written), testing::Contains("100%  world"));
+}
+
+TEST_F(SayAloud, ProgressGivesWayToEventsOnTheSameTerminal) {
+    const Terminal terminal(80);
+    support::ProcessOptions onTerminal = options();
+    onTerminal.environment["TERM"] = "xterm";
+    const ProcessResult result = support::runProcess(
+        "/bin/sh",
+        {"-c", "exec \"$0\" say --events Hello world > \"$1\" 2>&1", ZQMSPEECH_PROGRAM, terminal.path()},
+        onTerminal);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(terminal.written(), "word 0 5 Hello\r\nword 6 5 world\r\nfinish true\r\n");
+}
+
+TEST_F(SayAloud, NoProgressOnADumbTerminal) {
+    const Terminal terminal(80);
+    std::string written;
+    EXPECT_EQ(sayOnTerminal(terminal, {"Hello world"}, written, "dumb").exitCode, 0);
+    EXPECT_EQ(written, "");
+}
+
+// Speaks, and sends the signal as soon as the first word has come.
+class SaySignal : public SayAloud, public testing::WithParamInterface<int> {};
+
+TEST_P(SaySignal, StopsTheSpeech) {
+    const Process process(ZQMSPEECH_PROGRAM, sayArguments({"--events", kLongText}), options());
+    ASSERT_TRUE(eventually([&] { return process.result().output.find("word") != std::string::npos; }));
+    const std::vector<pid_t> engines = support::childrenOf(process.pid());
+    EXPECT_EQ(engines.size(), 1U);
+    process.signal(GetParam());
+    ASSERT_TRUE(process.waitFor(kDeadline));
+    const ProcessResult result = process.result();
+    EXPECT_EQ(result.exitCode, 128 + GetParam());
+    EXPECT_EQ(result.signal, 0);
+    EXPECT_THAT(result.output, StartsWith("word 0 4 This\n"));
+    EXPECT_THAT(result.output, EndsWith("finish false\n"));
+    EXPECT_EQ(result.output.find("word 140"), std::string::npos) << "it was spoken to the end";
+    EXPECT_EQ(result.errors, "");
+    for (const pid_t engine : engines) {
+        EXPECT_TRUE(eventually([engine] { return !support::isAlive(engine); }));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SaySignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST_F(SayAloud, AnIgnoredSignalStaysIgnored) {
+    const Process process(
+        "/bin/sh", {"-c", "trap '' INT; exec \"$0\" say --events One two three four", ZQMSPEECH_PROGRAM},
+        options());
+    ASSERT_TRUE(eventually([&] { return process.result().output.find("word") != std::string::npos; }));
+    process.signal(SIGINT);
+    ASSERT_TRUE(process.waitFor(kDeadline));
+    EXPECT_EQ(process.result().exitCode, 0);
+    EXPECT_THAT(process.result().output, EndsWith("finish true\n"));
+}
+
+TEST_F(SayAloud, ALostEngineIsSaid) {
+    const Process process(ZQMSPEECH_PROGRAM, sayArguments({"--events", kLongText}), options());
+    ASSERT_TRUE(eventually([&] { return process.result().output.find("word") != std::string::npos; }));
+    const std::vector<pid_t> engines = support::childrenOf(process.pid());
+    ASSERT_EQ(engines.size(), 1U);
+    ASSERT_EQ(kill(engines.front(), SIGKILL), 0);
+    ASSERT_TRUE(process.waitFor(kDeadline));
+    const ProcessResult result = process.result();
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, EndsWith("finish false\n"));
+    EXPECT_EQ(result.errors, "zqmspeech: the speech broke off before its end\n");
+}
+
+TEST_F(SayAloud, ALostSoundServerIsSaid) {
+    const Process process(ZQMSPEECH_PROGRAM, sayArguments({"--events", kLongText}), options());
+    ASSERT_TRUE(eventually([&] { return process.result().output.find("word") != std::string::npos; }));
+    server_.kill();
+    ASSERT_TRUE(process.waitFor(kDeadline));
+    EXPECT_EQ(process.result().exitCode, 1);
+    EXPECT_EQ(process.result().errors, "zqmspeech: the speech broke off before its end\n");
+}
+
+// Ten megabytes would be spoken for days: they are taken, begun, and stopped by a signal, which leaves a
+// valid file behind.
+TEST(SayMuch, TenMegabytesAreBegunAndStopped) {
+    const support::TemporaryFolder folder;
+    const std::string output = (folder / "x.wav").string();
+    support::ProcessOptions options = bareOptions();
+    while (options.input.size() < 10'000'000) {
+        options.input += "many words and many more ";
+    }
+    const Process process(ZQMSPEECH_PROGRAM, sayArguments({"--events", "-o", output}), options);
+    ASSERT_TRUE(eventually([&] { return process.result().output.find("word") != std::string::npos; }));
+    process.signal(SIGINT);
+    ASSERT_TRUE(process.waitFor(kDeadline));
+    const ProcessResult result = process.result();
+    EXPECT_EQ(result.exitCode, 130);
+    EXPECT_THAT(result.output, StartsWith("word 0 4 many\n"));
+    EXPECT_THAT(result.output, EndsWith("finish false\n"));
+    EXPECT_EQ(result.errors, "");
+    const support::SoundFile file(output);
+    EXPECT_GT(file.seconds(), 0.1);
+    EXPECT_GT(support::rms(file.samples), 0.001);
+}
+
+TEST(SayMuch, ALostEngineLeavesNoFile) {
+    const support::TemporaryFolder folder;
+    support::ProcessOptions options = bareOptions();
+    while (options.input.size() < 10'000'000) {
+        options.input += "many words and many more ";
+    }
+    const std::string output = (folder / "x.wav").string();
+    const Process process(ZQMSPEECH_PROGRAM, sayArguments({"--events", "-o", output}), options);
+    ASSERT_TRUE(eventually([&] { return process.result().output.find("word") != std::string::npos; }));
+    for (const pid_t engine : support::childrenOf(process.pid())) {
+        ASSERT_EQ(kill(engine, SIGKILL), 0);
+    }
+    ASSERT_TRUE(process.waitFor(kDeadline));
+    EXPECT_EQ(process.result().exitCode, 1);
+    EXPECT_EQ(process.result().errors,
+              "zqmspeech: the speech broke off before its end, so " + output + " is not written\n");
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+} // namespace
+} // namespace zqm::tests

@@ -1,0 +1,183 @@
+// Each way in which `zqmspeech` fails: the exit code, and one line that says why.
+
+#include "tests/cli/say.h"
+#include "tests/support/sound_file.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+namespace zqm::tests {
+namespace {
+
+using support::ProcessResult;
+using support::TemporaryFolder;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+void expectOneLine(const ProcessResult& result, int exitCode, const std::string& part) {
+    EXPECT_EQ(result.exitCode, exitCode);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(result.errors, StartsWith("zqmspeech: "));
+    EXPECT_THAT(result.errors, HasSubstr(part));
+    EXPECT_THAT(result.errors, EndsWith("\n"));
+    EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+}
+
+ProcessResult zqmspeech(const std::vector<std::string>& arguments) {
+    return support::runProcess(ZQMSPEECH_PROGRAM, arguments, bareOptions());
+}
+
+TEST(Command, WrongUses) {
+    expectOneLine(zqmspeech({}), 2, "a command is missing");
+    expectOneLine(zqmspeech({"shout", "x"}), 2, "shout is not a command");
+    expectOneLine(zqmspeech({""}), 2, "is not a command");
+    expectOneLine(zqmspeech({"two\nlines"}), 2, "two?lines is not a command");
+    expectOneLine(say({"--loud", "x"}), 2, "--loud is not an option");
+    expectOneLine(say({"--rate", "5000", "x"}), 2, "5000 is not a number from 50 to 500");
+    expectOneLine(say({"-f", "a", "text"}), 2, "can't both be given");
+}
+
+TEST(Command, HelpAndVersion) {
+    for (const char* option : {"--help", "-h"}) {
+        const ProcessResult result = zqmspeech({option});
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_THAT(result.output, HasSubstr("say        speaks a text"));
+        EXPECT_EQ(result.errors, "");
+    }
+    const ProcessResult sayHelp = say({"--help"});
+    EXPECT_EQ(sayHelp.exitCode, 0);
+    EXPECT_THAT(sayHelp.output, HasSubstr("Usage: zqmspeech say [OPTIONS] [TEXT...]"));
+    EXPECT_EQ(sayHelp.errors, "");
+    EXPECT_THAT(zqmspeech({"--version"}).output,
+                testing::MatchesRegex("zqmspeech [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST(SayFailure, OfTheText) {
+    const TemporaryFolder folder;
+    expectOneLine(say({""}), 1, "there is nothing to speak: the text is empty");
+    expectOneLine(say({" \n"}), 1, "there is nothing to speak: the text is empty");
+    expectOneLine(say({}), 1, "there is nothing to speak: standard input is empty");
+    expectOneLine(sayInShell("exec \"$0\" say <&-", {}), 1, "can't read standard input: Bad file descriptor");
+    expectOneLine(say({"gr\xFC\xDF e"}), 1, "the text is not valid UTF-8 at byte 2");
+    expectOneLine(say({"-f", "/nonexistent/text"}), 1,
+                  "can't read /nonexistent/text: No such file or directory");
+    expectOneLine(say({"-f", folder.path().string()}), 1, "Is a directory");
+}
+
+TEST(SayFailure, OfTheVoice) {
+    expectOneLine(say({"-v", "nobody", "Hello"}), 1,
+                  "there is no voice \"nobody\" (they are named such as gmw/en-US");
+    expectOneLine(say({"-v", "\xFF", "Hello"}), 1, "the name of the voice is not valid UTF-8 at byte 0");
+}
+
+TEST(SayFailure, OfTheOutput) {
+    const TemporaryFolder folder;
+    const std::string path = folder.path().string();
+    expectOneLine(say({"-o", path, "Hello"}), 1, "can't write " + path + ": it is a folder");
+    expectOneLine(say({"-o", path + "/no/x.wav", "Hello"}), 1, "there is no folder " + path + "/no");
+    expectOneLine(say({"-o", path + "/x", "Hello"}), 1, "its name must end like a sound file's");
+    expectOneLine(say({"-o", path + "/x.text", "Hello"}), 1, "its name must end like a sound file's");
+    expectOneLine(say({"-o", "/proc/x.wav", "Hello"}), 1, "can't write /proc/x.wav: ");
+    expectOneLine(say({"-o", path + "/\xFC.wav", "Hello"}), 1,
+                  "the name of the sound file is not valid UTF-8");
+    const std::string tooLong = path + "/" + std::string(300, 'x') + ".wav";
+    expectOneLine(say({"-o", tooLong, "Hello"}), 1, "can't write " + tooLong);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(SayFailure, OfTheCurrentFolder) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder / "gone");
+    support::ProcessOptions options = bareOptions();
+    options.folder = folder / "gone";
+    expectOneLine(sayInShell("rmdir \"$PWD\" && exec \"$0\" say -o x.wav Hello", {}, options), 1,
+                  "can't find the current folder");
+}
+
+TEST(SayFailure, WhereNoSoundCanBePlayed) {
+    expectOneLine(say({"Hello"}), 1,
+                  "no sound can be played: no sound server answers (-o FILE writes a sound file)");
+}
+
+TEST(SayFallback, IsWrittenWhereNoSoundCanBePlayed) {
+    const TemporaryFolder folder;
+    support::ProcessOptions options = bareOptions();
+    options.folder = folder.path();
+    const ProcessResult result = say({"--fallback", "sp ö.wav", "--events", "Hello world"}, options);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "word 0 5 Hello\nword 6 5 world\nfinish true\n");
+    EXPECT_EQ(result.errors, "No sound can be played here: the speech goes to sp ö.wav\n");
+    const support::SoundFile file(folder / "sp ö.wav");
+    EXPECT_GT(file.seconds(), 0.5);
+    EXPECT_GT(support::rms(file.samples), 0.01);
+}
+
+TEST(SayFallback, ThatCannotBeWritten) {
+    const TemporaryFolder folder;
+    expectOneLine(say({"--fallback", folder.path().string(), "Hello"}), 1,
+                  "no sound can be played, and can't write " + folder.path().string() + ": it is a folder");
+}
+
+// The command in a folder of its own, with these of the files that it needs beside it.
+class Installation {
+public:
+    explicit Installation(const std::vector<std::string>& libraries) {
+        const std::filesystem::path built = std::filesystem::path(ZQMSPEECH_PROGRAM).parent_path();
+        std::filesystem::copy(ZQMSPEECH_PROGRAM, folder_.path());
+        for (const std::string& library : libraries) {
+            std::filesystem::copy(built / library, folder_.path());
+        }
+    }
+
+    ProcessResult say() const {
+        return support::runProcess((folder_ / "zqmspeech").string(),
+                                   {"say", "-o", (folder_ / "x.wav").string(), "Hello"}, bareOptions());
+    }
+    const std::filesystem::path& path() const { return folder_.path(); }
+
+private:
+    TemporaryFolder folder_{"with blank"};
+};
+
+TEST(SayInstallation, IsWhole) {
+    const Installation whole({"libzqmplatform.so", "libZQMNSSpeech.so", "zqmspeech-engine"});
+    const ProcessResult result = whole.say();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_GT(support::SoundFile(whole.path() / "x.wav").seconds(), 0.2);
+}
+
+TEST(SayInstallation, LacksThePlugin) {
+    const Installation lacking({"libzqmplatform.so", "zqmspeech-engine"});
+    expectOneLine(lacking.say(), 1,
+                  "libZQMNSSpeech.so is missing: it is neither in " + lacking.path().string());
+}
+
+TEST(SayInstallation, HasADamagedPlugin) {
+    const Installation damaged({"libzqmplatform.so", "zqmspeech-engine"});
+    std::filesystem::copy(__FILE__, damaged.path() / "libZQMNSSpeech.so");
+    expectOneLine(damaged.say(), 1, "libZQMNSSpeech.so");
+}
+
+TEST(SayInstallation, LacksTheEngine) {
+    const Installation lacking({"libzqmplatform.so", "libZQMNSSpeech.so"});
+    expectOneLine(lacking.say(), 1, "there are no voices: the speech engine is missing or does not answer");
+}
+
+TEST(SayInstallation, LacksThePlatformLibrary) {
+    const Installation lacking({"libZQMNSSpeech.so", "zqmspeech-engine"});
+    const ProcessResult result = lacking.say();
+    EXPECT_NE(result.exitCode, 0);
+    EXPECT_EQ(result.signal, 0);
+    EXPECT_THAT(result.errors, HasSubstr("libzqmplatform.so"));
+    EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+}
+
+} // namespace
+} // namespace zqm::tests
