@@ -23,7 +23,7 @@ endif()
 
 # zqm_add_test(NAME SOURCES file... [LIBRARIES library...] [TIMEOUT seconds] [LABELS label...] [RUN_SERIAL])
 # One GoogleTest program, built with the project's warnings and run as one test; with RUN_SERIAL no other
-# test runs beside it.
+# test runs beside it. A test that skips itself has not passed.
 function(zqm_add_test name)
   if(NOT BUILD_TESTING)
     return()
@@ -41,5 +41,6 @@ function(zqm_add_test name)
     TIMEOUT ${arg_TIMEOUT}
     LABELS "${arg_LABELS}"
     RUN_SERIAL ${arg_RUN_SERIAL}
+    FAIL_REGULAR_EXPRESSION "\\[  SKIPPED \\]"
     ENVIRONMENT "${ZQM_TEST_ENVIRONMENT}")
 endfunction()
