@@ -34,6 +34,10 @@ using REALclassRef = REALclassStruct*; // a host class; never locked
 // Answers the address of the entry point of that name, or null.
 using REALresolver = void* (*)(const char* name);
 
+// The encoding number of a string without encoding. All other numbers are CoreFoundation's, whose own number
+// for this, kCFStringEncodingInvalidId, is wider.
+inline constexpr std::uint32_t kEncodingNone = 0xFFFF;
+
 // What "PluginGetStringData" fills in and "PluginDisposeStringData" releases. The data need not end in
 // a NUL.
 struct REALstringData {

@@ -91,7 +91,7 @@ REALstring buildFromUTF32(const void* data, std::int64_t length) {
 std::uint32_t narrowed(const char* data, std::int64_t length, std::uint32_t encoding) {
     const bool extendsASCII = encoding == kCFStringEncodingMacRoman ||
                               encoding == kCFStringEncodingWindowsLatin1 ||
-                              encoding == kCFStringEncodingInvalidId;
+                              encoding == kEncodingNone;
     const bool isASCII = extendsASCII && std::all_of(data, data + length, [](char byte) {
                              return static_cast<unsigned char>(byte) < 0x80;
                          });
@@ -130,7 +130,7 @@ CFStringRef RBString2CFString(REALstring string) {
         return nullptr;
     }
     const std::uint32_t encoding = REALGetStringEncoding(string);
-    if (encoding == kCFStringEncodingInvalidId) {
+    if (encoding == kEncodingNone) {
         return newCFStringFromBytes(string, kCFStringEncodingMacRoman);
     }
     if (rbversion_rbversion >= kHostVersion2012) {

@@ -132,11 +132,13 @@ TEST(RBString2CFString, AsksAnOldHostOnceAndANewerOneTwice) {
 TEST(RBString2CFString, ResolvesTheSameNameOnceForEachOfItsTwoCallers) {
     inChild([] {
         PluginHost host(2023.02);
-        EXPECT_EQ(REALGetStringCFString(nullptr, 0), nullptr);
-        const auto first = host->entryPoints().lookups("REALGetStringCFString");
-        EXPECT_EQ(REALCopyStringCFString(nullptr, 0), nullptr);
-        EXPECT_EQ(first, 1U);
-        EXPECT_EQ(host->entryPoints().lookups("REALGetStringCFString"), 2U);
+        const auto string = host->string("text");
+        for (const std::size_t lookups : {1U, 2U, 2U}) {
+            EXPECT_EQ(taken(lookups == 1 ? REALGetStringCFString(string.handle(), 0)
+                                         : REALCopyStringCFString(string.handle(), 0)),
+                      "text");
+            EXPECT_EQ(host->entryPoints().lookups("REALGetStringCFString"), lookups);
+        }
     });
 }
 

@@ -10,11 +10,22 @@
 #include <string>
 #include <zqmhost/zqmhost.h>
 
+// Makes every wrapper ask its host anew.
+inline void forgetEntryPoints() {
+#define ENTRY_POINT(wrapper, name, Result, Parameters) wrapper = EntryPoint<Result Parameters>{name};
+#define ARRAY_ENTRY_POINT(wrapper, name, Result, Parameters)                                                 \
+    wrapper = ArrayEntryPoint<Result Parameters>{name};
+#include "plugin/entry_points.def"
+#undef ENTRY_POINT
+#undef ARRAY_ENTRY_POINT
+}
+
 class PluginHost {
 public:
     explicit PluginHost(double version = zqm::host::kDefaultVersion)
         : runtime_({.version = version, .refused = {}}) {
         replaced().clear();
+        forgetEntryPoints();
         gResolver = resolve;
         rbversion_rbversion = version;
     }
