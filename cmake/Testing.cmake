@@ -15,8 +15,9 @@ if(ZQM_SANITIZE)
       set(options_of_${sanitizer} ":suppressions=\"${suppressions}\"")
     endif()
   endforeach()
+  # Third-party code without frame pointers hides its callers from the fast unwinder, and suppressions go by callers.
   list(APPEND ZQM_TEST_ENVIRONMENT
-    "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:strict_init_order=1${options_of_asan}"
+    "ASAN_OPTIONS=detect_leaks=1:fast_unwind_on_malloc=0:strict_string_checks=1:strict_init_order=1${options_of_asan}"
     "LSAN_OPTIONS=print_suppressions=0${options_of_lsan}"
     "UBSAN_OPTIONS=print_stacktrace=1${options_of_ubsan}")
 endif()
