@@ -26,7 +26,7 @@ std::string whyNotWritable(const std::string& path) {
     if (access(decisive.c_str(), W_OK) != 0) {
         return refusal + std::strerror(errno);
     }
-    return refusal + "its name must end like a sound file's, such as .wav, .aiff, .flac or .ogg";
+    return refusal + "sound files end in .wav, .aiff, .flac or .ogg";
 }
 
 } // namespace zqm::cli

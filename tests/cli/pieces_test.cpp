@@ -133,14 +133,14 @@ TEST(SoundFile, SaysWhyItIsNotWritable) {
               "can't write " + path + "/no/: there is no folder " + path + "/no");
     EXPECT_EQ(whyNotWritable(path + "/file/x.wav"),
               "can't write " + path + "/file/x.wav: there is no folder " + path + "/file");
-    EXPECT_THAT(whyNotWritable(path + "/x.text"), HasSubstr("its name must end like a sound file's"));
+    EXPECT_THAT(whyNotWritable(path + "/x.text"), HasSubstr("sound files end in .wav"));
     EXPECT_THAT(whyNotWritable("/proc/x.wav"), HasSubstr("can't write /proc/x.wav: "));
 }
 
 TEST(SoundFile, NamesRelativeToTheCurrentFolder) {
     const support::TemporaryFolder folder;
     const ScopedCurrentFolder current(folder.path());
-    EXPECT_THAT(whyNotWritable("x"), HasSubstr("its name must end"));
+    EXPECT_THAT(whyNotWritable("x"), HasSubstr("sound files end in"));
 }
 
 } // namespace

@@ -81,8 +81,7 @@ TEST(SayFailure, OfTheOutput) {
     const std::string path = folder.path().string();
     expectOneLine(say({"-o", path, "Hello"}), 1, "can't write " + path + ": it is a folder");
     expectOneLine(say({"-o", path + "/no/x.wav", "Hello"}), 1, "there is no folder " + path + "/no");
-    expectOneLine(say({"-o", path + "/x", "Hello"}), 1, "its name must end like a sound file's");
-    expectOneLine(say({"-o", path + "/x.text", "Hello"}), 1, "its name must end like a sound file's");
+    expectOneLine(say({"-o", path + "/x.text", "Hello"}), 1, "sound files end in .wav");
     expectOneLine(say({"-o", "/proc/x.wav", "Hello"}), 1, "can't write /proc/x.wav: ");
     expectOneLine(say({"-o", path + "/\xFC.wav", "Hello"}), 1,
                   "the name of the sound file is not valid UTF-8");

@@ -65,9 +65,9 @@ TEST_P(SayFileFormat, IsThatOfTheExtension) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SayFileFormat,
-                         testing::Values(std::pair{"x.wav", "WAV"}, std::pair{"x.WAV", "WAV"},
-                                         std::pair{"x.aiff", "AIFF"}, std::pair{"x.flac", "FLAC"},
-                                         std::pair{"x.ogg", "OGG"}));
+                         testing::Values(std::pair{"x", "AIFF"}, std::pair{"x.wav", "WAV"},
+                                         std::pair{"x.WAV", "WAV"}, std::pair{"x.aiff", "AIFF"},
+                                         std::pair{"x.flac", "FLAC"}, std::pair{"x.ogg", "OGG"}));
 
 class SayFileName : public SayFile, public testing::WithParamInterface<const char*> {};
 
