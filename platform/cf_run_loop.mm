@@ -1,6 +1,7 @@
 #include "CoreFoundation/CoreFoundation.h"
 #include "platform/autorelease_pool.h"
 #include "platform/handled_sources.h"
+#include "platform/run_loop_watch.h"
 
 #include <algorithm>
 #include <chrono>
@@ -22,15 +23,16 @@ CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds
     const double wait = std::clamp(seconds, 0.0, kLongest);
     const auto end =
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(wait));
+    zqm::platform::NativeExceptionKeeper keeper;
     const std::uint64_t before = zqm::platform::handledSources();
     for (;;) {
         const std::chrono::duration<double> left = end - Clock::now();
         bool watching = false;
-        {
-            const zqm::platform::AutoreleasePool pool;
+        zqm::platform::runInPool([&] {
             NSDate* const limit = [NSDate dateWithTimeIntervalSinceNow:std::max(left.count(), 0.0)];
             watching = [[NSRunLoop currentRunLoop] runMode:(NSString*)mode beforeDate:limit];
-        }
+        });
+        keeper.rethrowKept();
         if (returnAfterSourceHandled != 0 && zqm::platform::handledSources() != before) {
             return kCFRunLoopRunHandledSource;
         }

@@ -1,5 +1,6 @@
 #include "CoreFoundation/CoreFoundation.h"
 #import "platform/ZQMUnicodeString.h"
+#include "platform/surrogates.h"
 #include "platform/text_encoding.h"
 
 #include <algorithm>
@@ -7,24 +8,12 @@
 #include <vector>
 
 using zqm::platform::ByteOrderMark;
+using zqm::platform::characterLength;
 using zqm::platform::EncodedText;
+using zqm::platform::isHighSurrogate;
+using zqm::platform::isLowSurrogate;
 
 namespace {
-
-constexpr bool isHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
-
-constexpr bool isLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
-// The units of the character that begins there.
-std::size_t characterLength(std::u16string_view text, std::size_t index) {
-    const bool pair =
-        isHighSurrogate(text[index]) && index + 1 < text.size() && isLowSurrogate(text[index + 1]);
-    return pair ? 2 : 1;
-}
 
 // Foundation's own initialisers refuse lone surrogates and take a byte-order mark for one even here.
 CFStringRef newString(std::u16string_view text) {

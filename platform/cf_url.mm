@@ -39,6 +39,8 @@ CFURLRef CFURLCreateWithString(CFAllocatorRef /*allocator*/, CFStringRef string,
     if ([text length] == 0 || !isEscaped(text)) {
         return nullptr;
     }
-    const zqm::platform::AutoreleasePool pool;
-    return (CFURLRef)[[NSURL alloc] initWithString:text relativeToURL:(NSURL*)baseURL];
+    CFURLRef url = nullptr;
+    zqm::platform::runInPool(
+        [&] { url = (CFURLRef)[[NSURL alloc] initWithString:text relativeToURL:(NSURL*)baseURL]; });
+    return url;
 }

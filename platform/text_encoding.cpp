@@ -1,6 +1,7 @@
 #include "platform/text_encoding.h"
 
 #include "platform/encoding_table.h"
+#include "platform/surrogates.h"
 
 #include <algorithm>
 #include <cstring>
@@ -93,24 +94,6 @@ std::optional<std::u16string> decodeUtf16(std::string_view bytes, bool bigEndian
     return text;
 }
 
-// The units before the first lone surrogate.
-std::size_t wellFormedLength(std::u16string_view text) {
-    std::size_t index = 0;
-    while (index < text.size()) {
-        if ((text[index] & 0xF800) != 0xD800) {
-            ++index;
-            continue;
-        }
-        const bool isPair = (text[index] & 0xFC00) == 0xD800 && index + 1 < text.size() &&
-                            (text[index + 1] & 0xFC00) == 0xDC00;
-        if (!isPair) {
-            break;
-        }
-        index += 2;
-    }
-    return index;
-}
-
 EncodedText encodeUtf16(std::u16string_view text, bool bigEndian) {
     std::u16string units(text);
     if (bigEndian) {
@@ -145,7 +128,7 @@ std::optional<EncodedText> encodeText(std::uint32_t encoding, std::u16string_vie
         if (!converter) {
             return std::nullopt;
         }
-        result = converter->encode(text.substr(0, wellFormedLength(text)));
+        result = converter->encode(text.substr(0, findLoneSurrogate(text)));
     }
     if (mark == ByteOrderMark::kIsEncoding && (encoding == kUtf16 || encoding == kUtf32)) {
         result.bytes.insert(0, encoding == kUtf16 ? kLittleEndian16Mark : kLittleEndian32Mark);

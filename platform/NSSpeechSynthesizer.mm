@@ -1,0 +1,325 @@
+#import <AppKit/NSSpeechSynthesizer.h>
+
+#include "platform/autorelease_pool.h"
+#include "platform/speech_session.h"
+#include "platform/surrogates.h"
+#include "platform/text_encoding.h"
+#include "platform/voice_catalogue.h"
+
+#include <map>
+
+using zqm::platform::EventSource;
+using zqm::platform::OutputFile;
+using zqm::platform::SpeechEvent;
+using zqm::platform::SpeechRequest;
+using zqm::platform::SpeechSession;
+using zqm::protocol::Voice;
+
+namespace {
+
+constexpr std::uint32_t kUtf8 = 0x08000100;
+constexpr char16_t kReplacement = 0xFFFD;
+constexpr float kDefaultRate = 175; // the engine's own
+constexpr float kDefaultVolume = 1;
+
+NSString* stringOf(const std::string& text) {
+    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
+                                   encoding:NSUTF8StringEncoding] autorelease];
+}
+
+// Lone surrogates become U+FFFD, one unit for one, so that positions stay what they are.
+std::string utf8Of(NSString* string) {
+    std::u16string text([string length], u'\0');
+    [string getCharacters:reinterpret_cast<unichar*>(text.data()) range:NSMakeRange(0, text.size())];
+    for (std::size_t index = zqm::platform::findLoneSurrogate(text); index < text.size();
+         index = zqm::platform::findLoneSurrogate(text, index)) {
+        text[index] = kReplacement;
+    }
+    return zqm::platform::encodeText(kUtf8, text, zqm::platform::ByteOrderMark::kIsText)->bytes;
+}
+
+const Voice* defaultVoice() {
+    return zqm::platform::voiceForLocale(zqm::platform::availableVoices(), zqm::platform::messageLocale());
+}
+
+// nil: the default one. Null: there is no such voice.
+const Voice* voiceNamed(NSString* identifier) {
+    return identifier != nil ? zqm::platform::findVoice(utf8Of(identifier)) : defaultVoice();
+}
+
+NSString* genderOf(const Voice& voice) {
+    if (voice.gender == "male") {
+        return NSVoiceGenderMale;
+    }
+    return voice.gender == "female" ? NSVoiceGenderFemale : NSVoiceGenderNeuter;
+}
+
+NSDictionary* attributesOf(const Voice& voice) {
+    NSMutableDictionary* const attributes = [NSMutableDictionary dictionary];
+    NSString* const language = stringOf(voice.language);
+    [attributes setObject:stringOf(voice.name) forKey:NSVoiceName];
+    [attributes setObject:stringOf(voice.identifier) forKey:NSVoiceIdentifier];
+    [attributes setObject:genderOf(voice) forKey:NSVoiceGender];
+    [attributes setObject:language forKey:NSVoiceLanguage];
+    [attributes setObject:[language stringByReplacingOccurrencesOfString:@"-" withString:@"_"]
+                   forKey:NSVoiceLocaleIdentifier];
+    if (voice.age > 0) {
+        [attributes setObject:[NSNumber numberWithInt:voice.age] forKey:NSVoiceAge];
+    }
+    return attributes;
+}
+
+// Nothing when it is no file URL of this machine.
+std::optional<std::string> pathOf(NSURL* url) {
+    NSString* const path = [url isFileURL] ? [url path] : nil;
+    NSString* const host = [url host];
+    const bool isLocal = [host length] == 0 || [host isEqualToString:@"localhost"];
+    std::string bytes = path != nil ? utf8Of(path) : std::string();
+    if (!isLocal || !bytes.starts_with('/') || bytes.find('\0') != std::string::npos) {
+        return std::nullopt;
+    }
+    if ([[url absoluteString] hasSuffix:@"/"] && !bytes.ends_with('/')) {
+        bytes += '/'; // a folder, which Foundation's path does not tell
+    }
+    return bytes;
+}
+
+// An object that lives at least as long as this.
+class Retained {
+public:
+    explicit Retained(id object) : object_([object retain]) {}
+    Retained(const Retained&) = delete;
+    Retained& operator=(const Retained&) = delete;
+    ~Retained() { [object_ release]; }
+
+private:
+    id object_;
+};
+
+// What a synthesizer is made of; the object that programs see only forwards to it.
+class Synthesizer : public EventSource {
+public:
+    Synthesizer(NSSpeechSynthesizer* object, const Voice& voice)
+        : object_(object), voice_(voice.identifier) {}
+    Synthesizer(const Synthesizer&) = delete;
+    Synthesizer& operator=(const Synthesizer&) = delete;
+    ~Synthesizer() override {
+        for (const auto& [number, text] : texts_) {
+            [text release];
+        }
+    }
+
+    BOOL start(NSString* text, NSURL* url, bool intoFile) {
+        if (text == nil || (intoFile && url == nil)) {
+            return NO;
+        }
+        std::string error;
+        std::optional<OutputFile> output;
+        if (intoFile) {
+            const auto path = pathOf(url);
+            if (path) {
+                output = OutputFile::open(*path, error);
+            } else {
+                error = "not the URL of a file here: " + utf8Of([url absoluteString]);
+            }
+            if (!output) {
+                return refuse(error);
+            }
+        }
+        const SpeechRequest request{
+            .text = utf8Of(text), .length = [text length], .voice = voice_, .rate = rate_, .volume = volume_};
+        const std::uint64_t number = session_.start(request, std::move(output), error);
+        if (number == 0) {
+            return refuse(error);
+        }
+        texts_.emplace(number, [text copy]);
+        return YES;
+    }
+
+    void stop() { session_.stop(); }
+    BOOL isSpeaking() { return session_.isSpeaking() ? YES : NO; }
+
+    BOOL setVoice(NSString* identifier) {
+        const Voice* const voice = session_.isSpeaking() ? nullptr : voiceNamed(identifier);
+        if (voice == nullptr) {
+            return NO;
+        }
+        voice_ = voice->identifier;
+        rate_ = kDefaultRate;
+        volume_ = kDefaultVolume;
+        return YES;
+    }
+
+    void setRate(float rate) {
+        rate_ = rate;
+        session_.setRate(rate);
+    }
+
+    void setVolume(float volume) {
+        volume_ = volume;
+        session_.setVolume(volume);
+    }
+
+    NSString* voice() const { return stringOf(voice_); }
+    float rate() const { return rate_; }
+    float volume() const { return volume_; }
+
+    void takeMessages() override { session_.takeMessages(); }
+
+    // The last thing that is done with this object here is the callback, which may end it.
+    bool deliver() override {
+        while (auto event = session_.nextEvent()) {
+            if (const std::string failure = session_.takeFailure(); !failure.empty()) {
+                NSLog(@"Speech ended early: %s", failure.c_str());
+            }
+            const bool isWord = event->kind == SpeechEvent::Kind::kWord;
+            const auto text = texts_.find(event->utterance);
+            NSString* const string = [[text->second retain] autorelease];
+            if (!isWord) {
+                [text->second release];
+                texts_.erase(text);
+            }
+            if ([delegate respondsToSelector:isWord ? @selector(speechSynthesizer:willSpeakWord:ofString:)
+                                                    : @selector(speechSynthesizer:didFinishSpeaking:)]) {
+                tell(*event, string);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    id<NSSpeechSynthesizerDelegate> delegate = nil;
+    BOOL usesFeedbackWindow = NO;
+
+private:
+    static BOOL refuse(const std::string& reason) {
+        NSLog(@"Speech can't be started: %s", reason.c_str());
+        return NO;
+    }
+
+    void tell(const SpeechEvent& event, NSString* string) {
+        NSSpeechSynthesizer* const object = object_;
+        const Retained keep(object);
+        if (event.kind == SpeechEvent::Kind::kWord) {
+            [delegate speechSynthesizer:object
+                          willSpeakWord:NSMakeRange(event.position, event.length)
+                               ofString:string];
+        } else {
+            [delegate speechSynthesizer:object didFinishSpeaking:event.completed ? YES : NO];
+        }
+    }
+
+    NSSpeechSynthesizer* object_; // whose part this is
+    std::string voice_;
+    float rate_ = kDefaultRate;
+    float volume_ = kDefaultVolume;
+    std::map<std::uint64_t, NSString*> texts_; // of the utterances not delivered to their end
+    SpeechSession session_{this};
+};
+
+Synthesizer& of(void* speech) {
+    return *static_cast<Synthesizer*>(speech);
+}
+
+} // namespace
+
+@implementation NSSpeechSynthesizer
+
++ (NSArray*)availableVoices {
+    NSMutableArray* const identifiers = [NSMutableArray array];
+    for (const Voice& voice : zqm::platform::availableVoices()) {
+        [identifiers addObject:stringOf(voice.identifier)];
+    }
+    return identifiers;
+}
+
++ (NSSpeechSynthesizerVoiceName)defaultVoice {
+    const Voice* const voice = defaultVoice();
+    return voice != nullptr ? stringOf(voice->identifier) : nil;
+}
+
++ (NSDictionary*)attributesForVoice:(NSSpeechSynthesizerVoiceName)voice {
+    const Voice* const found = voice != nil ? voiceNamed(voice) : nullptr;
+    return found != nullptr ? attributesOf(*found) : nil;
+}
+
+- (instancetype)init {
+    return [self initWithVoice:nil];
+}
+
+- (instancetype)initWithVoice:(NSSpeechSynthesizerVoiceName)identifier {
+    self = [super init];
+    if (self == nil) {
+        return nil;
+    }
+    const Voice* const voice = voiceNamed(identifier);
+    if (voice == nullptr) {
+        [self release];
+        return nil;
+    }
+    _speech = new Synthesizer(self, *voice);
+    return self;
+}
+
+- (void)dealloc {
+    delete static_cast<Synthesizer*>(_speech);
+    [super dealloc];
+}
+
+- (BOOL)startSpeakingString:(NSString*)string {
+    return of(_speech).start(string, nil, false);
+}
+
+- (BOOL)startSpeakingString:(NSString*)string toURL:(NSURL*)url {
+    return of(_speech).start(string, url, true);
+}
+
+- (BOOL)isSpeaking {
+    return of(_speech).isSpeaking();
+}
+
+- (void)stopSpeaking {
+    of(_speech).stop();
+}
+
+- (id<NSSpeechSynthesizerDelegate>)delegate {
+    return of(_speech).delegate;
+}
+
+- (void)setDelegate:(id<NSSpeechSynthesizerDelegate>)delegate {
+    of(_speech).delegate = delegate;
+}
+
+- (NSSpeechSynthesizerVoiceName)voice {
+    return of(_speech).voice();
+}
+
+- (BOOL)setVoice:(NSSpeechSynthesizerVoiceName)voice {
+    return of(_speech).setVoice(voice);
+}
+
+- (float)rate {
+    return of(_speech).rate();
+}
+
+- (void)setRate:(float)rate {
+    of(_speech).setRate(rate);
+}
+
+- (float)volume {
+    return of(_speech).volume();
+}
+
+- (void)setVolume:(float)volume {
+    of(_speech).setVolume(volume);
+}
+
+- (BOOL)usesFeedbackWindow {
+    return of(_speech).usesFeedbackWindow;
+}
+
+- (void)setUsesFeedbackWindow:(BOOL)flag {
+    of(_speech).usesFeedbackWindow = flag;
+}
+
+@end

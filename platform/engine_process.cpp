@@ -1,0 +1,151 @@
+#include "platform/engine_process.h"
+
+#include "engine/protocol.h"
+#include "platform/deadline.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace zqm::platform {
+namespace {
+
+using protocol::Descriptor;
+
+// An engine whose socket is closed, and when it is given up.
+struct EndingEngine {
+    pid_t process;
+    Clock::time_point deadline;
+    ProcessIdentity owner;
+};
+
+std::vector<EndingEngine>& endingEngines() {
+    static std::vector<EndingEngine> engines;
+    return engines;
+}
+
+// ECHILD: the host ignores SIGCHLD, or has waited for it itself.
+bool isReaped(pid_t process) {
+    pid_t answer = 0;
+    do {
+        answer = ::waitpid(process, nullptr, WNOHANG);
+    } while (answer < 0 && errno == EINTR);
+    return answer != 0;
+}
+
+class SpawnSettings {
+public:
+    SpawnSettings() {
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawnattr_init(&attributes);
+    }
+    SpawnSettings(const SpawnSettings&) = delete;
+    SpawnSettings& operator=(const SpawnSettings&) = delete;
+    ~SpawnSettings() {
+        ::posix_spawn_file_actions_destroy(&actions);
+        ::posix_spawnattr_destroy(&attributes);
+    }
+
+    posix_spawn_file_actions_t actions{};
+    posix_spawnattr_t attributes{};
+};
+
+// Its own process group (a Ctrl-C in the terminal is the host's affair), every signal as at the start of a
+// program, and of the host's descriptors only the socket and standard error.
+void describe(SpawnSettings& settings, int socket) {
+    sigset_t all;
+    sigset_t none;
+    sigfillset(&all);
+    sigemptyset(&none);
+    ::posix_spawnattr_setflags(&settings.attributes,
+                               POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    ::posix_spawnattr_setpgroup(&settings.attributes, 0);
+    ::posix_spawnattr_setsigdefault(&settings.attributes, &all);
+    ::posix_spawnattr_setsigmask(&settings.attributes, &none);
+
+    auto* const actions = &settings.actions;
+    ::posix_spawn_file_actions_adddup2(actions, socket, protocol::kEngineSocket);
+    ::posix_spawn_file_actions_addopen(actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_addopen(actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    if (::fcntl(STDERR_FILENO, F_GETFD) < 0) {
+        ::posix_spawn_file_actions_addopen(actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    }
+    ::posix_spawn_file_actions_addclosefrom_np(actions, protocol::kEngineSocket + 1);
+}
+
+} // namespace
+
+Descriptor aboveStandardDescriptors(Descriptor descriptor) {
+    if (!descriptor || descriptor.get() > STDERR_FILENO) {
+        return descriptor;
+    }
+    return Descriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+std::optional<EngineProcess> EngineProcess::start(const std::string& path, Descriptor& socket,
+                                                  std::string& error) {
+    reapEngines();
+    std::array<int, 2> ends{};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+        error = std::string("no socket for the speech engine: ") + std::strerror(errno);
+        return std::nullopt;
+    }
+    Descriptor ours(ends[0]);
+    Descriptor theirs(ends[1]);
+    ours = aboveStandardDescriptors(std::move(ours));
+    theirs = aboveStandardDescriptors(std::move(theirs));
+    if (!ours || !theirs) {
+        error = std::string("no socket for the speech engine: ") + std::strerror(errno);
+        return std::nullopt;
+    }
+    SpawnSettings settings;
+    describe(settings, theirs.get());
+    std::string name = path;
+    std::array<char*, 2> arguments{name.data(), nullptr};
+    pid_t process = -1;
+    const int failure = ::posix_spawn(&process, path.c_str(), &settings.actions, &settings.attributes,
+                                      arguments.data(), environ);
+    if (failure != 0) {
+        error = "the speech engine " + path + " can't be started: " + std::strerror(failure);
+        return std::nullopt;
+    }
+    socket = std::move(ours);
+    return EngineProcess(process);
+}
+
+EngineProcess::EngineProcess(EngineProcess&& other) noexcept
+    : process_(std::exchange(other.process_, -1)), owner_(other.owner_) {}
+
+EngineProcess::~EngineProcess() {
+    if (process_ > 0 && owner_.isCurrent() && !isReaped(process_)) {
+        endingEngines().push_back({process_, engineDeadline(), owner_});
+    }
+}
+
+void EngineProcess::kill() const {
+    if (process_ > 0 && owner_.isCurrent()) {
+        ::kill(process_, SIGKILL);
+    }
+}
+
+void reapEngines() {
+    std::erase_if(endingEngines(), [](const EndingEngine& engine) {
+        if (!engine.owner.isCurrent() || isReaped(engine.process)) {
+            return true;
+        }
+        if (Clock::now() >= engine.deadline) {
+            ::kill(engine.process, SIGKILL);
+        }
+        return false;
+    });
+}
+
+} // namespace zqm::platform

@@ -1,0 +1,92 @@
+#include "platform/event_hub.h"
+
+#include "platform/engine_process.h"
+#include "platform/run_loop_watch.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace zqm::platform {
+
+using protocol::Descriptor;
+
+// A fork has the parent's descriptors, which it must leave alone, and gets a hub of its own when it needs
+// one.
+EventHub& EventHub::shared() {
+    static EventHub* hub = nullptr;
+    if (hub == nullptr || !hub->owner_.isCurrent()) {
+        hub = new EventHub; // NOLINT(cppcoreguidelines-owning-memory): for the life of the process
+        watchOnMainRunLoop(hub->descriptor());
+    }
+    return *hub;
+}
+
+EventHub::EventHub()
+    : epoll_(aboveStandardDescriptors(Descriptor(::epoll_create1(EPOLL_CLOEXEC)))),
+      wakeUp_(aboveStandardDescriptors(Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))) {
+    watch(wakeUp_.get(), nullptr);
+}
+
+bool EventHub::watch(int descriptor, EventSource* source) {
+    epoll_event event{};
+    event.events = EPOLLIN;
+    event.data.ptr = source;
+    return ::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, descriptor, &event) == 0;
+}
+
+void EventHub::unwatch(int descriptor) {
+    ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, descriptor, nullptr);
+}
+
+void EventHub::addReady(EventSource* source) {
+    if (std::ranges::find(ready_, source) == ready_.end()) {
+        ready_.push_back(source);
+    }
+    signal(true);
+}
+
+void EventHub::remove(EventSource* source) {
+    std::erase(ready_, source);
+    signal(!ready_.empty());
+}
+
+bool EventHub::dispatch() {
+    std::array<epoll_event, 64> events{};
+    const int count = ::epoll_wait(epoll_.get(), events.data(), static_cast<int>(events.size()), 0);
+    for (int index = 0; index < count; ++index) {
+        if (auto* const source =
+                static_cast<EventSource*>(events.at(static_cast<std::size_t>(index)).data.ptr)) {
+            source->takeMessages();
+        }
+    }
+    while (!ready_.empty()) {
+        EventSource* const source = ready_.front();
+        ready_.pop_front();
+        signal(!ready_.empty());
+        if (source->deliver()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void EventHub::signal(bool on) {
+    if (on == signalled_) {
+        return;
+    }
+    signalled_ = on;
+    std::uint64_t value = 1;
+    // Neither can fail: the counter never holds more than 1, and is 1 when it is read.
+    [[maybe_unused]] const ssize_t bytes =
+        on ? ::write(wakeUp_.get(), &value, sizeof value) : ::read(wakeUp_.get(), &value, sizeof value);
+}
+
+} // namespace zqm::platform
+
+int ZQMPlatformEventDescriptor(void) {
+    return zqm::platform::EventHub::shared().descriptor();
+}

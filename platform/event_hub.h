@@ -1,0 +1,63 @@
+// Where everything that engines say meets the main thread's run loop: all their sockets on one epoll
+// descriptor, and messages that were read but not yet delivered.
+
+#pragma once
+
+#include "engine/descriptor.h"
+#include "platform/process_identity.h"
+
+#include <deque>
+
+namespace zqm::platform {
+
+class EventSource {
+public:
+    EventSource() = default;
+    EventSource(const EventSource&) = delete;
+    EventSource& operator=(const EventSource&) = delete;
+    virtual ~EventSource() = default;
+
+    // Reads what has come, and delivers none of it.
+    virtual void takeMessages() = 0;
+
+    // Makes the next callback that is wanted; false: none was. Must tell the hub first if there is more, as
+    // the callback may destroy the source or leave by an exception.
+    virtual bool deliver() = 0;
+};
+
+class EventHub {
+public:
+    static EventHub& shared();
+
+    // Readable whenever there is something to read or to deliver.
+    [[nodiscard]] int descriptor() const { return epoll_.get(); }
+
+    // False when the system has no room for it.
+    bool watch(int descriptor, EventSource* source);
+    void unwatch(int descriptor);
+
+    // There is something to deliver.
+    void addReady(EventSource* source);
+
+    // Before a source ends.
+    void remove(EventSource* source);
+
+    // For the run loop: reads all that has come, then makes one callback. False: none was wanted.
+    bool dispatch();
+
+private:
+    EventHub();
+    void signal(bool on);
+
+    protocol::Descriptor epoll_;
+    protocol::Descriptor wakeUp_; // readable while sources are ready
+    std::deque<EventSource*> ready_;
+    bool signalled_ = false;
+    ProcessIdentity owner_;
+};
+
+} // namespace zqm::platform
+
+// The hub's descriptor, for hosts with an event loop of their own: whenever it is readable, call
+// CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, 1). It stays the library's; -1 when the system has none.
+extern "C" __attribute__((visibility("default"))) int ZQMPlatformEventDescriptor(void);

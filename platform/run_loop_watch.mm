@@ -1,0 +1,88 @@
+#include "platform/run_loop_watch.h"
+
+#import "platform/ZQMEventWatcher.h"
+#include "platform/autorelease_pool.h"
+#include "platform/event_hub.h"
+#include "platform/handled_sources.h"
+
+#include <cxxabi.h>
+#include <exception>
+#include <utility>
+
+namespace zqm::platform {
+namespace {
+
+thread_local int keepers = 0;
+thread_local std::exception_ptr kept;
+
+void dispatchInPool() {
+    runInPool([] {
+        if (EventHub::shared().dispatch()) {
+            noteHandledSource();
+        }
+    });
+}
+
+} // namespace
+
+void watchOnMainRunLoop(int descriptor) {
+    const AutoreleasePool pool;
+    ZQMEventWatcher* const watcher = [[ZQMEventWatcher alloc] initWithDescriptor:descriptor];
+    [[NSRunLoop mainRunLoop] addEvent:reinterpret_cast<void*>(static_cast<intptr_t>(descriptor))
+                                 type:ET_RDESC
+                              watcher:watcher
+                              forMode:NSDefaultRunLoopMode];
+}
+
+NativeExceptionKeeper::NativeExceptionKeeper() {
+    ++keepers;
+}
+
+NativeExceptionKeeper::~NativeExceptionKeeper() {
+    --keepers;
+}
+
+void NativeExceptionKeeper::rethrowKept() {
+    if (kept) {
+        std::rethrow_exception(std::exchange(kept, nullptr));
+    }
+}
+
+} // namespace zqm::platform
+
+@implementation ZQMEventWatcher
+
+- (instancetype)initWithDescriptor:(int)descriptor {
+    self = [super init];
+    if (self != nil) {
+        _descriptor = descriptor;
+    }
+    return self;
+}
+
+- (void)receivedEvent:(void*)data type:(RunLoopEventType)type extra:(void*)extra forMode:(NSString*)mode {
+    using namespace zqm::platform;
+    (void)extra;
+    if (EventHub::shared().descriptor() != _descriptor) {
+        // A fork of the host: what is ready here is the parent's.
+        [[NSRunLoop currentRunLoop] removeEvent:data type:type forMode:mode all:YES];
+        return;
+    }
+    if (keepers == 0) {
+        dispatchInPool();
+        return;
+    }
+    NSException* raised = nil;
+    try {
+        raised = zqmCatchException([](void* /*context*/) { dispatchInPool(); }, nullptr);
+    } catch (const abi::__forced_unwind&) {
+        throw;
+    } catch (...) {
+        kept = std::current_exception();
+    }
+    if (raised != nil) {
+        zqmThrowException([raised autorelease]);
+    }
+}
+
+@end
