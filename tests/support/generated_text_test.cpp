@@ -36,7 +36,7 @@ TEST(TextGenerator, MixesEverythingThatCanGoWrong) {
     std::size_t blanks = 0;
     for (std::size_t at = 0; at < text.size();) {
         UChar32 character = 0;
-        U16_NEXT(text.data(), at, text.size(), character);
+        U16_NEXT(text, at, text.size(), character);
         loneSurrogates += U_IS_SURROGATE(character) ? 1 : 0;
         supplementaryLetters += character > 0xFFFF && u_isalpha(character) != 0 ? 1 : 0;
         emoji += u_hasBinaryProperty(character, UCHAR_EMOJI_PRESENTATION) != 0 ? 1 : 0;

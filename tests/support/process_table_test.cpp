@@ -42,7 +42,7 @@ TEST(ProcessTable, CountsOpenDescriptors) {
 }
 
 TEST(ProcessTable, SeesMemoryThatIsHeld) {
-    constexpr std::size_t kSize = 64 * 1024 * 1024;
+    constexpr std::size_t kSize = std::size_t{64} * 1024 * 1024;
     const std::size_t before = residentMemory();
     const std::vector<char> held(kSize, 'x');
     const std::size_t during = residentMemory();

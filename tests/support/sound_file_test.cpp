@@ -54,10 +54,10 @@ TEST(SoundFile, ReadsFormatRateLengthAndSamples) {
 TEST(SoundFile, RefusesWhatIsNone) {
     const TemporaryFolder folder;
     std::ofstream(folder / "text.wav") << "no sound";
-    EXPECT_THROW(SoundFile(folder / "text.wav"), std::runtime_error);
-    EXPECT_THROW(SoundFile(folder / "absent.wav"), std::runtime_error);
+    EXPECT_THROW(const SoundFile file(folder / "text.wav"), std::runtime_error);
+    EXPECT_THROW(const SoundFile file(folder / "absent.wav"), std::runtime_error);
     std::ofstream(folder / "empty.wav");
-    EXPECT_THROW(SoundFile(folder / "empty.wav"), std::runtime_error);
+    EXPECT_THROW(const SoundFile file(folder / "empty.wav"), std::runtime_error);
 }
 
 TEST(SoundFile, MeasuresLoudnessAndSilence) {

@@ -1,5 +1,6 @@
 #include "tests/support/word_check.h"
 
+#include <algorithm>
 #include <memory>
 #include <stdexcept>
 
@@ -70,7 +71,7 @@ private:
         for (std::size_t at = from; at < to;) {
             const std::size_t start = at;
             UChar32 character = 0;
-            U16_NEXT(text_.data(), at, to, character);
+            U16_NEXT(text_, at, to, character);
             visit(start, character);
         }
     }

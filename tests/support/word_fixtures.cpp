@@ -1,6 +1,7 @@
 #include "tests/support/word_fixtures.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <fstream>
 #include <map>
@@ -98,7 +99,7 @@ private:
         rest_.remove_prefix(end + 1);
         std::array<char, U8_MAX_LENGTH> bytes{};
         std::size_t count = 0;
-        U8_APPEND_UNSAFE(bytes.data(), count, static_cast<UChar32>(code));
+        U8_APPEND_UNSAFE(bytes, count, static_cast<UChar32>(code));
         result_.text.append(bytes.data(), count);
     }
 
