@@ -1,7 +1,6 @@
 #include "cli/file_url.h"
 
 #include "cli/failure.h"
-#include "cli/text_input.h"
 
 #include <filesystem>
 #include <string_view>
@@ -16,7 +15,6 @@ constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 } // namespace
 
 std::string fileUrl(const std::string& path) {
-    requireUtf8(path, "the name of the sound file");
     std::error_code error;
     const std::string absolute = std::filesystem::absolute(path, error).string();
     if (error) {

@@ -3,9 +3,9 @@
 #include "cli/failure.h"
 #include "cli/file_url.h"
 #include "cli/interruption.h"
+#include "cli/platform_log.h"
 #include "cli/plugin_location.h"
 #include "cli/progress_line.h"
-#include "cli/sound_file.h"
 #include "cli/spoken_text.h"
 #include "cli/text_input.h"
 
@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <unistd.h>
 
@@ -148,13 +149,14 @@ std::optional<std::string> begin(Speech& speech, const SayOptions& options) {
         return options.output;
     }
     if (options.output) {
-        throw Failure(whyNotWritable(*options.output));
+        throw Failure("the speech can't be written: " + PlatformLog::reason());
     }
+    const std::string noSound = "no sound can be played: " + PlatformLog::reason();
     if (!options.fallback) {
-        throw Failure("no sound can be played: no sound server answers (-o FILE writes a sound file)");
+        throw Failure(noSound + " (-o FILE writes a sound file)");
     }
     if (!speech.start(options.fallback)) {
-        throw Failure("no sound can be played, and " + whyNotWritable(*options.fallback));
+        throw Failure(noSound + "; and the speech can't be written: " + PlatformLog::reason());
     }
     std::fprintf(stderr, "No sound can be played here: the speech goes to %s\n", options.fallback->c_str());
     return options.fallback;
@@ -164,12 +166,17 @@ std::optional<std::string> begin(Speech& speech, const SayOptions& options) {
 
 int say(const SayOptions& options) {
     const std::string text = readText(options);
-    if (options.voice) {
-        requireUtf8(*options.voice, "the name of the voice");
+    for (const auto& [argument, what] : {std::pair(options.voice, "the name of the voice"),
+                                         std::pair(options.output, "the name of the sound file"),
+                                         std::pair(options.fallback, "the name of the fallback file")}) {
+        if (argument) {
+            requireUtf8(*argument, what);
+        }
     }
     // Whoever reads the events sees each as it comes.
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 
+    const PlatformLog log;
     host::Runtime runtime;
     runtime.load(findPlugin());
     const Interruption interruption;
@@ -180,8 +187,8 @@ int say(const SayOptions& options) {
         return 128 + Interruption::signalNumber();
     }
     if (!isComplete) {
-        throw Failure("the speech broke off before its end" +
-                      (file ? ", so " + *file + " is not written" : ""));
+        throw Failure("the speech broke off: " + PlatformLog::reason() +
+                      (file ? "; " + *file + " is not written" : ""));
     }
     return 0;
 }

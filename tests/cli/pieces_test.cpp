@@ -3,7 +3,6 @@
 #include "cli/failure.h"
 #include "cli/file_url.h"
 #include "cli/plugin_location.h"
-#include "cli/sound_file.h"
 #include "cli/spoken_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -56,15 +55,6 @@ TEST(FileUrl, IsAbsolute) {
     const support::TemporaryFolder folder("with blank");
     const ScopedCurrentFolder current(folder.path());
     EXPECT_EQ(fileUrl("x/y.wav"), fileUrl((folder / "x/y.wav").string()));
-}
-
-TEST(FileUrl, RefusesNamesThatAreNoUtf8) {
-    try {
-        fileUrl("/tmp/\xFC.wav");
-        FAIL();
-    } catch (const Failure& failure) {
-        EXPECT_STREQ(failure.what(), "the name of the sound file is not valid UTF-8 at byte 5");
-    }
 }
 
 TEST(FileUrl, RefusesRelativeNamesWhereTheFolderIsGone) {
@@ -120,27 +110,6 @@ TEST(PluginLocation, SaysWhereItLooked) {
         EXPECT_THAT(failure.what(), HasSubstr(folder.path().string()));
         EXPECT_THAT(failure.what(), HasSubstr("/lib"));
     }
-}
-
-TEST(SoundFile, SaysWhyItIsNotWritable) {
-    const support::TemporaryFolder folder;
-    createFile(folder / "file");
-    const std::string path = folder.path().string();
-    EXPECT_EQ(whyNotWritable(path), "can't write " + path + ": it is a folder");
-    EXPECT_EQ(whyNotWritable(path + "/no/x.wav"),
-              "can't write " + path + "/no/x.wav: there is no folder " + path + "/no");
-    EXPECT_EQ(whyNotWritable(path + "/no/"),
-              "can't write " + path + "/no/: there is no folder " + path + "/no");
-    EXPECT_EQ(whyNotWritable(path + "/file/x.wav"),
-              "can't write " + path + "/file/x.wav: there is no folder " + path + "/file");
-    EXPECT_THAT(whyNotWritable(path + "/x.text"), HasSubstr("sound files end in .wav"));
-    EXPECT_THAT(whyNotWritable("/proc/x.wav"), HasSubstr("can't write /proc/x.wav: "));
-}
-
-TEST(SoundFile, NamesRelativeToTheCurrentFolder) {
-    const support::TemporaryFolder folder;
-    const ScopedCurrentFolder current(folder.path());
-    EXPECT_THAT(whyNotWritable("x"), HasSubstr("sound files end in"));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 namespace zqm::tests {
@@ -79,14 +80,19 @@ TEST(SayFailure, OfTheVoice) {
 TEST(SayFailure, OfTheOutput) {
     const TemporaryFolder folder;
     const std::string path = folder.path().string();
-    expectOneLine(say({"-o", path, "Hello"}), 1, "can't write " + path + ": it is a folder");
-    expectOneLine(say({"-o", path + "/no/x.wav", "Hello"}), 1, "there is no folder " + path + "/no");
-    expectOneLine(say({"-o", path + "/x.text", "Hello"}), 1, "sound files end in .wav");
-    expectOneLine(say({"-o", "/proc/x.wav", "Hello"}), 1, "can't write /proc/x.wav: ");
-    expectOneLine(say({"-o", path + "/\xFC.wav", "Hello"}), 1,
-                  "the name of the sound file is not valid UTF-8");
+    const std::string failure = "the speech can't be written: ";
+    expectOneLine(say({"-o", path, "Hello"}), 1, failure + path + ": Is a directory");
+    expectOneLine(say({"-o", path + "/no/x.wav", "Hello"}), 1,
+                  failure + path + "/no/x.wav: No such file or directory");
+    expectOneLine(say({"-o", path + "/x.text", "Hello"}), 1,
+                  failure + "no sound file format is known for the extension \"text\"");
+    expectOneLine(say({"-o", "/proc/x.wav", "Hello"}), 1, failure + "/proc/x.wav: ");
     const std::string tooLong = path + "/" + std::string(300, 'x') + ".wav";
-    expectOneLine(say({"-o", tooLong, "Hello"}), 1, "can't write " + tooLong);
+    expectOneLine(say({"-o", tooLong, "Hello"}), 1, failure + tooLong + ": File name too long");
+    expectOneLine(say({"-o", path + "/\xFC.wav", "Hello"}), 1,
+                  "the name of the sound file is not valid UTF-8 at byte ");
+    expectOneLine(say({"--fallback", "\xFC.wav", "Hello"}), 1,
+                  "the name of the fallback file is not valid UTF-8 at byte 0");
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
@@ -120,7 +126,8 @@ TEST(SayFallback, IsWrittenWhereNoSoundCanBePlayed) {
 TEST(SayFallback, ThatCannotBeWritten) {
     const TemporaryFolder folder;
     expectOneLine(say({"--fallback", folder.path().string(), "Hello"}), 1,
-                  "no sound can be played, and can't write " + folder.path().string() + ": it is a folder");
+                  "no sound can be played: no sound server answers; and the speech can't be written: " +
+                      folder.path().string() + ": Is a directory");
 }
 
 // The command in a folder of its own, with these of the files that it needs beside it.
@@ -160,7 +167,7 @@ TEST(SayInstallation, LacksThePlugin) {
 
 TEST(SayInstallation, HasADamagedPlugin) {
     const Installation damaged({"libzqmplatform.so", "zqmspeech-engine"});
-    std::filesystem::copy(__FILE__, damaged.path() / "libZQMNSSpeech.so");
+    std::ofstream(damaged.path() / "libZQMNSSpeech.so") << "no library";
     expectOneLine(damaged.say(), 1, "libZQMNSSpeech.so");
 }
 

@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(All, SayFileName,
                          testing::Values("a b.wav", " .wav", "grüße.wav", "世界.wav", "👋🏽.wav",
                                          "#1.wav", "100%.wav", "%41.wav", "what?.wav", "a;b&c=d+e:f@g.wav",
                                          "\"quoted\" 'name'.wav", "back\\slash.wav", "-o.wav", "~.wav",
-                                         "two\nlines.wav", "[x]*{y}.wav", "file:.wav", "e\u0301.x.wav"));
+                                         "two\nlines.wav", "[x]*{y}.wav", "file:.wav"));
 
 TEST_F(SayFile, AnExistingFileIsReplaced) {
     std::ofstream(folder_ / "x.wav") << "something else";
@@ -112,13 +112,14 @@ TEST_F(SayFile, TheTextMayComeFromAnywhere) {
 }
 
 TEST_F(SayFile, TextsAreUtf8WhateverTheLocale) {
-    const SoundFile reference = written("reference.wav", {"Schöne Grüße"});
-    EXPECT_NE(written("other.wav", {"Schone Gruse"}).samples, reference.samples);
+    const SoundFile reference = written("reference.wav", {"-v", "gmw/de", "Schöne Grüße"});
+    EXPECT_NE(written("other.wav", {"-v", "gmw/de", "Schone Gruse"}).samples, reference.samples);
     for (const char* locale : {"C", "POSIX", "C.UTF-8", "de_DE.ISO-8859-1", "no_SUCH.locale"}) {
         support::ProcessOptions options = bareOptions();
         options.environment["LC_ALL"] = locale;
-        EXPECT_EQ(written(std::string("ü ") + locale + ".wav", {"Schöne Grüße"}, options).samples,
-                  reference.samples)
+        EXPECT_EQ(
+            written(std::string("ü ") + locale + ".wav", {"-v", "gmw/de", "Schöne Grüße"}, options).samples,
+            reference.samples)
             << locale;
         EXPECT_TRUE(exists(folder_ / (std::string("ü ") + locale + ".wav"))) << locale;
     }

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace zqm::cli {
+
+// The platform answers only that speech failed, and logs why. While one of these exists, that reason is kept
+// for the command's own message instead; whatever else the platform logs still goes to standard error. One at
+// a time.
+class PlatformLog {
+public:
+    PlatformLog();
+    PlatformLog(const PlatformLog&) = delete;
+    PlatformLog& operator=(const PlatformLog&) = delete;
+    ~PlatformLog();
+
+    // Why speech failed last, in a few words.
+    static std::string reason();
+};
+
+} // namespace zqm::cli
