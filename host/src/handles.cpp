@@ -21,7 +21,7 @@ namespace zqm::host {
 namespace {
 
 // So many dead handles keep their address.
-constexpr std::size_t kRetiredHandles = 4096;
+constexpr std::size_t kRetiredHandles = 1024;
 
 constexpr std::align_val_t kBlockAlignment{16};
 constexpr unsigned char kHeaderPattern = 0xA7;
