@@ -39,6 +39,7 @@ void Core::close() {
     }
     activeCore = nullptr;
     raised_.clear();
+    retiredHandlers_.clear();
     handles_.clear();
 }
 
@@ -103,7 +104,23 @@ void Core::unlock(const Type& type, void* handle) {
 }
 
 void Core::guarded(const std::function<void()>& function) {
+    struct Swept {
+        Core* core;
+        ~Swept() {
+            if (!core->raised_.inFrame()) {
+                // Dropping one may drop objects, and so retire others.
+                const auto retired = std::exchange(core->retiredHandlers_, {});
+            }
+        }
+    };
+    const Swept swept{this};
     raised_.run(function);
+}
+
+void Core::retire(std::shared_ptr<EventClosure> handler) {
+    if (raised_.inFrame()) {
+        retiredHandlers_.push_back(std::move(handler));
+    }
 }
 
 } // namespace zqm::host

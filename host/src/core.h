@@ -80,6 +80,8 @@ public:
 private:
     void runConstructors(const HostClass& type, REALobject object);
     void end(ObjectHandle& object);
+    // A plugin may still hold the function of a handler that is replaced while it runs.
+    void retire(std::shared_ptr<EventClosure> handler);
     Value invoke(const Method& method, REALobject self, const std::vector<Value>& values);
 
     std::thread::id thread_ = std::this_thread::get_id();
@@ -89,6 +91,7 @@ private:
     EntryPoints entryPoints_;
     Handles handles_;
     RaisedExceptions raised_;
+    std::vector<std::shared_ptr<EventClosure>> retiredHandlers_;
 };
 
 } // namespace zqm::host

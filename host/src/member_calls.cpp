@@ -179,10 +179,15 @@ void Core::setHandler(ObjectHandle& object, std::string_view name, EventHandler 
     if (event == nullptr) {
         throw CallError("there is no event " + member(object.type, name));
     }
+    auto& slot = object.handlers[event->token];
+    auto before = std::move(slot);
     if (handler) {
-        object.handlers[event->token] = std::make_shared<EventClosure>(*this, *event, std::move(handler));
+        slot = std::make_shared<EventClosure>(*this, *event, std::move(handler));
     } else {
         object.handlers.erase(event->token);
+    }
+    if (before != nullptr) {
+        retire(std::move(before));
     }
 }
 

@@ -103,6 +103,9 @@ void Core::end(ObjectHandle& object) {
         reports_.add(Report::Kind::DamagedHeader,
                      object.type.name + ": the host's part of it was written to");
     }
+    for (auto& [token, handler] : object.handlers) {
+        retire(std::move(handler));
+    }
     handles_.retire(object);
 }
 

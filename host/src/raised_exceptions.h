@@ -24,6 +24,8 @@ public:
     // The same, and throws it: what a handler threw goes first, the rest to the frame around this one.
     void run(const std::function<void()>& function);
 
+    bool inFrame() const { return !frames_.empty(); }
+
     std::vector<RaisedException> takeStray();
     void clear();
 
