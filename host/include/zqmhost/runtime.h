@@ -28,7 +28,7 @@ inline constexpr double kDefaultVersion = 2023.02;
 
 struct Options {
     std::optional<double> version = kDefaultVersion; // none: "REALGetRBVersion" is not offered
-    std::vector<std::string> refused = {};                // entry points refused from the start
+    std::vector<std::string> refused = {};           // entry points refused from the start
 };
 
 using Seconds = std::chrono::duration<double>;
