@@ -5,10 +5,10 @@
 #include "plugin/platform_guard.h"
 
 #import <Foundation/Foundation.h>
-#include <forced_unwind.h>
 #include <type_traits>
 
-// To be called while a native exception is being handled: raises the host exception for its kind.
+// To be called while an exception is being handled: raises the host exception for the kind of a native one.
+// What is no native exception, such as the end of a thread, goes on.
 void raiseCurrentNativeException();
 
 // Runs the body and answers its result; after a native exception, which is raised into the host, the
@@ -20,8 +20,6 @@ std::invoke_result_t<Body> nativeGuarded(Body&& body) {
     NSException* platformException = nil;
     try {
         platformException = runUnderPlatformGuard([&] { result = body(); });
-    } catch (const ForcedUnwind&) {
-        throw;
     } catch (...) {
         raiseCurrentNativeException();
         return {};

@@ -2,6 +2,7 @@
 
 #include "plugin/host_errors.h"
 
+#include <cxxabi.h>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -26,6 +27,9 @@ void raise(const char* className, const char* message) {
 } // namespace
 
 void raiseCurrentNativeException() {
+    if (abi::__cxa_current_exception_type() == nullptr) {
+        throw;
+    }
     try {
         throw;
     } catch (const std::bad_alloc&) {
