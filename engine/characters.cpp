@@ -78,7 +78,9 @@ bool isOfDictionaryScript(char32_t character) {
 }
 
 bool isSpokenSymbol(char32_t character) {
-    return hasCategory(character, U_GC_S_MASK) || contains(U"&%@#", character);
+    constexpr std::u32string_view kStandIns = U"\uFFFC\uFFFD"; // for what is no character
+    return (hasCategory(character, U_GC_S_MASK) && !contains(kStandIns, character)) ||
+           contains(U"&%@#", character);
 }
 
 bool isSign(char32_t character) {

@@ -19,19 +19,25 @@ namespace zqm::engine {
 struct TextPieces::Sentences {
     explicit Sentences(const std::string& language) {
         UErrorCode status = U_ZERO_ERROR;
-        icu::Locale locale = icu::Locale::forLanguageTag(language, status);
+        const icu::Locale locale = icu::Locale::forLanguageTag(language, status);
+        if (U_SUCCESS(status)) {
+            open(locale, status);
+        }
         if (U_FAILURE(status)) {
             status = U_ZERO_ERROR;
-            locale = icu::Locale::getRoot();
+            open(icu::Locale::getEnglish(), status);
         }
+        if (U_FAILURE(status)) {
+            throw std::runtime_error(std::string("ICU has no sentence data: ") + u_errorName(status));
+        }
+    }
+
+    void open(const icu::Locale& locale, UErrorCode& status) {
         std::unique_ptr<icu::BreakIterator> plain(icu::BreakIterator::createSentenceInstance(locale, status));
         const std::unique_ptr<icu::FilteredBreakIteratorBuilder> abbreviations(
             icu::FilteredBreakIteratorBuilder::createInstance(locale, status));
         if (U_SUCCESS(status)) {
             iterator.reset(abbreviations->wrapIteratorWithFilter(plain.release(), status));
-        }
-        if (U_FAILURE(status) || !iterator) {
-            throw std::runtime_error(std::string("ICU has no sentence data: ") + u_errorName(status));
         }
     }
 
@@ -88,8 +94,13 @@ bool followsParagraph(std::u32string_view text, std::size_t at) {
     return lineEnds >= 2;
 }
 
+// A full stop before it may be an abbreviation's.
 bool followsBlank(std::u32string_view text, std::size_t at) {
-    return at > 0 && isBlank(text[at - 1]);
+    const std::size_t start = at;
+    while (at > 0 && isBlank(text[at - 1])) {
+        --at;
+    }
+    return at < start && at > 0 && text[at - 1] != U'.';
 }
 
 bool followsClause(std::u32string_view text, std::size_t at) {

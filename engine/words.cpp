@@ -1,6 +1,7 @@
 #include "engine/words.h"
 
 #include "engine/characters.h"
+#include "engine/dictionary_words.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -47,6 +48,7 @@ public:
         mark(clusters, units, isClusterStart_);
         if (std::any_of(text.begin(), text.end(), isOfDictionaryScript)) {
             mark(dictionary, units, isDictionaryStart_);
+            correctDictionaryWords(text, isDictionaryStart_);
         }
     }
 
