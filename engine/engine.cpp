@@ -28,13 +28,28 @@ pid_t peerOf(int socket) {
     return result == 0 ? credentials.pid : 0;
 }
 
+// The signals that ask a program to end, from now on to be read from a descriptor: nothing half done shall be
+// left behind.
+protocol::Descriptor politeSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        sigaddset(&signals, number);
+    }
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return protocol::Descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+}
+
 } // namespace
 
 Engine::Engine(protocol::Descriptor socket)
-    : channel_(std::move(socket), protocol::kMaxRequestLine), server_(loop_.api()) {
+    : channel_(std::move(socket), protocol::kMaxRequestLine), signals_(politeSignals()),
+      server_(loop_.api()) {
     loop_.watch(channel_.descriptor(), [this] { readRequests(); });
+    if (signals_) {
+        loop_.watch(signals_.get(), [this] { quit(kExitOk); });
+    }
     watchHost();
-    watchSignals();
 }
 
 int Engine::run() {
@@ -62,25 +77,10 @@ void Engine::watchHost() {
         protocol::Descriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, host, 0)));
         if (descriptor) {
             loop_.watch(descriptor.get(), [this] { quit(kExitOk); });
-            watched_.push_back(std::move(descriptor));
+            hosts_.push_back(std::move(descriptor));
         } else if (errno == ESRCH) {
             quit(kExitOk);
         }
-    }
-}
-
-// A polite request to end is as good as the end of the host: nothing half done is left behind.
-void Engine::watchSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        sigaddset(&signals, number);
-    }
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    protocol::Descriptor descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
-    if (descriptor) {
-        loop_.watch(descriptor.get(), [this] { quit(kExitOk); });
-        watched_.push_back(std::move(descriptor));
     }
 }
 
@@ -150,6 +150,7 @@ void Engine::handle(protocol::Speak& request) {
     }
     const protocol::Voice* const voice = speaker_.findVoice(request.voice);
     if (voice == nullptr || !speaker_.setVoice(*voice)) {
+        output.reset();
         report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
         return;
     }

@@ -29,7 +29,6 @@ public:
 
 private:
     void watchHost();
-    void watchSignals();
     void readRequests();
     void flush();
 
@@ -43,10 +42,11 @@ private:
     void refuse(const char* reason);
 
     protocol::Channel channel_;
+    protocol::Descriptor signals_; // before the speaker: espeak-ng starts a thread, which inherits the mask
     EventLoop loop_;
     SoundServer server_;
     Speaker speaker_;
-    std::vector<protocol::Descriptor> watched_; // of the host's processes, and of signals
+    std::vector<protocol::Descriptor> hosts_; // processes
     std::optional<int> exitCode_;
     std::optional<Utterance> utterance_;
 };

@@ -20,7 +20,7 @@ constexpr std::array kFormats{
     FileFormat{"aif", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, kMostInAiff},
     FileFormat{"aifc", SF_FORMAT_AIFF | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE, kMostInAiff},
     FileFormat{"wav", SF_FORMAT_RF64 | SF_FORMAT_PCM_16, kUnlimited},
-    FileFormat{"flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, kUnlimited},
+    FileFormat{"flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, kUnlimited, false},
     FileFormat{"ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, kUnlimited},
 };
 

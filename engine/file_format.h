@@ -12,6 +12,7 @@ struct FileFormat {
     std::string_view extension; // in small letters
     int format;                 // libsndfile's number, with the encoding of samples
     std::uint64_t mostSamples;  // 16-bit samples that a file can hold
+    bool mayBeEmpty = true;     // whether a file without any sample can be read
 };
 
 // The format for an extension, in whatever case; for none, AIFF; null for an unknown one.

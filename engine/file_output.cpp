@@ -1,7 +1,6 @@
 #include "engine/file_output.h"
 
-#include "engine/file_format.h"
-
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -128,16 +127,15 @@ private:
 
 FileOutput::FileOutput(protocol::Output target, protocol::Descriptor file, protocol::Descriptor folder,
                        int sampleRate)
-    : target_(std::move(target)), file_(std::move(file)), folder_(std::move(folder)) {
-    const FileFormat* const format = findFileFormat(target_.extension);
-    if (format == nullptr) {
+    : target_(std::move(target)), file_(std::move(file)), folder_(std::move(folder)),
+      format_(findFileFormat(target_.extension)) {
+    if (format_ == nullptr) {
         fail("no sound file format is known for the extension \"" + target_.extension +
              "\" (known: " + knownExtensions() + ")");
         return;
     }
-    mostSamples_ = format->mostSamples;
     writer_ = std::make_unique<Writer>(file_.get());
-    if (!writer_->open(*format, sampleRate)) {
+    if (!writer_->open(*format_, sampleRate)) {
         fail(writer_->error());
         return;
     }
@@ -158,7 +156,7 @@ void FileOutput::write(std::span<const std::int16_t> samples) {
     if (state() != State::Open) {
         return;
     }
-    if (samples.size() > mostSamples_ - written_) {
+    if (samples.size() > format_->mostSamples - written_) {
         fail("the speech is longer than a file of this format can be");
         return;
     }
@@ -171,6 +169,13 @@ void FileOutput::write(std::span<const std::int16_t> samples) {
 
 void FileOutput::finish() {
     if (state() != State::Open) {
+        return;
+    }
+    if (written_ == 0 && !format_->mayBeEmpty) {
+        constexpr std::array<std::int16_t, 1> kSilence{};
+        write(kSilence);
+    }
+    if (state() == State::Failed) {
         return;
     }
     if (!writer_->close()) {

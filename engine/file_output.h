@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/descriptor.h"
+#include "engine/file_format.h"
 #include "engine/output.h"
 #include "engine/protocol.h"
 
@@ -32,9 +33,9 @@ private:
     protocol::Output target_;
     protocol::Descriptor file_;
     protocol::Descriptor folder_;
+    const FileFormat* format_; // null: none is known for the extension
     std::unique_ptr<Writer> writer_;
     std::uint64_t written_ = 0;
-    std::uint64_t mostSamples_ = 0; // that the format holds
 };
 
 } // namespace zqm::engine

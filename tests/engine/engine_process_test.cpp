@@ -1,0 +1,230 @@
+#include "tests/engine/engine_process.h"
+
+#include "tests/support/process.h"
+#include "tests/support/temporary_folder.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <string>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace zqm::protocol;
+using namespace zqm::support;
+using namespace zqm::test;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr int kBadConversation = 3;
+
+// ---- by hand
+
+TEST(EngineProgram, startedByHandSaysSoInOneLine) {
+    const ProcessResult result = runProcess(ZQM_ENGINE, {});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1);
+    EXPECT_THAT(result.errors, HasSubstr("zqmspeech-engine: "));
+}
+
+TEST(EngineProgram, knowsTwoOptions) {
+    EXPECT_THAT(runProcess(ZQM_ENGINE, {"--version"}).output, HasSubstr("zqmspeech-engine "));
+    EXPECT_EQ(runProcess(ZQM_ENGINE, {"--version"}).exitCode, 0);
+    EXPECT_THAT(runProcess(ZQM_ENGINE, {"--help"}).output, HasSubstr("--version"));
+    EXPECT_EQ(runProcess(ZQM_ENGINE, {"--help"}).exitCode, 0);
+    EXPECT_EQ(runProcess(ZQM_ENGINE, {"--nonsense"}).exitCode, 2);
+}
+
+TEST(EngineProgram, refusesADescriptorThatIsNoSocket) {
+    const Descriptor null(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    const pid_t pid = spawnEngine(null.get(), null.get());
+    int status = 0;
+    ASSERT_EQ(::waitpid(pid, &status, 0), pid);
+    EXPECT_EQ(WEXITSTATUS(status), 2);
+}
+
+// ---- voices
+
+TEST(EngineProgram, listsItsVoicesInAStableOrder) {
+    EngineProcess engine;
+    engine.send(ListVoices{});
+    engine.send(ListVoices{});
+    const auto first = std::get<Voices>(*engine.next());
+    EXPECT_EQ(std::get<Voices>(*engine.next()), first);
+    EXPECT_GT(first.voices.size(), 50U);
+    const auto voice = std::find_if(first.voices.begin(), first.voices.end(), [](const Voice& candidate) {
+        return candidate.identifier == "gmw/en-US";
+    });
+    ASSERT_NE(voice, first.voices.end());
+    EXPECT_EQ(voice->name, "English (America)");
+    EXPECT_EQ(voice->language, "en-US");
+    EXPECT_EQ(voice->gender, "male");
+    for (const Voice& other : first.voices) {
+        EXPECT_FALSE(other.identifier.starts_with("mb/")) << other.identifier;
+        EXPECT_FALSE(other.language.empty());
+        EXPECT_EQ(std::count_if(first.voices.begin(), first.voices.end(),
+                                [&](const Voice& twin) { return twin.identifier == other.identifier; }),
+                  1)
+            << other.identifier;
+    }
+}
+
+TEST(EngineProgram, speaksWithEachOfItsVoices) {
+    EngineProcess engine;
+    engine.send(ListVoices{});
+    const auto list = std::get<Voices>(*engine.next());
+    std::uint64_t utterance = 0;
+    for (const Voice& voice : list.voices) {
+        Speak request = speak(++utterance, "1 2 3");
+        request.voice = voice.identifier;
+        request.output = Output{"flac", "", ""};
+        std::vector<Descriptor> null;
+        null.emplace_back(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+        engine.send(request, std::move(null));
+        const std::vector<Event> events = engine.untilEnd(utterance);
+        EXPECT_THAT(faults(events, utterance), testing::IsEmpty()) << voice.identifier;
+        EXPECT_EQ(wordsIn(events).size(), 3U) << voice.identifier;
+    }
+}
+
+// ---- the end
+
+class EngineEnd : public testing::Test {
+protected:
+    // Has an endless file written.
+    void begin(EngineProcess& engine) {
+        std::string text;
+        for (int count = 0; count < 400'000; ++count) {
+            text += "word ";
+        }
+        Speak request = speak(1, std::move(text));
+        request.output = target.output;
+        engine.send(request, std::move(target.descriptors));
+        engine.flush();
+        ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
+        ASSERT_TRUE(std::filesystem::exists(target.temporary));
+    }
+
+    void expectNothingLeft() const {
+        EXPECT_FALSE(std::filesystem::exists(target.temporary));
+        EXPECT_FALSE(std::filesystem::exists(target.file));
+    }
+
+    TemporaryFolder folder;
+    Target target{folder.path(), "a.wav"};
+};
+
+TEST_F(EngineEnd, comesQuietlyWithTheEndOfTheConversation) {
+    EngineProcess engine;
+    engine.hangUp();
+    EXPECT_EQ(engine.wait(), 0);
+    EXPECT_EQ(engine.errors(), "");
+}
+
+TEST_F(EngineEnd, inTheMiddleOfAFileRemovesIt) {
+    EngineProcess engine;
+    begin(engine);
+    engine.hangUp();
+    EXPECT_EQ(engine.wait(), 0);
+    EXPECT_EQ(engine.errors(), "");
+    expectNothingLeft();
+}
+
+TEST_F(EngineEnd, byAPoliteSignalRemovesTheFileToo) {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        EngineProcess engine;
+        Target fresh(folder.path(), "b" + std::to_string(number) + ".wav");
+        std::swap(target, fresh);
+        begin(engine);
+        ::kill(engine.pid(), number);
+        EXPECT_EQ(engine.wait(), 0);
+        expectNothingLeft();
+    }
+}
+
+const std::vector<std::string> kGarbage{
+    "garbage\n",
+    "\n",
+    "{}\n",
+    "{\"type\":\"stop\"}\n",
+    "{\"type\":\"word\",\"utterance\":1,\"position\":0,\"length\":1}\n",
+    std::string("\0\0\0\0\n", 5),
+    "\xFF\xFE\n",
+    // descriptors are missing
+    R"({"type":"speak","utterance":1,"text":"a","voice":"gmw/en","rate":1,"volume":1,"output":)"
+    R"({"extension":"wav","temporaryName":"t","finalName":"f"}})"
+    "\n",
+};
+
+class Garbage : public testing::TestWithParam<std::string> {};
+
+TEST_P(Garbage, endsTheConversation) {
+    EngineProcess engine;
+    engine.sendRaw(GetParam());
+    EXPECT_FALSE(engine.next());
+    EXPECT_EQ(engine.wait(), kBadConversation);
+    const std::string errors = engine.errors();
+    EXPECT_THAT(errors, HasSubstr("zqmspeech-engine: "));
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, Garbage, testing::ValuesIn(kGarbage));
+
+TEST_F(EngineEnd, byGarbageRemovesTheFileToo) {
+    EngineProcess engine;
+    begin(engine);
+    engine.sendRaw("garbage\n");
+    EXPECT_EQ(engine.wait(), kBadConversation);
+    expectNothingLeft();
+}
+
+// A child of the test is the host. It starts an engine, and a fork of itself that keeps the socket open.
+TEST_F(EngineEnd, comesWithTheEndOfItsParentThoughAForkHoldsTheSocket) {
+    std::array<int, 2> report{};
+    std::array<int, 2> command{};
+    ASSERT_EQ(::pipe2(report.data(), O_CLOEXEC), 0);
+    ASSERT_EQ(::pipe2(command.data(), O_CLOEXEC), 0);
+    const pid_t host = ::fork();
+    ASSERT_GE(host, 0);
+    if (host == 0) {
+        auto [ours, theirs] = socketPair();
+        std::array<pid_t, 2> pids{};
+        pids[0] = spawnEngine(theirs.get(), -1);
+        theirs.reset();
+        pids[1] = ::fork();
+        if (pids[1] == 0) {
+            for (;;) {
+                ::pause();
+            }
+        }
+        char byte = 0;
+        const bool told = ::write(report[1], pids.data(), sizeof pids) == sizeof pids;
+        const bool asked = ::read(command[0], &byte, 1) == 1;
+        ::_exit(told && asked ? 0 : 1);
+    }
+    std::array<pid_t, 2> pids{};
+    ASSERT_EQ(::read(report[0], pids.data(), sizeof pids), static_cast<ssize_t>(sizeof pids));
+    const auto [engine, fork] = pids;
+    const Descriptor watched(static_cast<int>(::syscall(SYS_pidfd_open, engine, 0)));
+    ASSERT_TRUE(watched);
+    pollfd poll{watched.get(), POLLIN, 0};
+    EXPECT_EQ(::poll(&poll, 1, 0), 0) << "the engine ended before its host did";
+    ASSERT_EQ(::write(command[1], "x", 1), 1);
+    int status = 0;
+    ASSERT_EQ(::waitpid(host, &status, 0), host);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(::poll(&poll, 1, EngineProcess::kDeadlineMilliseconds), 1) << "the engine outlives its host";
+    EXPECT_EQ(::kill(fork, SIGKILL), 0);
+    for (const int end : {report[0], report[1], command[0], command[1]}) {
+        ::close(end);
+    }
+}
+
+} // namespace
