@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <espeak-ng/speak_lib.h>
+#include <optional>
 #include <stdexcept>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
@@ -57,6 +59,31 @@ Spoken spokenText(std::u32string_view text) {
     return spoken;
 }
 
+// espeak-ng looks for a sound device when it is initialised, also where it is only to hand out samples: it
+// connects to the sound server, and waits for one that doesn't answer. So for that time there is none.
+class NoServer {
+public:
+    NoServer() {
+        if (const char* const value = std::getenv(kName)) {
+            before_ = value;
+        }
+        ::setenv(kName, "unix:/nonexistent", 1);
+    }
+    ~NoServer() {
+        if (before_) {
+            ::setenv(kName, before_->c_str(), 1);
+        } else {
+            ::unsetenv(kName);
+        }
+    }
+    NoServer(const NoServer&) = delete;
+    NoServer& operator=(const NoServer&) = delete;
+
+private:
+    static constexpr const char* kName = "PULSE_SERVER";
+    std::optional<std::string> before_;
+};
+
 // What one call of espeak_Synth brings. espeak-ng hands a pointer through to its events alone, and some
 // buffers have none, so what the callback fills stands here.
 struct Collector {
@@ -102,6 +129,7 @@ int collect(short* samples, int count, espeak_EVENT* events) {
 } // namespace
 
 Speaker::Speaker() {
+    const NoServer noServer;
     sampleRate_ = espeak_Initialize(AUDIO_OUTPUT_SYNCHRONOUS, 0, nullptr,
                                     espeakINITIALIZE_PHONEME_EVENTS | espeakINITIALIZE_DONT_EXIT);
     if (sampleRate_ <= 0) {

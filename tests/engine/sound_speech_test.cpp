@@ -129,7 +129,16 @@ TEST_F(SoundSpeech, firstWordIsToldWhenItsSoundIsHeard) {
     const std::vector<float> heard = recording.samples();
     const std::size_t first = firstSound(heard);
     ASSERT_LT(first, heard.size());
-    const double late = *told - recording.timeOf(first);
+    // The word may begin with a silence of its own, as the file of it shows.
+    TemporaryFolder folder;
+    Target target(folder.path(), "same.wav");
+    Speak request = speak(2, "Time.");
+    request.output = target.output;
+    engine.send(request, std::move(target.descriptors));
+    engine.untilEnd(2);
+    const SoundFile file(target.file);
+    const double silence = static_cast<double>(firstSound(file.samples)) / file.rate;
+    const double late = *told - (recording.timeOf(first) - silence);
     RecordProperty("milliseconds_after_the_sound", std::to_string(late * 1000));
     std::printf("the first word is told %.1f ms after its first sound\n", late * 1000);
 }
@@ -186,7 +195,7 @@ TEST_F(SoundSpeech, aChangeOfRateLosesNoWord) {
         rate += 25;
         engine.send(Adjust{1, rate, {}});
     }
-    EXPECT_THAT(faults(events, 1), IsEmpty());
+    ASSERT_THAT(faults(events, 1), IsEmpty()) << engine.errors();
     EXPECT_TRUE(finished(events)->completed);
     EXPECT_THAT(cutOut(text, events), ElementsAre("One", "two", "three", "four", "five", "six", "seven",
                                                   "eight", "nine", "ten", "eleven", "twelve"));
