@@ -1,0 +1,155 @@
+// Engines that misbehave, for the tests of what the platform library does then. ZQM_BAD_ENGINE says how.
+
+#include "engine/channel.h"
+#include "engine/protocol.h"
+
+#include <cstdlib>
+#include <poll.h>
+#include <string>
+#include <unistd.h>
+#include <variant>
+
+namespace {
+
+using namespace zqm::protocol;
+
+class BadEngine {
+public:
+    explicit BadEngine(std::string fault)
+        : fault_(std::move(fault)), channel_(Descriptor(kEngineSocket), kMaxRequestLine) {}
+
+    void run() {
+        if (fault_ == "close at once") {
+            return;
+        }
+        if (fault_ == "deaf") {
+            sleepForEver();
+        }
+        for (std::string line;;) {
+            switch (channel_.read(line)) {
+            case Channel::Input::Line:
+                answer(*decodeRequest(line));
+                break;
+            case Channel::Input::Nothing:
+                waitFor(POLLIN);
+                break;
+            default:
+                if (fault_ == "stubborn") {
+                    sleepForEver();
+                }
+                return;
+            }
+        }
+    }
+
+private:
+    [[noreturn]] static void sleepForEver() {
+        for (;;) {
+            ::pause();
+        }
+    }
+
+    void waitFor(short condition) const {
+        pollfd watched{channel_.descriptor(), condition, 0};
+        ::poll(&watched, 1, -1);
+    }
+
+    void say(std::string_view line) {
+        channel_.send(line);
+        while (channel_.flush() && channel_.backlog() > 0) {
+            waitFor(POLLOUT);
+        }
+    }
+
+    void answer(const Request& request) {
+        if (std::holds_alternative<ListVoices>(request)) {
+            listVoices();
+        } else if (const auto* const speak = std::get_if<Speak>(&request)) {
+            answerSpeak(speak->utterance);
+        }
+    }
+
+    void listVoices() {
+        if (fault_ == "no voices reply") {
+            sleepForEver();
+        } else if (fault_ == "garbage for voices") {
+            say("voices, voices\n");
+        } else if (fault_ == "end instead of voices") {
+            ::_exit(1);
+        } else if (fault_ == "something else for voices") {
+            say(encode(Started{1, ""}));
+        } else if (fault_ == "no voices") {
+            say(encode(Voices{}));
+        } else {
+            say(encode(Voices{{{"test/a", "A", "en-US", "female", 33}, {"test/b", "B", "de", "neuter", 0}}}));
+        }
+    }
+
+    void answerSpeak(std::uint64_t utterance) {
+        if (fault_ == "mute") {
+            return;
+        }
+        if (fault_ == "die on request") {
+            ::_exit(1);
+        }
+        if (fault_ == "garbage on request") {
+            say("{\"type\":\n");
+            return;
+        }
+        if (fault_ == "refuse") {
+            say(encode(Started{utterance, "the reason"}));
+            return;
+        }
+        if (fault_ == "finish a future utterance") {
+            say(encode(Finished{utterance + 1, true, ""}));
+            return;
+        }
+        say(encode(Started{utterance, ""}) + encode(Word{utterance, 0, 5}));
+        misbehaveAmidSpeech(utterance);
+        if (fault_.empty() || fault_ == "stubborn") {
+            say(encode(Finished{utterance, true, ""}));
+        }
+    }
+
+    void misbehaveAmidSpeech(std::uint64_t utterance) {
+        if (fault_ == "die") {
+            ::_exit(1);
+        } else if (fault_ == "abort") {
+            std::abort();
+        } else if (fault_ == "garbage") {
+            say("no message\n");
+        } else if (fault_ == "overlong") {
+            say(std::string(kMaxEventLine + 1, 'x'));
+        } else if (fault_ == "unfinished line") {
+            say("{\"type\":\"fin");
+            ::_exit(0);
+        } else if (fault_ == "word beyond the end") {
+            say(encode(Word{utterance, 6, 6}));
+        } else if (fault_ == "word at a huge place") {
+            say(encode(Word{utterance, ~std::uint64_t{0}, 1}));
+        } else if (fault_ == "word backwards") {
+            say(encode(Word{utterance, 4, 2}));
+        } else if (fault_ == "word of no length") {
+            say(encode(Word{utterance, 6, 0}));
+        } else if (fault_ == "word of a future utterance") {
+            say(encode(Word{utterance + 7, 6, 5}));
+        } else if (fault_ == "start twice") {
+            say(encode(Started{utterance, ""}));
+        } else if (fault_ == "voices unasked") {
+            say(encode(Voices{}));
+        } else if (fault_ == "fail") {
+            say(encode(Finished{utterance, false, "the disk is full"}));
+        }
+    }
+
+    std::string fault_;
+    Channel channel_;
+};
+
+} // namespace
+
+int main() {
+    const char* const fault = std::getenv("ZQM_BAD_ENGINE"); // NOLINT(concurrency-mt-unsafe): one thread
+    BadEngine(fault != nullptr ? fault : "").run();
+    return 0;
+}

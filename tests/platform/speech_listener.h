@@ -1,0 +1,77 @@
+// A delegate that writes down what it hears, and how tests wait for it.
+
+#pragma once
+
+#import <AppKit/NSSpeechSynthesizer.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zqm::platform::test {
+
+struct HeardWord {
+    std::size_t position;
+    std::size_t length;
+
+    bool operator==(const HeardWord&) const = default;
+};
+
+struct Heard {
+    std::vector<HeardWord> words;
+    std::vector<bool> finished;
+    std::vector<char> order;    // 'w' and 'f'
+    NSString* lastString = nil; // not retained
+    bool wantsWords = true;
+    bool wantsFinish = true;
+    int questions = 0; // respondsToSelector: for words
+    std::function<void(NSSpeechSynthesizer*)> onWord;
+    std::function<void(NSSpeechSynthesizer*)> onFinish;
+};
+
+// Runs the run loop until the condition holds; false: it did not within a minute and a half.
+bool runUntil(const std::function<bool()>& condition);
+
+// Runs the run loop until nothing more is delivered for a while.
+void runOut();
+
+// Waits, without a run loop.
+bool waitUntil(const std::function<bool()>& condition);
+
+NSString* stringOf(const std::string& utf8);
+NSURL* fileUrl(const std::string& path);
+
+} // namespace zqm::platform::test
+
+@interface ZQMSpeechListener : NSObject <NSSpeechSynthesizerDelegate> {
+@private
+    void* _heard; // a Heard, whose type Objective-C can't describe
+}
+- (instancetype)initWithHeard:(void*)heard;
+@end
+
+namespace zqm::platform::test {
+
+// A synthesizer with a listener, both released at the end.
+class Speaker {
+public:
+    explicit Speaker(NSString* voice = nil);
+    Speaker(const Speaker&) = delete;
+    Speaker& operator=(const Speaker&) = delete;
+    ~Speaker();
+
+    // Drops the synthesizer.
+    void release();
+
+    bool say(const std::string& text, const std::string& path);
+    bool runToEnd(std::size_t finishes = 1);
+
+    NSSpeechSynthesizer* synthesizer = nil;
+    Heard heard;
+
+private:
+    ZQMSpeechListener* listener_ = nil;
+};
+
+} // namespace zqm::platform::test

@@ -1,0 +1,122 @@
+#include "tests/platform/speech_listener.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <chrono>
+#include <thread>
+
+using zqm::platform::test::Heard;
+
+namespace {
+
+Heard* of(void* heard) {
+    return static_cast<Heard*>(heard);
+}
+
+} // namespace
+
+@implementation ZQMSpeechListener
+
+- (instancetype)initWithHeard:(void*)heard {
+    self = [super init];
+    if (self != nil) {
+        _heard = heard;
+    }
+    return self;
+}
+
+- (BOOL)respondsToSelector:(SEL)selector {
+    if (sel_isEqual(selector, @selector(speechSynthesizer:willSpeakWord:ofString:))) {
+        ++of(_heard)->questions;
+        return of(_heard)->wantsWords;
+    }
+    if (sel_isEqual(selector, @selector(speechSynthesizer:didFinishSpeaking:))) {
+        return of(_heard)->wantsFinish;
+    }
+    return [super respondsToSelector:selector];
+}
+
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender
+            willSpeakWord:(NSRange)range
+                 ofString:(NSString*)string {
+    of(_heard)->words.push_back({range.location, range.length});
+    of(_heard)->order.push_back('w');
+    of(_heard)->lastString = string;
+    if (of(_heard)->onWord) {
+        of(_heard)->onWord(sender);
+    }
+}
+
+- (void)speechSynthesizer:(NSSpeechSynthesizer*)sender didFinishSpeaking:(BOOL)finished {
+    of(_heard)->finished.push_back(finished != NO);
+    of(_heard)->order.push_back('f');
+    if (of(_heard)->onFinish) {
+        of(_heard)->onFinish(sender);
+    }
+}
+
+@end
+
+namespace zqm::platform::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::seconds kPatience{90};
+
+} // namespace
+
+bool runUntil(const std::function<bool()>& condition) {
+    const auto end = Clock::now() + kPatience;
+    while (!condition() && Clock::now() < end) {
+        CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.2, 1);
+    }
+    return condition();
+}
+
+void runOut() {
+    while (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.3, 1) == kCFRunLoopRunHandledSource) {
+    }
+}
+
+bool waitUntil(const std::function<bool()>& condition) {
+    const auto end = Clock::now() + kPatience;
+    while (!condition() && Clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return condition();
+}
+
+NSString* stringOf(const std::string& utf8) {
+    return [[[NSString alloc] initWithBytes:utf8.data() length:utf8.size()
+                                   encoding:NSUTF8StringEncoding] autorelease];
+}
+
+NSURL* fileUrl(const std::string& path) {
+    return [NSURL fileURLWithPath:stringOf(path)];
+}
+
+Speaker::Speaker(NSString* voice)
+    : synthesizer([[NSSpeechSynthesizer alloc] initWithVoice:voice]),
+      listener_([[ZQMSpeechListener alloc] initWithHeard:&heard]) {
+    [synthesizer setDelegate:listener_];
+}
+
+Speaker::~Speaker() {
+    release();
+    [listener_ release];
+}
+
+void Speaker::release() {
+    [synthesizer release];
+    synthesizer = nil;
+}
+
+bool Speaker::say(const std::string& text, const std::string& path) {
+    return [synthesizer startSpeakingString:stringOf(text) toURL:fileUrl(path)] != NO;
+}
+
+bool Speaker::runToEnd(std::size_t finishes) {
+    return runUntil([&] { return heard.finished.size() >= finishes; });
+}
+
+} // namespace zqm::platform::test
