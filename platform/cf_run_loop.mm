@@ -23,7 +23,7 @@ CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds
     const double wait = std::clamp(seconds, 0.0, kLongest);
     const auto end =
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(wait));
-    zqm::platform::NativeExceptionKeeper keeper;
+    zqm::platform::ExceptionKeeper keeper;
     const std::uint64_t before = zqm::platform::handledSources();
     for (;;) {
         const std::chrono::duration<double> left = end - Clock::now();

@@ -7,14 +7,15 @@ namespace zqm::platform {
 // From now on the run loop lets the hub dispatch whenever the descriptor is readable.
 void watchOnMainRunLoop(int descriptor);
 
-// While one of these lives, a C++ exception of a callback does not unwind Foundation's run loop, which
-// would leave its state behind: it is kept, and rethrown by rethrowKept() once the run loop has returned.
-class NativeExceptionKeeper {
+// While one of these lives, an exception of a callback, native or NSException, does not unwind Foundation's
+// run loop, which would leave memory and state behind: it is kept, and thrown again by rethrowKept() once the
+// run loop has returned.
+class ExceptionKeeper {
 public:
-    NativeExceptionKeeper();
-    NativeExceptionKeeper(const NativeExceptionKeeper&) = delete;
-    NativeExceptionKeeper& operator=(const NativeExceptionKeeper&) = delete;
-    ~NativeExceptionKeeper();
+    ExceptionKeeper();
+    ExceptionKeeper(const ExceptionKeeper&) = delete;
+    ExceptionKeeper& operator=(const ExceptionKeeper&) = delete;
+    ~ExceptionKeeper();
 
     void rethrowKept();
 };

@@ -13,7 +13,8 @@ namespace zqm::platform {
 namespace {
 
 thread_local int keepers = 0;
-thread_local std::exception_ptr kept;
+thread_local std::exception_ptr keptNative;
+thread_local NSException* keptException = nil; // with a reference
 
 void dispatchInPool() {
     runInPool([] {
@@ -34,17 +35,20 @@ void watchOnMainRunLoop(int descriptor) {
                               forMode:NSDefaultRunLoopMode];
 }
 
-NativeExceptionKeeper::NativeExceptionKeeper() {
+ExceptionKeeper::ExceptionKeeper() {
     ++keepers;
 }
 
-NativeExceptionKeeper::~NativeExceptionKeeper() {
+ExceptionKeeper::~ExceptionKeeper() {
     --keepers;
 }
 
-void NativeExceptionKeeper::rethrowKept() {
-    if (kept) {
-        std::rethrow_exception(std::exchange(kept, nullptr));
+void ExceptionKeeper::rethrowKept() {
+    if (keptNative) {
+        std::rethrow_exception(std::exchange(keptNative, nullptr));
+    }
+    if (keptException != nil) {
+        zqmThrowException([std::exchange(keptException, nil) autorelease]);
     }
 }
 
@@ -72,16 +76,15 @@ void NativeExceptionKeeper::rethrowKept() {
         dispatchInPool();
         return;
     }
-    NSException* raised = nil;
+    if (keptNative || keptException != nil) {
+        return; // that comes first
+    }
     try {
-        raised = zqmCatchException([](void* /*context*/) { dispatchInPool(); }, nullptr);
+        keptException = zqmCatchException([](void* /*context*/) { dispatchInPool(); }, nullptr);
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
-        kept = std::current_exception();
-    }
-    if (raised != nil) {
-        zqmThrowException([raised autorelease]);
+        keptNative = std::current_exception();
     }
 }
 

@@ -30,7 +30,7 @@ struct Heard {
     std::function<void(NSSpeechSynthesizer*)> onFinish;
 };
 
-// Runs the run loop until the condition holds; false: it did not within a minute and a half.
+// Runs the run loop until the condition holds; false: it did not within minutes.
 bool runUntil(const std::function<bool()>& condition);
 
 // Runs the run loop until nothing more is delivered for a while.

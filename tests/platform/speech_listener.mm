@@ -61,7 +61,7 @@ namespace zqm::platform::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::seconds kPatience{90};
+constexpr std::chrono::seconds kPatience{300};
 
 } // namespace
 

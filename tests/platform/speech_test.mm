@@ -23,6 +23,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 extern "C" int ZQMPlatformEventDescriptor(void);
 
@@ -124,7 +125,7 @@ TEST_F(Speech, RefusesWhatItCantDo) {
 
 TEST_F(Speech, RefusingLeavesWhatIsSpokenAlone) {
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(20000), path("a.wav")));
+    ASSERT_TRUE(speaker.say(manyWords(3000), path("a.wav")));
     EXPECT_FALSE(speaker.say("a", path("none/a.wav")));
     ASSERT_TRUE(speaker.runToEnd());
     EXPECT_EQ(std::vector<bool>{true}, speaker.heard.finished);
@@ -329,8 +330,27 @@ TEST_F(Speech, AnExceptionOfTheDelegateLeavesEverythingInOrder) {
         NSException* const raised = raisedBy([&] { runUntil([] { return false; }); });
         ASSERT_NE(nil, raised);
         EXPECT_TRUE([[raised reason] isEqualToString:@"by the delegate"]);
+        EXPECT_EQ(nil, [[NSRunLoop currentRunLoop] currentMode])
+            << "Foundation's run loop was not left properly";
         EXPECT_EQ(count, [speaker.synthesizer retainCount]);
     }
+    ASSERT_TRUE(speaker.runToEnd());
+    EXPECT_EQ((std::vector<char>{'w', 'w', 'f'}), speaker.heard.order);
+}
+
+TEST_F(Speech, AnExceptionOfTheDelegateComesOutOfFoundationsRunLoopToo) {
+    Speaker speaker;
+    bool raise = true;
+    speaker.heard.onWord = [&](NSSpeechSynthesizer*) {
+        if (std::exchange(raise, false)) {
+            [NSException raise:@"ZQMTestException" format:@"by the delegate"];
+        }
+    };
+    ASSERT_TRUE(speaker.say("Hello world", path("a.wav")));
+    NSException* const raised =
+        raisedBy([] { [[NSRunLoop currentRunLoop] runUntilDate:[NSDate dateWithTimeIntervalSinceNow:60]]; });
+    ASSERT_NE(nil, raised);
+    EXPECT_TRUE([[raised reason] isEqualToString:@"by the delegate"]);
     ASSERT_TRUE(speaker.runToEnd());
     EXPECT_EQ((std::vector<char>{'w', 'w', 'f'}), speaker.heard.order);
 }
@@ -363,15 +383,17 @@ TEST_F(Speech, TwoObjectsSpeakAtOnce) {
 }
 
 TEST_F(Speech, EveryOfAHundredThousandWordsIsTold) {
+    constexpr std::size_t kWords = 100'000;
+    std::string text;
+    for (std::size_t index = 0; index < kWords; ++index) {
+        text += index % 10 == 9 ? "to. " : "to ";
+    }
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(100'000), path("a.wav")));
+    ASSERT_TRUE(speaker.say(text, path("a.wav")));
     ASSERT_TRUE(speaker.runToEnd());
-    ASSERT_EQ(100'000U, speaker.heard.words.size());
-    std::size_t index = 0;
-    for (const HeardWord& word : speaker.heard.words) {
-        ASSERT_EQ(index % 10 == 9 ? 3U : 4U, word.length) << index;
-        ASSERT_EQ(index * 5, word.position) << index;
-        ++index;
+    ASSERT_EQ(kWords, speaker.heard.words.size());
+    for (std::size_t index = 0; index < kWords; ++index) {
+        ASSERT_EQ((HeardWord{index / 10 * 31 + index % 10 * 3, 2}), speaker.heard.words[index]) << index;
     }
     EXPECT_TRUE(speaker.heard.finished.front());
 }
@@ -435,7 +457,7 @@ TEST_F(Speech, NoEngineOutlivesItsObject) {
 
 TEST_F(Speech, AForkLeavesTheParentsSpeechAlone) {
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(20000), path("a.wav")));
+    ASSERT_TRUE(speaker.say(manyWords(5000), path("a.wav")));
     const pid_t child = ::fork();
     if (child == 0) {
         const bool dead = ![speaker.synthesizer isSpeaking] && !speaker.say("a", path("b.wav"));
@@ -454,7 +476,7 @@ TEST_F(Speech, AForkLeavesTheParentsSpeechAlone) {
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(0, WEXITSTATUS(status));
     ASSERT_TRUE(speaker.runToEnd());
-    EXPECT_EQ(20000U, speaker.heard.words.size());
+    EXPECT_EQ(5000U, speaker.heard.words.size());
     EXPECT_EQ(std::vector<bool>{true}, speaker.heard.finished);
     EXPECT_FALSE(std::filesystem::exists(path("b.wav")));
 }
@@ -605,10 +627,10 @@ TEST_F(Speech, AnExistingFileIsReplacedWhenTheNewOneIsWhole) {
     std::ofstream(path("a.wav")) << "old";
     std::filesystem::permissions(path("a.wav"), std::filesystem::perms(0640));
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(20000), path("a.wav")));
+    ASSERT_TRUE(speaker.say(manyWords(3000), path("a.wav")));
     EXPECT_EQ(3U, std::filesystem::file_size(path("a.wav")));
     ASSERT_TRUE(speaker.runToEnd());
-    EXPECT_GT(SoundFile(path("a.wav")).seconds(), 1000);
+    EXPECT_GT(SoundFile(path("a.wav")).seconds(), 300);
     EXPECT_EQ(std::filesystem::perms(0640), std::filesystem::status(path("a.wav")).permissions());
     EXPECT_EQ(1U, filesIn(folder_));
 }
@@ -683,6 +705,13 @@ struct Holdings {
     std::size_t memory = zqm::support::residentMemory();
 };
 
+// The address sanitizer keeps it to catch late uses, and looks for leaks itself.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kFreedMemoryIsGivenBack = false;
+#else
+constexpr bool kFreedMemoryIsGivenBack = true;
+#endif
+
 template <typename Round>
 void expectNothingIsLost(int rounds, std::size_t tolerated, Round&& round) {
     const auto run = [&](int count) {
@@ -699,7 +728,9 @@ void expectNothingIsLost(int rounds, std::size_t tolerated, Round&& round) {
     const Holdings twice = run(2 * rounds);
     EXPECT_EQ(before.descriptors, once.descriptors);
     EXPECT_EQ(before.descriptors, twice.descriptors);
-    EXPECT_LE(twice.memory, once.memory + tolerated);
+    if (kFreedMemoryIsGivenBack) {
+        EXPECT_LE(twice.memory, once.memory + tolerated);
+    }
 }
 
 constexpr std::size_t kTolerated = std::size_t{1} << 20;
