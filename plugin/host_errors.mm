@@ -6,15 +6,11 @@
 #include "plugin/sibling_methods.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace {
-
-struct FreeMemory {
-    void operator()(void* memory) const { std::free(memory); }
-};
 
 OwnedObject newExceptionObject(const char* className) {
     OwnedObject object{REALnewInstance(className)};
@@ -45,7 +41,7 @@ void RaiseOutOfBoundsException(std::int64_t value, std::int64_t count, const cha
     const char* parameter = parameterName != nullptr ? parameterName : "?";
     const char* method = methodName != nullptr ? methodName : "";
     const std::size_t size = std::strlen(parameter) + std::strlen(method) + kRoomForWording;
-    const std::unique_ptr<char, FreeMemory> message{static_cast<char*>(std::calloc(size, 1))};
+    const std::unique_ptr<char[]> message{new (std::nothrow) char[size]()};
     if (message == nullptr) {
         RaiseException("OutOfBoundsException", "Out of Bounds", 0, 0);
         return;

@@ -11,6 +11,8 @@ class OwnedHandle {
 public:
     OwnedHandle() = default;
     explicit OwnedHandle(Handle handle) : handle_(handle) {}
+    OwnedHandle(const OwnedHandle&) = delete;
+    OwnedHandle& operator=(const OwnedHandle&) = delete;
     OwnedHandle(OwnedHandle&& other) noexcept : handle_(other.release()) {}
     OwnedHandle& operator=(OwnedHandle&& other) noexcept {
         std::swap(handle_, other.handle_);

@@ -54,7 +54,7 @@ REALstring buildWithEncoding(const void* data, std::int64_t length, std::uint32_
 std::size_t convertToUTF16(const char* data, std::size_t unitCount, char16_t* out) {
     char16_t* end = out;
     for (std::size_t i = 0; i < unitCount; ++i) {
-        char32_t unit;
+        char32_t unit = 0;
         std::memcpy(&unit, data + i * sizeof unit, sizeof unit);
         if (unit >= kBeyondUnicode) {
             *end++ = kReplacement;
@@ -90,8 +90,7 @@ REALstring buildFromUTF32(const void* data, std::int64_t length) {
 // ASCII is what it is in every encoding that extends it, and tells the host more than the encoding does.
 std::uint32_t narrowed(const char* data, std::int64_t length, std::uint32_t encoding) {
     const bool extendsASCII = encoding == kCFStringEncodingMacRoman ||
-                              encoding == kCFStringEncodingWindowsLatin1 ||
-                              encoding == kEncodingNone;
+                              encoding == kCFStringEncodingWindowsLatin1 || encoding == kEncodingNone;
     const bool isASCII = extendsASCII && std::all_of(data, data + length, [](char byte) {
                              return static_cast<unsigned char>(byte) < 0x80;
                          });
@@ -147,7 +146,7 @@ CFStringRef RBString2CFString(REALstring string) {
 REALstring CFString2RBString(CFStringRef string) {
     constexpr CFIndex kLongestOnStack = 99; // UTF-16 units
     constexpr CFIndex kBytesOnStack = 600;
-    constexpr CFIndex kBytesPerUnit = 2 * 3;
+    constexpr CFIndex kBytesPerUnit = 6;
 
     if (string == nullptr) {
         return nullptr;

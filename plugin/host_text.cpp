@@ -3,8 +3,8 @@
 #include "plugin/entry_points.h"
 #include "plugin/host_strings.h"
 
-#include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -17,7 +17,6 @@ rbText::~rbText() {
     if (recordFilled_) {
         REALDisposeStringData(&record_);
     }
-    std::free(copy_);
     if (string_ != nullptr) {
         REALUnlockString(string_);
     }
@@ -59,13 +58,14 @@ void rbText::terminate() {
     if (data_[length_] == '\0') {
         return;
     }
-    copy_ = static_cast<char*>(std::calloc(static_cast<std::size_t>(length_) + kRoomAfterCopy, 1));
+    const auto size = static_cast<std::size_t>(length_);
+    copy_.reset(new (std::nothrow) char[size + kRoomAfterCopy]());
     if (copy_ == nullptr) {
         length_ = 0;
         data_ = kEmpty;
         fetchFailed_ = true;
         return;
     }
-    std::memcpy(copy_, data_, static_cast<std::size_t>(length_));
-    data_ = copy_;
+    std::memcpy(copy_.get(), data_, size);
+    data_ = copy_.get();
 }

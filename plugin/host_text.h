@@ -5,6 +5,7 @@
 #include "plugin/host_interface.h"
 
 #include <cstdint>
+#include <memory>
 
 class rbText {
 public:
@@ -32,7 +33,7 @@ private:
     REALstring string_;
     std::int64_t length_ = -1;
     const char* data_ = nullptr;
-    char* copy_ = nullptr;
+    std::unique_ptr<char[]> copy_;
     REALstringData record_{};
     bool rawBytes_;
     bool recordFilled_ = false;

@@ -19,6 +19,8 @@ void raise(const char* className, const char* message) {
     }
     struct Raising {
         Raising() { isRaising = true; }
+        Raising(const Raising&) = delete;
+        Raising& operator=(const Raising&) = delete;
         ~Raising() { isRaising = false; }
     } const raising;
     RaiseException(className, message, 0, 0);

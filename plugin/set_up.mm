@@ -5,6 +5,7 @@
 CFMutableDictionaryRef instances = nullptr;
 
 void CocoaInit() {
+    // NOLINTNEXTLINE(readability-identifier-naming): the family's name for it
     static bool ExceptionsInitialized = false;
 
     if (instances == nullptr && [NSException respondsToSelector:@selector(GetInstancesDictionaryZQM)]) {

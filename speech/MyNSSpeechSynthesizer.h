@@ -8,15 +8,15 @@
 #import <AppKit/AppKit.h>
 
 // The events of the host class, in the order of its table.
-enum SynthesizerEvent {
-    kDidFinishSpeaking,
-    kWillSpeakWord,
-    kWillSpeakPhoneme,
-    kDidEncounterErrorAtIndex,
-    kDidEncounterSyncMessage,
-    kSynthesizerEventCount
+enum SynthesizerEvent : std::uint8_t {
+    DidFinishSpeaking,
+    WillSpeakWord,
+    WillSpeakPhoneme,
+    DidEncounterErrorAtIndex,
+    DidEncounterSyncMessage,
+    SynthesizerEventCount
 };
-extern EventRecord synthesizerEvents[kSynthesizerEventCount];
+extern EventRecord synthesizerEvents[SynthesizerEventCount];
 
 @interface MyNSSpeechSynthesizer : NSSpeechSynthesizer <NSSpeechSynthesizerDelegate> {
     NSString* lastText; // retained: keeps the text alive while the platform speaks it

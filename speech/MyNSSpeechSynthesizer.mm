@@ -14,12 +14,12 @@ struct Callback {
 // The event that a delegate callback is raised as; null for any other selector.
 const EventRecord* eventOfCallback(SEL selector) {
     const Callback callbacks[] = {
-        {@selector(speechSynthesizer:didFinishSpeaking:), &synthesizerEvents[kDidFinishSpeaking]},
-        {@selector(speechSynthesizer:willSpeakWord:ofString:), &synthesizerEvents[kWillSpeakWord]},
-        {@selector(speechSynthesizer:willSpeakPhoneme:), &synthesizerEvents[kWillSpeakPhoneme]},
+        {@selector(speechSynthesizer:didFinishSpeaking:), &synthesizerEvents[DidFinishSpeaking]},
+        {@selector(speechSynthesizer:willSpeakWord:ofString:), &synthesizerEvents[WillSpeakWord]},
+        {@selector(speechSynthesizer:willSpeakPhoneme:), &synthesizerEvents[WillSpeakPhoneme]},
         {@selector(speechSynthesizer:didEncounterErrorAtIndex:ofString:message:),
-         &synthesizerEvents[kDidEncounterErrorAtIndex]},
-        {@selector(speechSynthesizer:didEncounterSyncMessage:), &synthesizerEvents[kDidEncounterSyncMessage]},
+         &synthesizerEvents[DidEncounterErrorAtIndex]},
+        {@selector(speechSynthesizer:didEncounterSyncMessage:), &synthesizerEvents[DidEncounterSyncMessage]},
     };
     for (const Callback& callback : callbacks) {
         if (sel_isEqual(callback.selector, selector)) {
@@ -83,31 +83,31 @@ std::int64_t hostInteger(NSUInteger value) {
 }
 
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender didFinishSpeaking:(BOOL)finishedSpeaking {
-    raiseEvent(target, synthesizerEvents[kDidFinishSpeaking],
+    raiseEvent(target, synthesizerEvents[DidFinishSpeaking],
                std::int64_t{static_cast<signed char>(finishedSpeaking)});
 }
 
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender
             willSpeakWord:(NSRange)range
                  ofString:(NSString*)string {
-    raiseEvent(target, synthesizerEvents[kWillSpeakWord], hostInteger(range.location),
+    raiseEvent(target, synthesizerEvents[WillSpeakWord], hostInteger(range.location),
                hostInteger(range.length), string);
 }
 
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender willSpeakPhoneme:(short)opcode {
-    raiseEvent(target, synthesizerEvents[kWillSpeakPhoneme], std::int64_t{opcode});
+    raiseEvent(target, synthesizerEvents[WillSpeakPhoneme], std::int64_t{opcode});
 }
 
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender
     didEncounterErrorAtIndex:(NSUInteger)characterIndex
                     ofString:(NSString*)string
                      message:(NSString*)message {
-    raiseEvent(target, synthesizerEvents[kDidEncounterErrorAtIndex], hostInteger(characterIndex), string,
+    raiseEvent(target, synthesizerEvents[DidEncounterErrorAtIndex], hostInteger(characterIndex), string,
                message);
 }
 
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender didEncounterSyncMessage:(NSString*)message {
-    raiseEvent(target, synthesizerEvents[kDidEncounterSyncMessage], message);
+    raiseEvent(target, synthesizerEvents[DidEncounterSyncMessage], message);
 }
 
 @end

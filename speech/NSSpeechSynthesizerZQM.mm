@@ -9,7 +9,7 @@
 
 #include <iterator>
 
-EventRecord synthesizerEvents[kSynthesizerEventCount] = {
+EventRecord synthesizerEvents[SynthesizerEventCount] = {
     {"didFinishSpeaking(finishedSpeaking as boolean)"},
     {"willSpeakWord(Position as integer, Length as integer, Text as String)"},
     {"willSpeakPhoneme(phonemeOpcode as integer)"},
@@ -216,7 +216,7 @@ constinit ClassRecord NSSpeechSynthesizerClass = {
     .methods = kMethods,
     .methodCount = std::size(kMethods),
     .events = synthesizerEvents,
-    .eventCount = kSynthesizerEventCount,
+    .eventCount = SynthesizerEventCount,
     .constants = kConstants,
     .constantCount = std::size(kConstants),
 };

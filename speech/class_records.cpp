@@ -2,5 +2,5 @@
 
 #include "speech/records.h"
 
-const std::array<ClassRecord*, 3> kClassRecords = {&NSSpeechRecognizerClass, &NSVoiceClass,
-                                                   &NSSpeechSynthesizerClass};
+constexpr std::array<ClassRecord*, 3> kClassRecords = {&NSSpeechRecognizerClass, &NSVoiceClass,
+                                                       &NSSpeechSynthesizerClass};

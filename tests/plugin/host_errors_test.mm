@@ -10,17 +10,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <new>
 
-// Set to make the next allocation of zeroed memory fail; see the linker's --wrap.
+// Set to make the next allocation that may fail do so.
 static bool refuseNextAllocation = false;
 
-extern "C" void* __real_calloc(std::size_t count, std::size_t size);
-extern "C" void* __wrap_calloc(std::size_t count, std::size_t size) {
-    if (std::exchange(refuseNextAllocation, false)) {
-        return nullptr;
-    }
-    return __real_calloc(count, size);
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return std::exchange(refuseNextAllocation, false) ? nullptr : ::operator new[](size);
 }
 
 namespace {
