@@ -2,7 +2,8 @@
 #include <CoreServices/CoreServices.h>
 
 _Static_assert(sizeof(CFIndex) == 8, "CFIndex is a 64-bit long");
-_Static_assert(sizeof(Boolean) == 1 && sizeof(UniChar) == 2 && sizeof(CFStringEncoding) == 4, "Apple's sizes");
+_Static_assert(sizeof(Boolean) == 1 && sizeof(UniChar) == 2 && sizeof(CFStringEncoding) == 4,
+               "Apple's sizes");
 _Static_assert(sizeof(FSRef) == 80 && sizeof(HFSUniStr255) == 512, "Apple's sizes");
 
 CFIndex lengthOfHelloInC(void) {

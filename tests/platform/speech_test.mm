@@ -481,6 +481,25 @@ TEST_F(Speech, AForkLeavesTheParentsSpeechAlone) {
     EXPECT_FALSE(std::filesystem::exists(path("b.wav")));
 }
 
+TEST_F(Speech, NoEngineOutlivesItsHost) {
+    GTEST_FLAG_SET(death_test_style, "fast");
+    const std::string note = path("engine");
+    EXPECT_EXIT(
+        {
+            Speaker speaker;
+            speaker.say(manyWords(50000), path("a.wav"));
+            std::ofstream(note) << zqm::support::childrenOfThisProcess().back();
+            ::_exit(0);
+        },
+        testing::ExitedWithCode(0), "");
+    pid_t engine = 0;
+    std::ifstream(note) >> engine;
+    ASSERT_GT(engine, 0);
+    EXPECT_TRUE(waitUntil([&] { return !zqm::support::isAlive(engine); }));
+    std::filesystem::remove(note);
+    EXPECT_TRUE(waitUntil([&] { return filesIn(folder_) == 0; })) << "nor does its half-written file";
+}
+
 // ---- properties
 
 TEST_F(Speech, RateAndVolumeAreKeptAsGiven) {
