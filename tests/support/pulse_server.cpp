@@ -74,6 +74,10 @@ void PulseServer::freeze() {
     server_->signal(SIGSTOP);
 }
 
+void PulseServer::thaw() {
+    server_->signal(SIGCONT);
+}
+
 void PulseServer::restart() {
     kill();
     std::filesystem::remove(folder_ / "native");

@@ -33,6 +33,7 @@ public:
     void kill();
     // Stops it with SIGSTOP: it answers nobody any more, but takes connections.
     void freeze();
+    void thaw();
     // Starts it again on the same address, after kill() or freeze().
     void restart();
 

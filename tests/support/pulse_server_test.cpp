@@ -80,7 +80,7 @@ TEST(PulseServer, AnswersNobodyWhenFrozen) {
     server.freeze();
     EXPECT_TRUE(runProcess("pactl", {"info"}, {.environment = server.environment()}, std::chrono::seconds(1))
                     .timedOut);
-    server.restart();
+    server.thaw();
     EXPECT_TRUE(runProcess("pactl", {"info"}, {.environment = server.environment()}).succeeded());
 }
 
