@@ -1,0 +1,181 @@
+// Speech as it is heard.
+
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/live/sounded_parts.h"
+#include "tests/live/speaker.h"
+#include "tests/support/monitor_recording.h"
+#include "tests/support/process.h"
+#include "tests/support/pulse_server.h"
+#include "tests/support/sound_file.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/word_fixtures.h"
+
+namespace zqm::live {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kMixed = "⟦It⟧ ⟦costs⟧ ⟦$25.50⟧ ⟦for⟧ ⟦the⟧ ⟦e-mail⟧ ⟦service⟧, ⟦don't⟧ ⟦you⟧ ⟦think⟧? "
+                               "⟦The⟧ ⟦café⟧ ⟦😀⟧ ⟦is⟧ ⟦open⟧.\\n"
+                               "⟦A⟧ ⟦second⟧ ⟦paragraph⟧ ⟦follows⟧.";
+constexpr const char* kOther =
+    "⟦While⟧ ⟦one⟧ ⟦speaks⟧, ⟦another⟧ ⟦one⟧ ⟦speaks⟧ ⟦of⟧ ⟦something⟧ ⟦else⟧ ⟦entirely⟧.";
+constexpr const char* kLong =
+    "⟦This⟧ ⟦is⟧ ⟦a⟧ ⟦long⟧ ⟦sentence⟧ ⟦that⟧ ⟦is⟧ ⟦going⟧ ⟦to⟧ ⟦be⟧ ⟦cut⟧ ⟦short⟧ ⟦in⟧ "
+    "⟦the⟧ ⟦middle⟧, ⟦so⟧ ⟦nobody⟧ ⟦will⟧ ⟦ever⟧ ⟦hear⟧ ⟦the⟧ ⟦last⟧ ⟦words⟧ ⟦of⟧ ⟦it⟧.";
+
+// Of the sound; what a busy machine makes a server stretch it by included.
+constexpr double kTolerance = 0.3;
+
+class LiveSpeech : public testing::Test {
+protected:
+    LiveSpeech() { runtime_.load(pluginPath()); }
+    void TearDown() override { EXPECT_TRUE(runtime_.reports().empty()); }
+
+    // Seconds from the first to the last sound of a text spoken into a file.
+    double secondsInFile(const std::string& text) {
+        Speaker speaker(runtime_);
+        const std::filesystem::path path = folder_ / "speech.wav";
+        EXPECT_TRUE(speaker.startToFile(text, path));
+        EXPECT_TRUE(speaker.waitForEnd());
+        const support::SoundFile file(path);
+        return heardSeconds(file.samples, file.rate);
+    }
+
+    support::TemporaryFolder folder_;
+    support::PulseServer server_;
+    support::ScopedPulseServer use_{server_};
+    host::Runtime runtime_;
+};
+
+TEST_F(LiveSpeech, IsHeardAsLongAsInAFile) {
+    const support::MarkedText text = support::parseMarkedText(kMixed);
+    const support::MonitorRecording recording(server_);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(text.text));
+    EXPECT_TRUE(speaker.object().get("isSpeaking").asBool());
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_EQ(speaker.finished(), true);
+    EXPECT_EQ(speaker.timesFinished(), 1U);
+    EXPECT_EQ(speaker.words(), text.words);
+    EXPECT_TRUE(speaker.textsWereWhole());
+    const std::vector<float> samples = recording.samples();
+    EXPECT_NEAR(heardSeconds(samples, recording.rate()), secondsInFile(text.text), kTolerance);
+    EXPECT_GT(support::rms(samples), 0.01);
+}
+
+TEST_F(LiveSpeech, OfTwoObjectsIsHeardAtOnce) {
+    const support::MarkedText first = support::parseMarkedText(kMixed);
+    const support::MarkedText second = support::parseMarkedText(kOther);
+    const support::MonitorRecording recording(server_);
+    Speaker one(runtime_);
+    Speaker other(runtime_);
+    ASSERT_TRUE(one.start(first.text));
+    ASSERT_TRUE(other.start(second.text));
+    ASSERT_TRUE(one.waitForEnd());
+    ASSERT_TRUE(other.waitForEnd());
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_EQ(one.finished(), true);
+    EXPECT_EQ(other.finished(), true);
+    EXPECT_EQ(one.words(), first.words);
+    EXPECT_EQ(other.words(), second.words);
+    // One after the other would be as long as both together.
+    const double longer = std::max(secondsInFile(first.text), secondsInFile(second.text));
+    EXPECT_NEAR(heardSeconds(recording.samples(), recording.rate()), longer, kTolerance);
+}
+
+TEST_F(LiveSpeech, GoesOnWithoutARunLoop) {
+    const support::MarkedText text = support::parseMarkedText(kOther);
+    const support::MonitorRecording recording(server_);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(text.text));
+    while (speaker.object().get("isSpeaking").asBool()) {
+        std::this_thread::sleep_for(10ms);
+    }
+    EXPECT_TRUE(speaker.words().empty());
+    EXPECT_FALSE(speaker.finished().has_value());
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_NEAR(heardSeconds(recording.samples(), recording.rate()), secondsInFile(text.text), kTolerance);
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), true);
+    EXPECT_EQ(speaker.words(), text.words);
+}
+
+TEST_F(LiveSpeech, FallsSilentWhenItIsStopped) {
+    const support::MarkedText text = support::parseMarkedText(kLong);
+    const support::MonitorRecording recording(server_);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(text.text));
+    ASSERT_TRUE(speaker.waitForWords(4));
+    speaker.stop();
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), false);
+    EXPECT_LT(speaker.words().size(), text.words.size());
+    std::this_thread::sleep_for(2s);
+    ASSERT_TRUE(recording.catchUp());
+    const double heard = heardSeconds(recording.samples(), recording.rate());
+    EXPECT_GT(heard, 0.2);
+    EXPECT_LT(heard, secondsInFile(text.text) / 2);
+    EXPECT_EQ(speaker.timesFinished(), 1U);
+}
+
+TEST_F(LiveSpeech, FallsSilentWhenItsObjectGoes) {
+    const std::string text = support::parseMarkedText(kLong).text;
+    const support::MonitorRecording recording(server_);
+    {
+        Speaker speaker(runtime_);
+        ASSERT_TRUE(speaker.start(text));
+        ASSERT_TRUE(speaker.waitForWords(4));
+    }
+    std::this_thread::sleep_for(2s);
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_LT(heardSeconds(recording.samples(), recording.rate()), secondsInFile(text) / 2);
+}
+
+TEST_F(LiveSpeech, IsAsLoudAsTheVolumeSays) {
+    const std::string text = support::parseMarkedText(kOther).text;
+    const auto loudnessAt = [&](double volume) {
+        const support::MonitorRecording recording(server_);
+        Speaker speaker(runtime_);
+        speaker.object().set("Volume", volume);
+        EXPECT_TRUE(speaker.start(text));
+        EXPECT_TRUE(speaker.waitForEnd());
+        EXPECT_EQ(speaker.finished(), true);
+        EXPECT_TRUE(recording.catchUp());
+        const std::vector<float> samples = recording.samples();
+        const std::vector<SoundedPart> whole = soundedParts(samples, samples.size() + 1, 0.0005F);
+        return whole.empty()
+                   ? 0
+                   : support::rms(std::span(samples).subspan(whole[0].begin, whole[0].end - whole[0].begin));
+    };
+    const double full = loudnessAt(1);
+    EXPECT_GT(full, 0.02);
+    EXPECT_NEAR(loudnessAt(0.25) / full, 0.25, 0.05);
+    EXPECT_DOUBLE_EQ(loudnessAt(0), 0);
+}
+
+TEST_F(LiveSpeech, LeavesTheServerWhenItIsOver) {
+    const auto playing = [this] {
+        const support::ProcessResult result = support::runProcess("pactl", {"list", "short", "sink-inputs"},
+                                                                  {.environment = server_.environment()});
+        EXPECT_TRUE(result.succeeded()) << result.errors;
+        return result.output;
+    };
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(support::parseMarkedText(kOther).text));
+    ASSERT_TRUE(speaker.waitForWords(2));
+    EXPECT_NE(playing(), "");
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_TRUE(runtime_.runUntil([&] { return playing().empty(); }, host::Seconds(60)));
+}
+
+} // namespace
+} // namespace zqm::live

@@ -1,0 +1,145 @@
+// Sound servers that aren't there, or go away.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/live/sounded_parts.h"
+#include "tests/live/speaker.h"
+#include "tests/support/monitor_recording.h"
+#include "tests/support/pulse_server.h"
+#include "tests/support/sound_file.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/word_fixtures.h"
+
+namespace zqm::live {
+namespace {
+
+constexpr const char* kText = "⟦This⟧ ⟦goes⟧ ⟦on⟧ ⟦for⟧ ⟦a⟧ ⟦while⟧, ⟦so⟧ ⟦there⟧ ⟦is⟧ ⟦time⟧ ⟦enough⟧ ⟦for⟧ "
+                              "⟦something⟧ ⟦to⟧ ⟦go⟧ ⟦wrong⟧ ⟦with⟧ ⟦it⟧.";
+
+class ServerFaults : public testing::Test {
+protected:
+    ServerFaults() { runtime_.load(pluginPath()); }
+    void TearDown() override { EXPECT_TRUE(runtime_.reports().empty()); }
+
+    void expectSpoken(Speaker& speaker, const support::PulseServer& server) {
+        const support::MonitorRecording recording(server);
+        ASSERT_TRUE(speaker.start(text_.text));
+        ASSERT_TRUE(speaker.waitForEnd());
+        EXPECT_EQ(speaker.finished(), true);
+        EXPECT_EQ(speaker.words(), text_.words);
+        ASSERT_TRUE(recording.catchUp());
+        EXPECT_GT(heardSeconds(recording.samples(), recording.rate()), 1);
+    }
+
+    const support::MarkedText text_ = support::parseMarkedText(kText);
+    host::Runtime runtime_;
+};
+
+TEST_F(ServerFaults, AServerKilledInMidSpeechEndsTheSpeechAndTheNextOneIsUsed) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(text_.text));
+    ASSERT_TRUE(speaker.waitForWords(3));
+    server.kill();
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), false);
+    EXPECT_EQ(speaker.timesFinished(), 1U);
+    EXPECT_LT(speaker.words().size(), text_.words.size());
+    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+
+    EXPECT_FALSE(speaker.start(text_.text));
+    server.restart();
+    expectSpoken(speaker, server);
+}
+
+TEST_F(ServerFaults, EveryObjectHearsThatTheServerIsGone) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    Speaker one(runtime_);
+    Speaker other(runtime_);
+    ASSERT_TRUE(one.start(text_.text));
+    ASSERT_TRUE(other.start(text_.text));
+    ASSERT_TRUE(one.waitForWords(2));
+    ASSERT_TRUE(other.waitForWords(2));
+    server.kill();
+    ASSERT_TRUE(one.waitForEnd());
+    ASSERT_TRUE(other.waitForEnd());
+    EXPECT_EQ(one.finished(), false);
+    EXPECT_EQ(other.finished(), false);
+}
+
+TEST_F(ServerFaults, WithoutAServerSpeechDoesNotStartButFilesAreWritten) {
+    const support::ScopedPulseServer use(support::ScopedPulseServer::unreachableAddress());
+    const support::TemporaryFolder folder;
+    Speaker speaker(runtime_);
+    EXPECT_FALSE(speaker.start(text_.text));
+    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    runtime_.runFor(host::Seconds(0.3));
+    EXPECT_FALSE(speaker.finished().has_value());
+    EXPECT_TRUE(speaker.words().empty());
+
+    ASSERT_TRUE(speaker.startToFile(text_.text, folder / "speech.wav"));
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), true);
+    EXPECT_EQ(speaker.words(), text_.words);
+    const support::SoundFile file(folder / "speech.wav");
+    EXPECT_GT(heardSeconds(file.samples, file.rate), 1);
+}
+
+TEST_F(ServerFaults, AServerThatDoesNotAnswerKeepsNobodyWaiting) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    server.freeze();
+    Speaker speaker(runtime_);
+    EXPECT_FALSE(speaker.start(text_.text));
+    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    const support::TemporaryFolder folder;
+    ASSERT_TRUE(speaker.startToFile(text_.text, folder / "speech.wav"));
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), true);
+    EXPECT_EQ(speaker.words(), text_.words);
+    server.restart();
+    expectSpoken(speaker, server);
+}
+
+TEST_F(ServerFaults, AServerFrozenInMidSpeechIsNoReasonNotToStop) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(text_.text));
+    ASSERT_TRUE(speaker.waitForWords(2));
+    server.freeze();
+    speaker.stop();
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), false);
+}
+
+TEST_F(ServerFaults, SpeechGoesOnWithAServerThatWasFrozenForAWhile) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(text_.text));
+    ASSERT_TRUE(speaker.waitForWords(2));
+    server.freeze();
+    runtime_.runFor(host::Seconds(1));
+    server.thaw();
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), true);
+    EXPECT_EQ(speaker.words(), text_.words);
+}
+
+TEST_F(ServerFaults, AServerThatComesLaterIsUsed) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    server.kill();
+    Speaker speaker(runtime_);
+    EXPECT_FALSE(speaker.start(text_.text));
+    server.restart();
+    expectSpoken(speaker, server);
+}
+
+} // namespace
+} // namespace zqm::live
