@@ -57,7 +57,7 @@ TEST_F(SayEvents, OfSeveralLinesFromStandardInput) {
 
 TEST_F(SayEvents, OfManyWords) {
     std::string line;
-    for (int index = 0; index < 3000; ++index) {
+    for (int index = 0; index < 500; ++index) {
         line += "⟦word⟧ ⟦and⟧ ";
     }
     support::ProcessOptions options = bareOptions();
