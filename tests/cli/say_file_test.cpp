@@ -125,6 +125,16 @@ TEST_F(SayFile, TextsAreUtf8WhateverTheLocale) {
     }
 }
 
+// GNUstep can't read such arguments and variables by itself.
+TEST_F(SayFile, NamesThatAreNoUtf8DoNotMatter) {
+    std::ofstream(folder_ / "gr\xFC\xDF e.txt") << "Hello";
+    support::ProcessOptions options = bareOptions();
+    options.environment["NAME"] = "M\xFCller";
+    EXPECT_GT(written("x.wav", {"-f", path("gr\xFC\xDF e.txt")}).seconds(), 0.2);
+    EXPECT_GT(written("y.wav", {"Hello"}, options).seconds(), 0.2);
+    EXPECT_GT(written("z.wav", {"-f", path("gr\xFC\xDF e.txt")}, options).seconds(), 0.2);
+}
+
 TEST_F(SayFile, ASlowerRateTakesLonger) {
     const double slow = written("slow.wav", {"--rate", "90", "One two three four five"}).seconds();
     const double usual = written("usual.wav", {"One two three four five"}).seconds();
