@@ -165,7 +165,9 @@ TEST_F(SayFile, TheFallbackIsNotForAFile) {
 
 TEST_F(SayFile, AProgramBesideItNeedsNoSettingsNorFolder) {
     const support::ProcessResult result =
-        sayInShell("cd / && exec env -i PULSE_SERVER=none \"$0\" say -o \"$1\" Hello", {path("x.wav")});
+        sayInShell("cd / && exec env -i PULSE_SERVER=none ASAN_OPTIONS=\"$ASAN_OPTIONS\" "
+                   "LSAN_OPTIONS=\"$LSAN_OPTIONS\" \"$0\" say -o \"$1\" Hello",
+                   {path("x.wav")});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
     EXPECT_GT(SoundFile(path("x.wav")).seconds(), 0.2);
