@@ -1,0 +1,41 @@
+// What the library shows to the system's tools.
+
+#include "tests/support/process.h"
+
+#include <gmock/gmock.h>
+#include <sstream>
+
+namespace zqm::endtoend {
+namespace {
+
+std::vector<std::string> linesOf(const std::string& program, const std::vector<std::string>& arguments) {
+    const auto result = support::runProcess(program, arguments);
+    EXPECT_TRUE(result.succeeded()) << result.errors;
+    std::istringstream output(result.output);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(output, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+TEST(Library, ExportsItsEntryFunctionAlone) {
+    EXPECT_THAT(linesOf("nm", {"-D", "--defined-only", "--format=just-symbols", ZQM_PLUGIN}),
+                testing::ElementsAre("REALPluginMain"));
+}
+
+TEST(Library, NeedsNothingThatMakesSound) {
+    std::vector<std::string> needed;
+    for (const std::string& line : linesOf("readelf", {"--dynamic", "--wide", ZQM_PLUGIN})) {
+        if (line.find("(NEEDED)") != std::string::npos) {
+            needed.push_back(line);
+        }
+    }
+    EXPECT_THAT(needed, testing::Contains(testing::HasSubstr("libzqmplatform.so")));
+    for (const char* library : {"espeak", "pulse", "sndfile", "sphinx"}) {
+        EXPECT_THAT(needed, testing::Each(testing::Not(testing::HasSubstr(library))));
+    }
+}
+
+} // namespace
+} // namespace zqm::endtoend
