@@ -10,16 +10,16 @@ namespace zqm::engine {
 namespace {
 
 constexpr std::uint64_t kUnlimited = std::numeric_limits<std::uint64_t>::max();
-// AIFF counts its bytes in 32 bits, headers included.
-constexpr std::uint64_t kMostInAiff = (std::numeric_limits<std::uint32_t>::max() - 4096U) / 2;
+// AIFF and WAV count their bytes in 32 bits, headers included. Wider forms of WAV are unknown to many
+// readers, also where the file is small.
+constexpr std::uint64_t kMostIn32Bits = (std::numeric_limits<std::uint32_t>::max() - 4096U) / 2;
 
-// WAV is written as RF64, which becomes plain WAV on closing unless it grew beyond 4 GB. The first is what
-// a file without an extension gets.
+// The first is what a file without an extension gets.
 constexpr std::array kFormats{
-    FileFormat{"aiff", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, kMostInAiff},
-    FileFormat{"aif", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, kMostInAiff},
-    FileFormat{"aifc", SF_FORMAT_AIFF | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE, kMostInAiff},
-    FileFormat{"wav", SF_FORMAT_RF64 | SF_FORMAT_PCM_16, kUnlimited},
+    FileFormat{"aiff", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, kMostIn32Bits},
+    FileFormat{"aif", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, kMostIn32Bits},
+    FileFormat{"aifc", SF_FORMAT_AIFF | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE, kMostIn32Bits},
+    FileFormat{"wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, kMostIn32Bits},
     FileFormat{"flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, kUnlimited, false},
     FileFormat{"ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS, kUnlimited},
 };

@@ -42,7 +42,6 @@ struct FileOutput::Writer {
             }
             return false;
         }
-        sf_command(sound_, SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
         return error_.empty();
     }
 
@@ -157,7 +156,7 @@ void FileOutput::write(std::span<const std::int16_t> samples) {
         return;
     }
     if (samples.size() > format_->mostSamples - written_) {
-        fail("the speech is longer than a file of this format can be");
+        fail("the speech is longer than a file of this format can be (flac and ogg have no limit)");
         return;
     }
     if (!writer_->write(samples)) {

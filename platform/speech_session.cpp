@@ -95,18 +95,13 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
     }
     const auto deadline = engineDeadline();
     for (;;) {
-        protocol::Event event;
-        switch (link_->wait(event, deadline)) {
-        case EngineLink::Input::kNothing:
-            return fail(kMute, error);
-        case EngineLink::Input::kLost:
-            return fail(kEnded, error);
-        case EngineLink::Input::kEvent:
-            break;
+        const std::optional<protocol::Event> event = await(deadline, error);
+        if (!event) {
+            return false;
         }
-        const auto* const started = std::get_if<protocol::Started>(&event);
+        const auto* const started = std::get_if<protocol::Started>(&*event);
         if (started == nullptr || started->utterance != lastNumber_) {
-            if (!accept(event)) {
+            if (!accept(*event)) {
                 return fail(kNonsense, error);
             }
             continue;
@@ -120,6 +115,21 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
     }
 }
 
+std::optional<protocol::Event> SpeechSession::await(Clock::time_point deadline, std::string& error) {
+    protocol::Event event;
+    switch (link_->wait(event, deadline)) {
+    case EngineLink::Input::kNothing:
+        fail(kMute, error);
+        return std::nullopt;
+    case EngineLink::Input::kLost:
+        fail(kEnded, error);
+        return std::nullopt;
+    case EngineLink::Input::kEvent:
+        break;
+    }
+    return event;
+}
+
 bool SpeechSession::fail(const char* reason, std::string& error) {
     loseEngine(reason);
     error = reason;
@@ -130,8 +140,21 @@ void SpeechSession::stop() {
     if (!isSpeaking()) {
         return;
     }
-    link_->post(protocol::Stop{current()->number});
+    const std::uint64_t number = current()->number;
+    link_->post(protocol::Stop{number});
     interrupt();
+    awaitOutput(number);
+}
+
+void SpeechSession::awaitOutput(std::uint64_t number) {
+    const auto deadline = engineDeadline();
+    while (outputs_.contains(number)) {
+        std::string error;
+        const std::optional<protocol::Event> event = await(deadline, error);
+        if (event && !accept(*event)) {
+            fail(kNonsense, error);
+        }
+    }
 }
 
 bool SpeechSession::isSpeaking() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/protocol.h"
+#include "platform/deadline.h"
 #include "platform/engine_link.h"
 #include "platform/event_hub.h"
 #include "platform/output_file.h"
@@ -51,7 +52,8 @@ public:
     // why. An utterance that was being spoken is only ended once an engine is there for the new one.
     std::uint64_t start(const SpeechRequest& request, std::optional<OutputFile> output, std::string& error);
 
-    // Nothing but the end of the utterance is delivered of it from now on.
+    // Nothing but the end of the utterance is delivered of it from now on. A file that was being written is
+    // whole and in its place when this returns.
     void stop();
 
     // From a successful start to the end of the sound or file.
@@ -92,6 +94,9 @@ private:
     bool accept(const protocol::Event& event);
     bool accept(const protocol::Word& word);
     bool accept(const protocol::Finished& finished);
+    // The next message; nothing when the engine failed, and `error` then says how.
+    std::optional<protocol::Event> await(Clock::time_point deadline, std::string& error);
+    void awaitOutput(std::uint64_t number);
     bool fail(const char* reason, std::string& error);
     void loseEngine(const char* reason);
     [[nodiscard]] bool hasEvent() const;
