@@ -3,8 +3,6 @@
 // exception and leaves it half set up. This class gives GNUstep copies that it can read, before anyone
 // uses it. Nothing here looks at them.
 
-#define _GNU_SOURCE // environ, open_memstream, strdup
-
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
