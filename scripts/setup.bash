@@ -40,7 +40,7 @@ missing_packages() {
         if [[ "$installed" != *" installed:$package "* ]]; then
             printf '%s %s\n' "$package" "$reason"
         fi
-    done < <(packages "$@")
+    done <<<"$(packages "$@")"
 }
 
 # apt_get ARGUMENT...: as root, asking nothing, quiet unless it fails.
