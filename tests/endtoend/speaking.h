@@ -14,7 +14,7 @@
 namespace zqm::endtoend {
 
 inline constexpr const char* kSynthesizer = "NSSpeechSynthesizerZQM";
-inline constexpr host::Seconds kDeadline{60};
+inline constexpr host::Seconds kDeadline{300};
 
 std::string fileUrl(const std::filesystem::path& path);
 
