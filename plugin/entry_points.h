@@ -44,6 +44,9 @@ public:
         return Result();
     }
 
+    // Whether a call would reach the host.
+    bool isAvailable() { return slot_.function() != nullptr; }
+
 private:
     EntryPointSlot slot_;
 };

@@ -36,3 +36,20 @@ private:
 
 using OwnedString = OwnedHandle<REALstring, REALUnlockString>;
 using OwnedObject = OwnedHandle<REALobject, REALUnlockObject>;
+
+// One more lock on a borrowed handle. Where the host can't lock there is nothing to unlock: an empty owner.
+inline OwnedString locked(REALstring string) {
+    if (!REALLockString.isAvailable()) {
+        return {};
+    }
+    REALLockString(string);
+    return OwnedString{string};
+}
+
+inline OwnedObject locked(REALobject object) {
+    if (!REALLockObject.isAvailable()) {
+        return {};
+    }
+    REALLockObject(object);
+    return OwnedObject{object};
+}

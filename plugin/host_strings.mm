@@ -33,8 +33,7 @@ CFStringRef newCFString(const char* bytes, std::int64_t length, std::uint32_t en
 }
 
 CFStringRef newCFStringFromBytes(REALstring string, std::uint32_t encoding) {
-    REALLockString(string);
-    const OwnedString lock{string};
+    const OwnedString lock = locked(string);
     const std::int64_t length = hostStringByteLength(string);
     return newCFString(REALGetStringContents(string), length, encoding);
 }

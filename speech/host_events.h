@@ -39,8 +39,7 @@ void raiseEvent(REALobject target, const EventRecord& event, Arguments... argume
         if (handler == nullptr) {
             return;
         }
-        REALLockObject(target);
-        const OwnedObject lock{target};
+        const OwnedObject lock = locked(target);
         [&](const auto&... converted) {
             using Handler = void (*)(REALobject, decltype(EventArgument::passed(converted))...);
             reinterpret_cast<Handler>(handler)(target, EventArgument::passed(converted)...);

@@ -157,6 +157,18 @@ TEST(RBString2CFString, IsNullOrEmptyWithoutWhatItNeedsToReadBytes) {
     }
 }
 
+TEST(RBString2CFString, UnlocksNothingWhereTheHostCannotLock) {
+    inChild([] {
+        PluginHost host;
+        PluginHost::refuse("REALLockString");
+        const auto string = host->string("caf\x8E", encoding::kNone);
+        const auto before = host->ledger();
+        EXPECT_EQ(taken(RBString2CFString(string.handle())), "café");
+        EXPECT_EQ(host->ledger(), before);
+        EXPECT_THAT(host->reports(), IsEmpty());
+    });
+}
+
 TEST(HostStringByteLength, AsksAgainForAMethodThatFailedToLoad) {
     inChild([] {
         PluginHost host;

@@ -228,6 +228,20 @@ TEST_F(Events, PassANativeExceptionOnWithEverythingUnlocked) {
     });
 }
 
+TEST_F(Events, UnlockNothingWhereTheHostCannotLock) {
+    inChild([this] {
+        PluginHost::refuse("REALLockObject");
+        Object object = newSynthesizer();
+        const auto before = host->ledger();
+        for (const Callback& callback : callbacks()) {
+            object.on(callback.event, [](const Arguments&) {});
+            callback.call(platformObjectOf(object));
+            EXPECT_EQ(object.timesRaised(callback.event), 1U) << callback.event;
+        }
+        EXPECT_EQ(host->ledger(), before);
+    });
+}
+
 TEST_F(Events, KeepTheObjectAliveForAHandlerThatDropsIt) {
     Object object = newSynthesizer();
     MyNSSpeechSynthesizer* synthesizer = [platformObjectOf(object) retain];
