@@ -83,8 +83,9 @@ union OneFunctionOf<Only> {
     Only only;
 };
 
-// The function of a method: the object first (not for shared methods), then the arguments in the order
-// of the declaration. A signature that no member has yet joins the list with its first member.
+// The function of a method: the object first (not for shared methods), then the arguments in the order of
+// the declaration. The list holds the signatures of the family's members; another joins it with its first
+// member.
 using MethodFunction = OneFunctionOf<
     std::nullptr_t,
     // instance methods

@@ -2,10 +2,11 @@
 
 #pragma once
 
-#include "plugin/autorelease_pool.h"
 #include "plugin/host_handles.h"
 #include "plugin/host_strings.h"
 #include "plugin/platform_guard.h"
+
+#import <Foundation/Foundation.h>
 
 // The host program's handler of the event on this object; null when it has none.
 void* eventHandler(REALobject target, const EventRecord& event);

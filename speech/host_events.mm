@@ -23,6 +23,7 @@ void* eventHandler(REALobject target, const EventRecord& event) {
 
 void dropPlatformException(NSException* exception) {
     if (exception != nil) {
-        NSLog(@"%@", exception);
+        // Its description may raise in its turn.
+        runUnderPlatformGuard([&] { NSLog(@"%@", exception); });
     }
 }

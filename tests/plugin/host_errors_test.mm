@@ -62,6 +62,19 @@ TEST(RaiseException, NamesClassAndMessageAndAlwaysNumber0) {
     }
 }
 
+std::vector<std::pair<std::string, std::int64_t>> integersSet;
+
+TEST(RaiseException, SetsTheNumberTo0WhateverWasGiven) {
+    PluginHost host;
+    PluginHost::replace(
+        "REALSetPropValueInteger", +[](REALobject, const char* name, std::int64_t value) {
+            integersSet.emplace_back(name, value);
+            return true;
+        });
+    oneRaisedBy(host, [] { RaiseException("RuntimeException", "m", 5, 7); });
+    EXPECT_THAT(integersSet, testing::ElementsAre(testing::Pair("ErrorNumber", 0)));
+}
+
 TEST(RaiseException, OfAnUnknownClassIsARuntimeException) {
     PluginHost host;
     const auto raised = oneRaisedBy(host, [] { RaiseException("NoSuchClass", "x", 5, 0); });

@@ -9,8 +9,17 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <string>
+#include <tuple>
 #include <vector>
+
+static int arraysAllocated = 0;
+
+void* operator new[](std::size_t size) {
+    ++arraysAllocated;
+    return ::operator new(size);
+}
 
 namespace {
 
@@ -142,6 +151,61 @@ TEST(RBString2CFString, ResolvesTheSameNameOnceForEachOfItsTwoCallers) {
     });
 }
 
+TEST(RBString2CFString, NeverAsksForAPlatformStringOfAStringWithoutEncoding) {
+    inChild([] {
+        PluginHost host;
+        const auto string = host->string("plain", encoding::kNone);
+        const auto before = host->entryPoints().calls("REALGetStringCFString");
+        EXPECT_EQ(taken(RBString2CFString(string.handle())), "plain");
+        EXPECT_EQ(host->entryPoints().calls("REALGetStringCFString"), before);
+    });
+}
+
+// Bytes are an external representation, whose mark tells the order and is no text; UTF-16 is read as it is.
+TEST(RBString2CFString, TakesByteOrderMarksForWhatTheyAreInEachEncoding) {
+    inChild([] {
+        const std::string text16 = bytesOf(std::u16string(u"\uFEFFab"));
+        const std::string bigEndian32{"\0\0\xFE\xFF\0\0\0a\0\0\0b", 12};
+        for (const auto& [given, bytes, expected] :
+             {std::tuple{encoding::kUtf8, std::string("\uFEFFab"), std::string("ab")},
+              std::tuple{encoding::kUtf32, bytesOf(std::u32string(U"\uFEFFab")), std::string("ab")},
+              std::tuple{encoding::kUtf32, bigEndian32, std::string("ab")},
+              std::tuple{encoding::kUtf16, text16, std::string("\uFEFFab")}}) {
+            PluginHost host;
+            PluginHost::refuse("REALGetStringCFString");
+            const auto string = host->string(bytes, given);
+            EXPECT_EQ(taken(RBString2CFString(string.handle())), expected) << std::hex << given;
+        }
+    });
+}
+
+std::vector<std::string> hostCalls;
+
+TEST(RBString2CFString, HoldsTheStringWhileItReadsTheBytes) {
+    inChild([] {
+        PluginHost host;
+        static const auto resolver = zqm::host::Runtime::resolver();
+        PluginHost::replace(
+            "REALLockString", +[](REALstring string) {
+                hostCalls.push_back("lock");
+                reinterpret_cast<void (*)(REALstring)>(resolver("REALLockString"))(string);
+            });
+        PluginHost::replace(
+            "StringGetCString", +[](REALstring string) {
+                hostCalls.push_back("bytes");
+                return reinterpret_cast<const char* (*)(REALstring)>(resolver("StringGetCString"))(string);
+            });
+        PluginHost::replace(
+            "REALUnlockString", +[](REALstring string) {
+                hostCalls.push_back("unlock");
+                reinterpret_cast<void (*)(REALstring)>(resolver("REALUnlockString"))(string);
+            });
+        const auto string = host->string("held", encoding::kNone);
+        EXPECT_EQ(taken(RBString2CFString(string.handle())), "held");
+        EXPECT_THAT(hostCalls, testing::ElementsAre("lock", "bytes", "unlock"));
+    });
+}
+
 TEST(RBString2CFString, IsNullOrEmptyWithoutWhatItNeedsToReadBytes) {
     for (const char* name : {"StringGetCString", "REALLoadGlobalMethod"}) {
         inChild([name] {
@@ -223,6 +287,18 @@ TEST(CFString2RBString, OfNullAndOfAnEmptyStringIsNull) {
     CFStringRef empty = newCFString("");
     EXPECT_EQ(CFString2RBString(empty), nullptr);
     CFRelease(empty);
+}
+
+TEST(CFString2RBString, TakesMemoryOnlyForMoreThan99Units) {
+    PluginHost host;
+    for (const auto& [units, buffers] : {std::pair{99, 0}, std::pair{100, 1}}) {
+        CFStringRef string = newCFString(std::string(static_cast<std::size_t>(units), 'x'));
+        arraysAllocated = 0;
+        const REALstring result = CFString2RBString(string);
+        EXPECT_EQ(arraysAllocated, buffers) << units;
+        host->adopt(result);
+        CFRelease(string);
+    }
 }
 
 TEST(CFString2RBString, EndsAtTheFirstNul) {
@@ -329,6 +405,29 @@ TEST_P(UnicodeBuilders, ConvertUtf32ToUtf8) {
               (Built{"aÿ\uFFFF𐀀\U0010FFFF", encoding::kUtf8}));
     EXPECT_EQ(host->ledger(), before);
     EXPECT_THAT(host->reports(), IsEmpty());
+}
+
+// Which of the host's two builders is used, by the host's version.
+TEST_P(UnicodeBuilders, UseTheBuilderWithAnEncodingAsSoonAsTheHostHasIt) {
+    for (const auto& [given, since] :
+         {std::pair{encoding::kUtf16, 2012.0}, std::pair{encoding::kUtf32, 2013.0}}) {
+        PluginHost host(GetParam());
+        const std::string bytes =
+            given == encoding::kUtf16 ? bytesOf(std::u16string(u"ab")) : bytesOf(std::u32string(U"ab"));
+        build(host, bytes, given);
+        const bool toldWhole = GetParam() >= since;
+        const bool toldAsUtf16 = !toldWhole && GetParam() >= 2012.0; // UTF-32 that was converted here
+        EXPECT_EQ(host->entryPoints().calls("REALBuildStringWithEncoding"),
+                  toldWhole || toldAsUtf16 ? 1U : 0U);
+        EXPECT_EQ(host->entryPoints().calls("REALBuildString"), toldWhole || toldAsUtf16 ? 0U : 1U);
+    }
+}
+
+TEST_P(UnicodeBuilders, PassOnlyTheLow32BitsOfALength) {
+    PluginHost host(GetParam());
+    const std::u16string text = u"ab";
+    const std::int64_t length = (std::int64_t{1} << 32) + 4;
+    EXPECT_EQ(host->adopt(REALBuildUnicodeStringUTF16(text.data(), length)).bytes(), "ab");
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, UnicodeBuilders, testing::ValuesIn(kVersions));

@@ -5,6 +5,20 @@
 #include <functional>
 #include <stdexcept>
 
+// An exception that raises another one when it is to be logged.
+@interface IndescribableException : NSException
+@end
+
+@implementation IndescribableException
+- (id)init {
+    return [self initWithName:@"Indescribable" reason:@"on purpose" userInfo:nil];
+}
+- (NSString*)description {
+    [NSException raise:@"Description" format:@"raised"];
+    return nil;
+}
+@end
+
 namespace {
 
 using testing::ElementsAre;
@@ -185,6 +199,49 @@ TEST_F(OldEvents, AreSilentForAClassThatWasNotRegistered) {
     });
 }
 
+// ---- what the host is asked to do for one event
+
+std::vector<std::string> hostCalls;
+
+template <typename Handle>
+void (*original(const char* name))(Handle) {
+    return reinterpret_cast<void (*)(Handle)>(zqm::host::Runtime::resolver()(name));
+}
+
+TEST_F(Events, LockTheObjectAroundTheHandlerAndUnlockTheStringsBeforeIt) {
+    inChild([this] {
+        PluginHost::replace(
+            "GetEventInstance", +[](REALobject, std::uint64_t) {
+                return reinterpret_cast<void*>(+[](REALobject, std::int64_t, REALstring, REALstring) {
+                    hostCalls.push_back("handler");
+                });
+            });
+        PluginHost::replace(
+            "REALLockObject", +[](REALobject object) {
+                hostCalls.push_back("lock object");
+                original<REALobject>("REALLockObject")(object);
+            });
+        PluginHost::replace(
+            "REALUnlockObject", +[](REALobject object) {
+                hostCalls.push_back("unlock object");
+                original<REALobject>("REALUnlockObject")(object);
+            });
+        PluginHost::replace(
+            "REALUnlockString", +[](REALstring string) {
+                hostCalls.push_back("unlock string");
+                original<REALstring>("REALUnlockString")(string);
+            });
+        Object object = newSynthesizer();
+        hostCalls.clear();
+        [platformObjectOf(object) speechSynthesizer:nil
+                           didEncounterErrorAtIndex:1
+                                           ofString:@"text"
+                                            message:@"message"];
+        EXPECT_THAT(hostCalls,
+                    ElementsAre("lock object", "handler", "unlock string", "unlock string", "unlock object"));
+    });
+}
+
 // ---- handlers that misbehave
 
 void raisePlatformException(REALobject /*sender*/, std::int64_t /*opcode*/) {
@@ -211,6 +268,20 @@ TEST_F(Events, LogAndDropAPlatformExceptionAndUnlockEverything) {
         EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 5) << log;
         EXPECT_EQ(host->ledger(), before);
         EXPECT_THAT(host->takeRaised(), testing::IsEmpty());
+    });
+}
+
+TEST_F(Events, DropAnExceptionThatCannotEvenBeDescribed) {
+    inChild([this] {
+        PluginHost::replace(
+            "GetEventInstance", +[](REALobject, std::uint64_t) {
+                return reinterpret_cast<void*>(
+                    +[](REALobject, std::int64_t) { [[[IndescribableException alloc] init] raise]; });
+            });
+        Object object = newSynthesizer();
+        const auto before = host->ledger();
+        [platformObjectOf(object) speechSynthesizer:nil willSpeakPhoneme:1];
+        EXPECT_EQ(host->ledger(), before);
     });
 }
 

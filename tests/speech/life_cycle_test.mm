@@ -157,6 +157,47 @@ TEST_F(LifeCycle, RefusesToSpeakNothingAndToNowhere) {
     EXPECT_FALSE(object.call("startSpeakingString", "text", "no url, with blanks").asBool());
 }
 
+// ---- the text that is kept
+
+NSString* lastTextOf(NSSpeechSynthesizer* synthesizer) {
+    Ivar variable = class_getInstanceVariable([MyNSSpeechSynthesizer class], "lastText");
+    return static_cast<NSString*>(object_getIvar(synthesizer, variable));
+}
+
+NSString* spokenText = nil;
+NSString* keptText = nil;
+
+BOOL noteStart(NSSpeechSynthesizer* self, SEL /*selector*/, NSString* text) {
+    spokenText = text;
+    keptText = lastTextOf(self);
+    return YES;
+}
+
+BOOL noteStartToURL(NSSpeechSynthesizer* self, SEL selector, NSString* text, NSURL* /*url*/) {
+    return noteStart(self, selector, text);
+}
+
+TEST_F(LifeCycle, KeepsTheTextBeforeItIsSpoken) {
+    inChild([this] {
+        Class spoken = [MyNSSpeechSynthesizer class];
+        class_addMethod(spoken, @selector(startSpeakingString:),
+                        reinterpret_cast<IMP>(reinterpret_cast<void*>(noteStart)), "c@:@");
+        class_addMethod(spoken, @selector(startSpeakingString:toURL:),
+                        reinterpret_cast<IMP>(reinterpret_cast<void*>(noteStartToURL)), "c@:@@");
+        Object object = newSynthesizer();
+        for (const char* text : {"first", "second"}) {
+            EXPECT_TRUE(object.call("startSpeakingString", text).asBool());
+            EXPECT_STREQ([keptText UTF8String], text);
+            EXPECT_EQ(keptText, spokenText);
+        }
+        EXPECT_TRUE(object.call("startSpeakingString", "third", "file:///tmp/third").asBool());
+        EXPECT_STREQ([keptText UTF8String], "third");
+        EXPECT_TRUE(object.call("startSpeakingString", String()).asBool());
+        EXPECT_EQ(spokenText, nil);
+        EXPECT_EQ(keptText, nil);
+    });
+}
+
 // ---- the platform object by itself
 
 class PlatformObject : public SynthesizerTest {

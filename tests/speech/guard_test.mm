@@ -1,0 +1,108 @@
+// Every member that sends the platform a message, while that message raises.
+
+#include "plugin/sibling_methods.h"
+#include "tests/speech/synthesizer_host.h"
+
+#include <functional>
+#include <objc/runtime.h>
+
+namespace {
+
+using zqm::host::HostException;
+using zqm::host::Object;
+using zqm::host::Value;
+
+struct Member {
+    const char* name;
+    const char* message; // of the platform object, or of its class
+    std::function<Value(Object&)> use;
+    bool needsConstruction = true;
+};
+
+const std::vector<Member>& members() {
+    static const std::vector<Member> all = {
+        {"startSpeakingString",
+         "startSpeakingString:", [](Object& o) { return o.call("startSpeakingString", "text"); }},
+        {"startSpeakingStringURL", "startSpeakingString:toURL:",
+         [](Object& o) { return o.call("startSpeakingString", "text", "file:///tmp/never"); }},
+        {"stopSpeaking", "stopSpeaking", [](Object& o) { return o.call("stopSpeaking"); }},
+        {"Constructor", "initWithVoice:andTarget:", [](Object& o) { return o.call("Constructor"); }, false},
+        {"Destructor", "clearTarget", [](Object& o) { return o.call("Destructor"); }},
+        {"getVolume", "volume", [](Object& o) { return o.get("Volume"); }},
+        {"setVolume", "setVolume:", [](Object& o) { return o.set("Volume", 1), Value(); }},
+        {"getRate", "rate", [](Object& o) { return o.get("Rate"); }},
+        {"setRate", "setRate:", [](Object& o) { return o.set("Rate", 1), Value(); }},
+        {"isSpeaking", "isSpeaking", [](Object& o) { return o.get("isSpeaking"); }},
+        {"getUsesFeedbackWindow", "usesFeedbackWindow",
+         [](Object& o) { return o.get("usesFeedbackWindow"); }},
+        {"setUsesFeedbackWindow",
+         "setUsesFeedbackWindow:", [](Object& o) { return o.set("usesFeedbackWindow", true), Value(); }},
+        {"getVoice", "voice", [](Object& o) { return o.get("voice"); }},
+        {"setVoice", "setVoice:", [](Object& o) { return o.set("voice", "any"), Value(); }},
+    };
+    return all;
+}
+
+id raiseInstead(id, SEL) {
+    [NSException raise:@"FromThePlatform" format:@"on purpose"];
+    return nil;
+}
+
+REALobject wrap(id, SEL, NSException*) {
+    return REALnewInstance("IllegalCastException");
+}
+
+// In place of the inherited method, or of the class's own.
+void makeRaise(const char* message) {
+    const SEL selector = sel_registerName(message);
+    const IMP raise = reinterpret_cast<IMP>(reinterpret_cast<void*>(raiseInstead));
+    if (!class_addMethod([MyNSSpeechSynthesizer class], selector, raise, "@@:")) {
+        class_replaceMethod([MyNSSpeechSynthesizer class], selector, raise, "@@:");
+    }
+}
+
+class Guard : public SynthesizerTest, public testing::WithParamInterface<Member> {};
+
+TEST_P(Guard, RaisesOneHostExceptionAndAnswersNeutrally) {
+    inChild([this] {
+        ASSERT_TRUE(class_addMethod(object_getClass([NSException class]), @selector(NewNSExceptionZQM:),
+                                    reinterpret_cast<IMP>(reinterpret_cast<void*>(wrap)), "^v@:@"));
+        Object object = GetParam().needsConstruction ? newSynthesizer() : newObject();
+        makeRaise(GetParam().message);
+        const auto before = host->ledger();
+        try {
+            GetParam().use(object);
+            ADD_FAILURE() << "nothing raised";
+        } catch (const HostException& exception) {
+            EXPECT_EQ(exception.all().size(), 1U);
+            EXPECT_EQ(exception.className(), "IllegalCastException");
+        }
+        EXPECT_EQ(host->ledger(), before);
+        EXPECT_THAT(host->takeRaised(), testing::IsEmpty());
+    });
+}
+
+// Without a sibling nothing is raised, so that the answer itself can be seen.
+TEST_P(Guard, AnswersNeutrallyWhereOnlyALogLineIsWritten) {
+    inChild([this] {
+        Object object = GetParam().needsConstruction ? newSynthesizer() : newObject();
+        makeRaise(GetParam().message);
+        const Value answer = GetParam().use(object);
+        const auto& content = answer.content();
+        if (const bool* truth = std::get_if<bool>(&content)) {
+            EXPECT_FALSE(*truth);
+        } else if (const double* number = std::get_if<double>(&content)) {
+            EXPECT_EQ(*number, 0.0);
+        } else {
+            EXPECT_TRUE(answer.isNull());
+        }
+        if (!GetParam().needsConstruction) {
+            EXPECT_EQ(platformObjectOf(object), nil);
+        }
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Members, Guard, testing::ValuesIn(members()),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+} // namespace
