@@ -97,7 +97,8 @@ public:
     }
 
 private:
-    bool isOver() const { return finished_ || Interruption::signalNumber() != 0; }
+    // Nor does it go on for a reader of the events who has left.
+    bool isOver() const { return finished_ || Interruption::signalNumber() != 0 || std::ferror(stdout) != 0; }
 
     void listenToWords() {
         if (options_.events || hasProgress_) {
@@ -186,7 +187,8 @@ int say(const SayOptions& options) {
     if (Interruption::signalNumber() != 0) {
         return 128 + Interruption::signalNumber();
     }
-    if (!isComplete) {
+    const bool hasReader = std::ferror(stdout) == 0; // else the caller says so
+    if (!isComplete && hasReader) {
         throw Failure("the speech broke off: " + PlatformLog::reason() +
                       (file ? "; " + *file + " is not written" : ""));
     }

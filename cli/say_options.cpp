@@ -69,23 +69,31 @@ std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* cons
     CLI::App app("Speaks a text, aloud or into a sound file.");
     app.formatter(std::make_shared<SayFormatter>());
     app.allow_extras();
-    app.footer("TEXT is joined with blanks. Without TEXT, or with -, the text is read from standard input.\n"
-               "Texts are UTF-8. A text that begins with - goes after --.\n"
-               "\n"
-               "Exit code: 0 when all was spoken, 1 when that failed, 2 when the command line is wrong,\n"
-               "128 and the signal's number when a signal ended it (130 for Ctrl-C).");
+    app.footer(
+        "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input.\n"
+        "Texts are UTF-8. A text that begins with - goes after --.\n"
+        "\n"
+        "Exit code: 0 when all was spoken, 1 when that failed, 2 when the command line is wrong,\n"
+        "128 and the signal's number when a signal ended it (130 for Ctrl-C).");
 
-    auto* file =
-        app.add_option("-f,--file", options.input, "Reads the text from this file")->check(notEmpty());
+    auto* file = app.add_option("-f,--file", options.input, "Reads the text from this file")
+                     ->check(notEmpty())
+                     ->type_name("FILE");
     app.add_option("-o,--output", options.output,
                    "Writes a sound file instead of playing; its extension picks the format")
-        ->check(notEmpty());
+        ->check(notEmpty())
+        ->type_name("FILE");
     app.add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
         ->check(notEmpty())
+        ->type_name("FILE")
         ->take_last();
-    app.add_option("-v,--voice", options.voice, "Speaks with this voice")->check(notEmpty());
-    app.add_option("--rate", options.rate, "Words a minute")->check(numberFrom(kSlowestRate, kFastestRate));
-    app.add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1));
+    app.add_option("-v,--voice", options.voice, "Speaks with this voice")
+        ->check(notEmpty())
+        ->type_name("VOICE");
+    app.add_option("--rate", options.rate, "Words a minute")
+        ->check(numberFrom(kSlowestRate, kFastestRate))
+        ->type_name("NUMBER");
+    app.add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1))->type_name("NUMBER");
     app.add_flag("--events", options.events,
                  "Prints each event: \"word POSITION LENGTH WORD\", counted in UTF-16 units, and\n"
                  "\"finish true\", or false when it ended early");

@@ -181,6 +181,10 @@ void FileOutput::finish() {
         fail(writer_->error());
         return;
     }
+    if (!giveName()) {
+        fail(errnoText());
+        return;
+    }
     if (::close(file_.release()) != 0) {
         fail(errnoText());
         return;
@@ -191,6 +195,17 @@ void FileOutput::finish() {
         return;
     }
     become(State::Ended);
+}
+
+// A file that was opened without a name gets its temporary one.
+bool FileOutput::giveName() const {
+    struct stat status {};
+    if (target_.temporaryName.empty() || ::fstat(file_.get(), &status) != 0 || status.st_nlink > 0) {
+        return true;
+    }
+    const std::string opened = "/proc/self/fd/" + std::to_string(file_.get());
+    return ::linkat(AT_FDCWD, opened.c_str(), folder_.get(), target_.temporaryName.c_str(),
+                    AT_SYMLINK_FOLLOW) == 0;
 }
 
 void FileOutput::fail(std::string error) {

@@ -27,6 +27,7 @@ public:
 private:
     struct Writer;
 
+    bool giveName() const;
     void fail(std::string error);
     void removeTemporary();
 

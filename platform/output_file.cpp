@@ -133,7 +133,12 @@ bool OutputFile::openBeside(const std::string& path, const std::optional<mode_t>
         error = std::strerror(errno);
         return false;
     }
-    std::string temporary;
+    // A file without a name leaves nothing behind, whatever becomes of its writers. The engine names it.
+    std::string temporary = temporaryName();
+    if (::access("/proc/self/fd", X_OK) == 0) {
+        file_ = aboveStandardDescriptors(
+            Descriptor(::openat(folder_.get(), ".", O_RDWR | O_TMPFILE | O_CLOEXEC, kNewFileMode)));
+    }
     for (int attempt = 0; !file_ && attempt < kMostAttempts; ++attempt) {
         temporary = temporaryName();
         file_ = aboveStandardDescriptors(Descriptor(

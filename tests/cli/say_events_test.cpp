@@ -1,6 +1,7 @@
 // `zqmspeech say --events`.
 
 #include "tests/cli/say.h"
+#include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/word_fixtures.h"
 
@@ -79,6 +80,21 @@ TEST_F(SayEvents, ThatCannotBeWrittenAreAFailure) {
         sayInShell("exec \"$0\" say --events -o \"$1\" Hello > /dev/full", {(folder_ / "x.wav").string()});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.errors, "zqmspeech: can't write to standard output\n");
+}
+
+// The speech doesn't go on for nobody: the file ends long before the text.
+TEST_F(SayEvents, EndTheSpeechWithTheirReader) {
+    support::ProcessOptions options = bareOptions();
+    for (int index = 0; index < 20'000; ++index) {
+        options.input += "word ";
+    }
+    const std::string file = (folder_ / "x.wav").string();
+    const support::ProcessResult result =
+        sayInShell("{ \"$0\" say --events -o \"$1\"; echo $? >&2; } | head -n 1", {file}, options);
+    EXPECT_EQ(result.output, "word 0 4 word\n");
+    EXPECT_EQ(result.errors, "zqmspeech: can't write to standard output\n1\n");
+    constexpr double kWholeText = 3'000; // seconds at the least, at 400 words a minute
+    EXPECT_LT(support::SoundFile(file).seconds(), kWholeText / 2);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <limits>
 #include <new>
 #include <string>
@@ -18,7 +19,15 @@ static int arraysAllocated = 0;
 
 void* operator new[](std::size_t size) {
     ++arraysAllocated;
-    return ::operator new(size);
+    return std::malloc(size);
+}
+
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
 }
 
 namespace {
