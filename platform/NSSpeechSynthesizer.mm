@@ -69,11 +69,15 @@ NSDictionary* attributesOf(const Voice& voice) {
     return attributes;
 }
 
-// Nothing when it is no file URL of this machine.
+bool sameButCase(NSString* left, NSString* right) {
+    return left != nil && [left caseInsensitiveCompare:right] == NSOrderedSame;
+}
+
+// Nothing when it is no file URL of this machine. Foundation's own test for one minds the case.
 std::optional<std::string> pathOf(NSURL* url) {
-    NSString* const path = [url isFileURL] ? [url path] : nil;
+    NSString* const path = sameButCase([url scheme], @"file") ? [url path] : nil;
     NSString* const host = [url host];
-    const bool isLocal = [host length] == 0 || [host isEqualToString:@"localhost"];
+    const bool isLocal = [host length] == 0 || sameButCase(host, @"localhost");
     std::string bytes = path != nil ? utf8Of(path) : std::string();
     if (!isLocal || !bytes.starts_with('/') || bytes.find('\0') != std::string::npos) {
         return std::nullopt;

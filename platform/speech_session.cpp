@@ -136,14 +136,24 @@ bool SpeechSession::fail(const char* reason, std::string& error) {
     return false;
 }
 
+// Words that are not delivered yet come to nobody. But what the engine had completed before the stop reached
+// it ends as completed, because the sound or file is whole. A file is waited for here, so its end is told as
+// the engine tells it.
 void SpeechSession::stop() {
-    if (!isSpeaking()) {
+    if (!owner_.isCurrent()) {
         return;
     }
-    const std::uint64_t number = current()->number;
-    link_->post(protocol::Stop{number});
-    interrupt();
-    awaitOutput(number);
+    takeMessages();
+    for (Utterance& utterance : utterances_) {
+        utterance.words.clear();
+    }
+    if (Utterance* const utterance = current()) {
+        utterance->isStopped = true;
+        link_->post(protocol::Stop{utterance->number});
+        awaitOutput(utterance->number);
+        interrupt();
+    }
+    tellHub();
 }
 
 void SpeechSession::awaitOutput(std::uint64_t number) {
@@ -261,7 +271,7 @@ bool SpeechSession::accept(const protocol::Word& word) {
         return false;
     }
     Utterance* const utterance = current();
-    if (utterance == nullptr || word.utterance != utterance->number) {
+    if (utterance == nullptr || utterance->isStopped || word.utterance != utterance->number) {
         return true; // said before the engine heard of its end
     }
     const bool isWord = word.length > 0 && word.position >= utterance->end &&

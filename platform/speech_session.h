@@ -52,8 +52,9 @@ public:
     // why. An utterance that was being spoken is only ended once an engine is there for the new one.
     std::uint64_t start(const SpeechRequest& request, std::optional<OutputFile> output, std::string& error);
 
-    // Nothing but the end of the utterance is delivered of it from now on. A file that was being written is
-    // whole and in its place when this returns.
+    // Nothing but the ends is delivered of the utterances begun so far, and of one that the engine had
+    // completed that it is completed. A file that was being written is whole and in its place when this
+    // returns.
     void stop();
 
     // From a successful start to the end of the sound or file.
@@ -80,7 +81,8 @@ private:
         std::uint64_t number;
         std::size_t length;
         std::deque<Word> words;
-        std::size_t end = 0; // of the last word heard
+        std::size_t end = 0;        // of the last word heard
+        bool isStopped = false; // its words are of no interest any more
         bool isOver = false;
         bool completed = false;
     };

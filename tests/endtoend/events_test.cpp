@@ -23,8 +23,7 @@ TEST_F(Events, OnlyThoseWithAHandlerAreRaised) {
 TEST_F(Events, ComeFromTheRunLoopOnly) {
     Speaker speaker(runtime);
     ASSERT_TRUE(speaker.start("Hello world", file));
-    while (speaker.object.get("isSpeaking").asBool()) {
-    }
+    ASSERT_TRUE(speaker.waitForSilence());
     EXPECT_TRUE(speaker.words.empty());
     EXPECT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.words.size(), 2U);
@@ -36,12 +35,12 @@ TEST_F(Events, StopEndsWithFalse) {
     EXPECT_TRUE(speaker.object.get("isSpeaking").asBool());
     ASSERT_TRUE(speaker.waitForWord());
     speaker.object.call("stopSpeaking");
+    ASSERT_TRUE(std::filesystem::exists(file));
+    EXPECT_GT(support::SoundFile(file).frames(), 0U);
     const std::size_t words = speaker.words.size();
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_THAT(speaker.ends, ElementsAre(false));
     EXPECT_EQ(speaker.words.size(), words);
-    EXPECT_TRUE(runtime.runUntil([&] { return std::filesystem::exists(file); }, kDeadline));
-    EXPECT_NO_THROW(support::SoundFile{file});
     speaker.speak("Hello again", file);
 }
 

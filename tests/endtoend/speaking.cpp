@@ -1,5 +1,7 @@
 #include "tests/endtoend/speaking.h"
 
+#include <chrono>
+
 namespace zqm::endtoend {
 
 std::string fileUrl(const std::filesystem::path& path) {
@@ -46,6 +48,16 @@ bool Speaker::waitForEnd() {
 
 bool Speaker::waitForWord() {
     return runtime_->runUntil([this, before = words.size()] { return words.size() > before; }, kDeadline);
+}
+
+bool Speaker::waitForSilence() const {
+    const auto end = std::chrono::steady_clock::now() + kDeadline;
+    while (object.get("isSpeaking").asBool()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void Speaker::speak(const std::string& text, const std::filesystem::path& file) {

@@ -34,6 +34,8 @@ public:
     // Waits for the next end; false when none comes.
     bool waitForEnd();
     bool waitForWord();
+    // Waits without a run loop until it doesn't speak any more; false when it goes on speaking.
+    bool waitForSilence() const;
     // Start and wait; the speech must run to its end.
     void speak(const std::string& text, const std::filesystem::path& file);
 

@@ -64,6 +64,9 @@ public:
     // Drops the synthesizer.
     void release();
 
+    // Takes another synthesizer, which becomes this object's, in the place of the one it has.
+    void replace(NSSpeechSynthesizer* other);
+
     bool say(const std::string& text, const std::string& path);
     bool runToEnd(std::size_t finishes = 1);
 

@@ -111,6 +111,12 @@ void Speaker::release() {
     synthesizer = nil;
 }
 
+void Speaker::replace(NSSpeechSynthesizer* other) {
+    release();
+    synthesizer = other;
+    [synthesizer setDelegate:listener_];
+}
+
 bool Speaker::say(const std::string& text, const std::string& path) {
     return [synthesizer startSpeakingString:stringOf(text) toURL:fileUrl(path)] != NO;
 }
