@@ -36,9 +36,10 @@ bool contains(std::u32string_view set, char32_t character) {
 
 void joinParts(std::u32string_view text, std::vector<bool>& starts, std::size_t at) {
     for (const std::u32string_view word : kPartedWords) {
-        if (text.substr(at, word.size()) == word && starts[at + word.size()]) {
+        if (text.substr(at, word.size()) == word) {
             const auto begin = starts.begin() + static_cast<std::ptrdiff_t>(at);
             std::fill(begin + 1, begin + static_cast<std::ptrdiff_t>(word.size()), false);
+            starts[at + word.size()] = true; // its last part may stand in the dictionary with what follows
         }
     }
 }
