@@ -79,7 +79,9 @@ std::optional<std::string> pathOf(NSURL* url) {
     NSString* const host = [url host];
     const bool isLocal = [host length] == 0 || sameButCase(host, @"localhost");
     std::string bytes = path != nil ? utf8Of(path) : std::string();
-    if (!isLocal || !bytes.starts_with('/') || bytes.find('\0') != std::string::npos) {
+    // Foundation ends a path at a NUL: another file than the one named.
+    const bool holdsNul = [[url absoluteString] rangeOfString:@"%00"].location != NSNotFound;
+    if (!isLocal || holdsNul || !bytes.starts_with('/')) {
         return std::nullopt;
     }
     if ([[url absoluteString] hasSuffix:@"/"] && !bytes.ends_with('/')) {
