@@ -1,5 +1,6 @@
-// A complete host runtime for plugins in one process. One runtime may be active at a time, because the
-// plugin's resolver is a plain C function; several may follow one another.
+// A host runtime for plugins in one process: classes, objects, strings, exceptions and events. It offers no
+// arrays, Variants, dates, memory blocks or files: the resolver answers null for their names. One runtime may
+// be active at a time, because the plugin's resolver is a plain C function; several may follow one another.
 
 #pragma once
 
