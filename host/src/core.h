@@ -6,6 +6,7 @@
 #include "entry_points.h"
 #include "handles.h"
 #include "plugin/host_interface.h"
+#include "raised_events.h"
 #include "raised_exceptions.h"
 #include "reports.h"
 #include "zqmhost/errors.h"
@@ -43,6 +44,7 @@ public:
     ClassRegistry& classes() { return classes_; }
     EntryPoints& entryPoints() { return entryPoints_; }
     RaisedExceptions& raised() { return raised_; }
+    RaisedEvents& events() { return events_; }
     std::optional<double> version() const { return version_; }
     std::optional<std::int32_t> announcedRevision;
 
@@ -72,6 +74,7 @@ public:
     Value getProperty(ObjectHandle& object, std::string_view name);
     void setProperty(ObjectHandle& object, std::string_view name, const Value& value);
     void setHandler(ObjectHandle& object, std::string_view name, EventHandler handler);
+    const Event& requireEvent(const ObjectHandle& object, std::string_view name) const;
 
     // Runs a plugin's function: throws what it raised, or what a handler threw in it.
     void guarded(const std::function<void()>& function);
@@ -91,6 +94,7 @@ private:
     EntryPoints entryPoints_;
     Handles handles_;
     RaisedExceptions raised_;
+    RaisedEvents events_;
     std::vector<std::shared_ptr<EventClosure>> retiredHandlers_;
 };
 

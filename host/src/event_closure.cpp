@@ -26,6 +26,12 @@ EventClosure::~EventClosure() {
     ffi_closure_free(closure_);
 }
 
+// No lock of the host's keeps the object alive: one would hide that the plugin holds none.
+struct EventClosure::Lent {
+    Arguments arguments;
+    ~Lent() { arguments.sender_.release(); }
+};
+
 void EventClosure::enter(ffi_cif* /*description*/, void* /*result*/, void** arguments, void* closure) {
     // The handler may drop its object or put another handler in its own place.
     const auto alive = static_cast<EventClosure*>(closure)->shared_from_this();
@@ -51,7 +57,10 @@ void EventClosure::handle(void** arguments) {
         values.push_back(borrowedValue(*core_, parameter.type, arguments[index], where));
         ++index;
     }
-    handler_(Arguments(core_->borrow(self, where), std::move(values)));
+    core_->events().raised(*object, *event_, values);
+    const RaisedEvents::Running running(core_->events(), *object, *event_);
+    Lent lent{Arguments(core_->adopt(self, where), std::move(values))};
+    handler_(lent.arguments);
 }
 
 } // namespace zqm::host

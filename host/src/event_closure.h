@@ -25,6 +25,8 @@ public:
     void* function() const { return function_; }
 
 private:
+    struct Lent;
+
     static void enter(ffi_cif* description, void* result, void** arguments, void* closure);
     void handle(void** arguments);
 

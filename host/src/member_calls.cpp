@@ -174,17 +174,22 @@ void Core::setProperty(ObjectHandle& object, std::string_view name, const Value&
     guarded([&] { property.setterType->call(property.setter, arguments.slots()); });
 }
 
-void Core::setHandler(ObjectHandle& object, std::string_view name, EventHandler handler) {
+const Event& Core::requireEvent(const ObjectHandle& object, std::string_view name) const {
     const Event* event = findEvent(object.type, name);
     if (event == nullptr) {
         throw CallError("there is no event " + member(object.type, name));
     }
-    auto& slot = object.handlers[event->token];
+    return *event;
+}
+
+void Core::setHandler(ObjectHandle& object, std::string_view name, EventHandler handler) {
+    const Event& event = requireEvent(object, name);
+    auto& slot = object.handlers[event.token];
     auto before = std::move(slot);
     if (handler) {
-        slot = std::make_shared<EventClosure>(*this, *event, std::move(handler));
+        slot = std::make_shared<EventClosure>(*this, event, std::move(handler));
     } else {
-        object.handlers.erase(event->token);
+        object.handlers.erase(event.token);
     }
     if (before != nullptr) {
         retire(std::move(before));

@@ -99,11 +99,7 @@ void Object::off(std::string_view event) {
 
 std::size_t Object::timesRaised(std::string_view event) const {
     const ObjectHandle& handle = handleOf(core_, handle_);
-    const Event* found = findEvent(handle.type, event);
-    if (found == nullptr) {
-        throw CallError("there is no event " + handle.type.name + '.' + std::string(event));
-    }
-    const auto raised = handle.raised.find(found->token);
+    const auto raised = handle.raised.find(core_->requireEvent(handle, event).token);
     return raised == handle.raised.end() ? 0 : raised->second;
 }
 

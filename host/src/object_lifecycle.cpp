@@ -81,6 +81,11 @@ void Core::end(ObjectHandle& object) {
     // The plugin may lock and unlock it while it ends; the host's own lock stays to the last.
     object.locks = 1;
     object.ending = true;
+    if (const Event* event = events_.ended(object)) {
+        reports_.add(Report::Kind::MissingLock, "event " + inQuotes(event->declaration.name) + ": " +
+                                                    object.type.name +
+                                                    " ended while the handler ran, for want of a lock on it");
+    }
     REALobject self = object.handle();
     for (const HostClass* type = &object.type; type != nullptr; type = type->super) {
         if (const Method* method = destructorMethod(*type)) {

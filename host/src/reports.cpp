@@ -14,6 +14,8 @@ const char* nameOf(Report::Kind kind) {
         return "handle of the wrong kind";
     case Report::Kind::UnbalancedLock:
         return "unbalanced lock";
+    case Report::Kind::MissingLock:
+        return "missing lock";
     case Report::Kind::DamagedHeader:
         return "damaged header";
     case Report::Kind::BadRecord:

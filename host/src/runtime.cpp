@@ -148,6 +148,21 @@ void Runtime::runFor(Seconds time) {
     runUntil([] { return false; }, time);
 }
 
+std::optional<std::vector<Value>> Runtime::runUntilRaised(const Object& object, std::string_view event,
+                                                          Seconds atMost) {
+    auto* handle = core_->handles().known<ObjectHandle>(object.handle());
+    if (handle == nullptr) {
+        throw CallError("the object is nil or gone");
+    }
+    const Event& wanted = core_->requireEvent(*handle, event);
+    if (!handle->handlers.contains(wanted.token)) {
+        core_->setHandler(*handle, event, [](const Arguments&) {});
+    }
+    const RaisedEvents::Awaited awaited(core_->events(), *handle, wanted);
+    runUntil([&] { return awaited.isOver(); }, atMost);
+    return awaited.values();
+}
+
 EntryPointControl Runtime::entryPoints() {
     return EntryPointControl(*core_);
 }

@@ -37,6 +37,14 @@ std::int64_t Value::asInteger() const {
     failAs(*this, "Integer");
 }
 
+std::size_t Value::asSize() const {
+    const std::int64_t integer = asInteger();
+    if (integer < 0) {
+        throw CallError(std::to_string(integer) + " is no size");
+    }
+    return static_cast<std::size_t>(integer);
+}
+
 double Value::asDouble() const {
     if (const auto* real = std::get_if<double>(&content_)) {
         return *real;

@@ -24,6 +24,12 @@ TEST(Library, ExportsItsEntryFunctionAlone) {
                 testing::ElementsAre("REALPluginMain"));
 }
 
+TEST(Library, IsNeverUnloadedBecauseItHoldsClasses) {
+    EXPECT_THAT(
+        linesOf("readelf", {"--dynamic", "--wide", ZQM_PLUGIN}),
+        testing::Contains(testing::AllOf(testing::HasSubstr("(FLAGS_1)"), testing::HasSubstr("NODELETE"))));
+}
+
 TEST(Library, NeedsNothingThatMakesSound) {
     std::vector<std::string> needed;
     for (const std::string& line : linesOf("readelf", {"--dynamic", "--wide", ZQM_PLUGIN})) {

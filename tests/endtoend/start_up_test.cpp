@@ -70,25 +70,142 @@ TEST(StartUp, EveryOtherNameIsAskedForOnceAtItsFirstUse) {
     });
 }
 
+using Names = std::vector<std::string>;
+
+// What the plugin newly asks for, from one step of a host program to the next.
+class AskedNames {
+public:
+    explicit AskedNames(Runtime& runtime) : runtime_(&runtime) {}
+
+    Names sinceLast() {
+        const Names& all = runtime_->entryPoints().asked();
+        Names names(all.begin() + static_cast<std::ptrdiff_t>(known_), all.end());
+        known_ = all.size();
+        return names;
+    }
+
+private:
+    Runtime* runtime_;
+    std::size_t known_ = 0;
+};
+
+// A start reads a host string, an event for a word builds one and calls the handler.
+void expectNames(double version, const Names& ofTheStart, const Names& ofTheEvent) {
+    const support::TemporaryFolder folder;
+    Runtime runtime(Options{.version = version});
+    AskedNames names(runtime);
+    runtime.load(ZQM_PLUGIN);
+    EXPECT_THAT(names.sinceLast(),
+                ElementsAre("REALGetRBVersion", "RegisterPluginVersion", "PluginRegisterClass"));
+    Object object = runtime.create(kSynthesizer);
+    EXPECT_THAT(names.sinceLast(), IsEmpty());
+    object.call("Constructor");
+    EXPECT_THAT(names.sinceLast(), IsEmpty());
+    object.set("Rate", 300);
+    object.set("Volume", 0.5);
+    object.get("isSpeaking");
+    EXPECT_THAT(names.sinceLast(), IsEmpty());
+    for (const bool first : {true, false}) {
+        ASSERT_TRUE(object.call("startSpeakingString", "Hello", fileUrl(folder / "a.wav")).asBool());
+        EXPECT_EQ(names.sinceLast(), first ? ofTheStart : Names());
+        ASSERT_TRUE(runtime.runUntilRaised(object, "willSpeakWord", kDeadline).has_value());
+        EXPECT_EQ(names.sinceLast(), first ? ofTheEvent : Names());
+        ASSERT_TRUE(runtime.runUntilRaised(object, "didFinishSpeaking", kDeadline).has_value());
+        EXPECT_THAT(names.sinceLast(), IsEmpty());
+    }
+    EXPECT_THROW(object.call("Constructor"), host::HostException);
+    EXPECT_THAT(names.sinceLast(), ElementsAre("PluginNewInstance", "REALSetPropValueString",
+                                               "REALSetPropValueInteger", "RuntimeRaiseException"));
+    expectNoReports(runtime);
+}
+
+TEST(StartUp, EveryNameIsAskedForAtItsFirstUseByAHostOf2011) {
+    inFreshProcess([] {
+        expectNames(2011.0, {"REALGetStringEncoding", "REALGetStringCFString"},
+                    {"GetEventInstance", "REALLockObject", "REALBuildString", "REALSetStringEncoding",
+                     "REALUnlockString", "REALUnlockObject"});
+    });
+}
+
+TEST(StartUp, EveryNameIsAskedForAtItsFirstUseByAHostOf2023) {
+    inFreshProcess([] {
+        expectNames(2023.02, {"REALGetStringEncoding", "REALGetStringCFString"},
+                    {"GetEventInstance", "REALLockObject", "REALBuildString", "REALSetStringEncoding",
+                     "REALUnlockString", "REALUnlockObject"});
+    });
+}
+
+// All members, of an object that was made for the class and is constructed or not.
+void expectNeutralAnswers(Object& object, const std::string& file) {
+    EXPECT_FALSE(object.call("startSpeakingString", "x").asBool());
+    EXPECT_FALSE(object.call("startSpeakingString", "x", file).asBool());
+    EXPECT_FALSE(object.call("startSpeakingString", String(), String()).asBool());
+    EXPECT_FALSE(object.get("isSpeaking").asBool());
+    object.call("stopSpeaking");
+    EXPECT_TRUE(object.get("voice").isNull());
+    object.set("voice", "gmw/de");
+    object.set("voice", String());
+    EXPECT_TRUE(object.get("voice").isNull());
+    EXPECT_TRUE(object.call("_exception").isNull());
+    EXPECT_FALSE(object.get("usesFeedbackWindow").asBool());
+}
+
+// These need nothing of the host, so they work.
+void expectSettings(Object& object) {
+    EXPECT_GT(object.get("Rate").asDouble(), 0) << "before it was set";
+    EXPECT_EQ(object.get("Volume").asDouble(), 1) << "before it was set";
+    object.set("Rate", 250);
+    EXPECT_EQ(object.get("Rate").asDouble(), 250);
+    object.set("Volume", 0.25);
+    EXPECT_EQ(object.get("Volume").asDouble(), 0.25);
+    EXPECT_FALSE(object.get("usesFeedbackWindow").asBool()) << "before it was set";
+    object.set("usesFeedbackWindow", true);
+    EXPECT_TRUE(object.get("usesFeedbackWindow").asBool());
+    object.set("usesFeedbackWindow", false);
+}
+
 TEST(StartUp, WithAllNamesRefusedAfterItEveryMemberAnswersNeutrally) {
     inFreshProcess([] {
+        const support::TemporaryFolder folder;
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
         runtime.entryPoints().refuseAll();
         Object object = runtime.create(kSynthesizer);
-        EXPECT_FALSE(object.call("startSpeakingString", "x").asBool());
+        EXPECT_EQ(object.get("Rate").asDouble(), 0);
+        EXPECT_EQ(object.get("Volume").asDouble(), 0);
+        object.set("Rate", 250);
+        object.set("Volume", 0.25);
+        object.set("usesFeedbackWindow", true);
+        EXPECT_EQ(object.get("Rate").asDouble(), 0);
+        EXPECT_EQ(object.get("Volume").asDouble(), 0);
+        expectNeutralAnswers(object, fileUrl(folder / "a.wav"));
         object.call("Constructor");
-        object.call("Constructor"); // its exception can't be raised
-        EXPECT_FALSE(object.call("startSpeakingString", "x").asBool());
-        EXPECT_FALSE(object.call("startSpeakingString", "x", "file:///tmp/x.wav").asBool());
-        EXPECT_TRUE(object.get("voice").isNull());
-        EXPECT_FALSE(object.get("isSpeaking").asBool());
-        EXPECT_TRUE(object.call("_exception").isNull());
-        object.set("voice", "gmw/de");
-        object.set("Rate", 200);
-        EXPECT_EQ(object.get("Rate").asDouble(), 200);
-        object.call("stopSpeaking");
+        object.call("Constructor");           // its exception can't be raised
+        object.call("Constructor", "gmw/de"); // nor can this one's
+        expectSettings(object);
+        expectNeutralAnswers(object, fileUrl(folder / "b.wav"));
+        runtime.construct(kSynthesizer, "gmw/de").reset();
         object.reset();
+        EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+        expectNoReports(runtime);
+        EXPECT_EQ(runtime.ledger(), host::Ledger());
+    });
+}
+
+TEST(StartUp, WithAllNamesRefusedAfterTheConstructorEveryMemberAnswersNeutrally) {
+    inFreshProcess([] {
+        const support::TemporaryFolder folder;
+        Runtime runtime;
+        runtime.load(ZQM_PLUGIN);
+        Object object = runtime.construct(kSynthesizer, String());
+        object.on("didFinishSpeaking", [](const host::Arguments&) { ADD_FAILURE(); });
+        runtime.entryPoints().refuseAll();
+        expectSettings(object);
+        expectNeutralAnswers(object, fileUrl(folder / "a.wav"));
+        object.call("Constructor"); // its exception can't be raised
+        runtime.runFor(host::Seconds(0.1));
+        object.reset();
+        EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
         expectNoReports(runtime);
         EXPECT_EQ(runtime.ledger(), host::Ledger());
     });

@@ -219,5 +219,13 @@ TEST(EndedRuntime, EndsWhatIsStillAlive) {
     EXPECT_EQ(next.callShared("Widget", "Destroyed").asInteger(), destroyed + 1);
 }
 
+TEST_F(Calls, ConstructRunsTheConstructorThatFits) {
+    EXPECT_EQ(runtime.construct("Widget").get("Count").asInteger(), 1);
+    EXPECT_EQ(runtime.construct("Widget", "named").get("Title").asText(), "named");
+    EXPECT_THROW(runtime.construct("Widget", 1, 2, 3), CallError);
+    EXPECT_THROW(runtime.construct("Nothing"), CallError);
+    EXPECT_EQ(runtime.ledger().objects.handles, 1); // the test's own
+}
+
 } // namespace
 } // namespace zqm::host::test

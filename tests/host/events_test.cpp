@@ -133,6 +133,18 @@ TEST_F(Events, OfADestructorStillArrive) {
     EXPECT_EQ(ended, 1);
 }
 
+TEST_F(Events, AreAwaitedOnlyAsLongAsSaid) {
+    EXPECT_FALSE(runtime.runUntilRaised(widget, "pinged", Seconds(0)).has_value());
+    EXPECT_TRUE(widget.call("Ping", "x").asBool()) << "the wait has set a handler";
+    EXPECT_FALSE(runtime.runUntilRaised(widget, "pinged", Seconds(0)).has_value())
+        << "what came before counts";
+}
+
+TEST_F(Events, ThatAreNoneAreNotAwaited) {
+    EXPECT_THROW(runtime.runUntilRaised(widget, "ponged", Seconds(1)), CallError);
+    EXPECT_THROW(runtime.runUntilRaised(Object(), "pinged", Seconds(1)), CallError);
+}
+
 TEST(EventsOfAnOldHost, ComeByTheIndirectTokens) {
     Runtime runtime(Options{.version = 2011.0});
     runtime.load(ZQM_WIDGET_PLUGIN);

@@ -7,6 +7,8 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <cstring>
 #include <gmock/gmock.h>
+#include <iterator>
+#include <stdexcept>
 #include <thread>
 
 namespace zqm::host::test {
@@ -327,6 +329,106 @@ TEST_F(Misuse, ResultThatIsNoHandleIsReportedAndNil) {
     expectReport(Report::Kind::WrongKind, "method \"Name\": an object instead of a string");
     EXPECT_TRUE(object.call("Names").isNull());
     expectReport(Report::Kind::ForeignHandle, "method \"Names\"");
+}
+
+// A plugin whose class raises its one event from outside of any call of the object, as out of a run loop.
+class MisuseOfAnEvent : public Misuse {
+protected:
+    MisuseOfAnEvent() {
+        source.events = events;
+        source.eventCount = std::size(events);
+        source.destructor = [](REALobject) { ++ended; };
+        ended = 0;
+        runtime.registerClass(source);
+        object = runtime.create("Source");
+    }
+
+    void raise(bool withLock) {
+        runtime.guarded([&] {
+            REALobject self = object.handle();
+            auto* handler = reinterpret_cast<void (*)(REALobject, std::int64_t)>(
+                call<void*>("GetEventInstance", self, events[0].hostToken));
+            ASSERT_NE(handler, nullptr);
+            if (withLock) {
+                call<void>("REALLockObject", self);
+            }
+            handler(self, 7);
+            if (withLock) {
+                call<void>("REALUnlockObject", self);
+            }
+        });
+    }
+
+    EventRecord events[1] = {{.declaration = "came(number as Integer)"}};
+    ClassRecord source = thingRecord("Source");
+    Object object;
+    static inline int ended = 0;
+};
+
+TEST_F(MisuseOfAnEvent, WithoutALockIsSeenWhenTheHandlerDropsTheObject) {
+    int endedInside = -1;
+    object.on("came", [&](const Arguments& arguments) {
+        object = Object();
+        endedInside = ended;
+        EXPECT_THROW((void)arguments.sender().className(), CallError);
+        EXPECT_EQ(arguments[0].asInteger(), 7);
+    });
+    raise(false);
+    EXPECT_EQ(endedInside, 1);
+    expectReport(Report::Kind::MissingLock, "event \"came\": Source ended while the handler ran");
+    EXPECT_EQ(runtime.ledger().objects.handles, 1); // the thing
+}
+
+TEST_F(MisuseOfAnEvent, WithoutALockIsSeenInAHandlerThatThrowsAsWell) {
+    object.on("came", [&](const Arguments&) {
+        object = Object();
+        throw std::runtime_error("mine");
+    });
+    EXPECT_THROW(raise(false), std::runtime_error);
+    expectReport(Report::Kind::MissingLock, "event \"came\"");
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(MisuseOfAnEvent, WithoutALockIsSeenInAnInnerHandler) {
+    int depth = 0;
+    object.on("came", [&](const Arguments&) {
+        if (++depth == 1) {
+            raise(false);
+        } else {
+            object = Object();
+        }
+    });
+    raise(false);
+    EXPECT_EQ(depth, 2);
+    EXPECT_EQ(ended, 1);
+    expectReport(Report::Kind::MissingLock, "event \"came\"");
+}
+
+TEST_F(MisuseOfAnEvent, WithALockIsNone) {
+    int endedInside = -1;
+    object.on("came", [&](const Arguments& arguments) {
+        object = Object();
+        endedInside = ended;
+        EXPECT_EQ(arguments.sender().className(), "Source");
+    });
+    raise(true);
+    EXPECT_EQ(endedInside, 0);
+    EXPECT_EQ(ended, 1);
+    EXPECT_THAT(runtime.reports(), IsEmpty());
+}
+
+TEST_F(MisuseOfAnEvent, CopyOfTheSenderKeepsItAlive) {
+    Object kept;
+    object.on("came", [&](const Arguments& arguments) {
+        kept = arguments.sender();
+        object = Object();
+    });
+    raise(false);
+    EXPECT_EQ(ended, 0);
+    EXPECT_EQ(kept.className(), "Source");
+    kept.reset();
+    EXPECT_EQ(ended, 1);
+    EXPECT_THAT(runtime.reports(), IsEmpty());
 }
 
 TEST_F(Misuse, DeadHandlesAreForgottenInTheEnd) {

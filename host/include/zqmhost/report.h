@@ -14,6 +14,7 @@ struct Report {
         DeadHandle,     // its last lock is gone
         WrongKind,      // a handle of another kind than asked for
         UnbalancedLock, // unlocked more often than locked, or kept beyond its end
+        MissingLock,    // an object ended while a handler of its event ran: the plugin held no lock on it
         DamagedHeader,  // the host's part of an object was written to
         BadRecord,      // a class record or one of its tables
         BadDeclaration, // a declaration that does not parse

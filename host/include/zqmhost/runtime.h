@@ -59,6 +59,13 @@ public:
 
     // A new instance: its class constructor runs, no "Constructor" method does.
     Object create(std::string_view className);
+    // The same, and its "Constructor" method that fits the arguments has run.
+    template <typename... Values>
+    Object construct(std::string_view className, Values&&... values) {
+        Object object = create(className);
+        object.call("Constructor", std::forward<Values>(values)...);
+        return object;
+    }
     template <typename... Values>
     Value callShared(std::string_view className, std::string_view method, Values&&... values) {
         return callSharedWith(className, method, {Value(std::forward<Values>(values))...});
@@ -85,6 +92,11 @@ public:
     // event handler throws, and what a plugin raises in the run loop, is thrown from here.
     bool runUntil(const std::function<bool()>& predicate, Seconds atMost);
     void runFor(Seconds time);
+    // Until the object's event has been raised once more, answering the arguments it brought; nothing when
+    // the time is over or the object has ended. An event without a handler is given an empty one first,
+    // because plugins raise no others. Throws CallError when there is no such event.
+    std::optional<std::vector<Value>> runUntilRaised(const Object& object, std::string_view event,
+                                                     Seconds atMost);
 
     EntryPointControl entryPoints();
     std::vector<Report> reports() const;

@@ -4,6 +4,7 @@
 #include "zqmhost/string.h"
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -46,6 +47,7 @@ public:
     // and asObject() take nil.
     bool asBool() const;
     std::int64_t asInteger() const;
+    std::size_t asSize() const; // an integer that is not negative
     double asDouble() const;
     std::string asText() const; // UTF-8
     String asString() const;    // a host string; not for text that never was one
@@ -66,11 +68,15 @@ public:
     Arguments(Object sender, std::vector<Value> values)
         : sender_(std::move(sender)), values_(std::move(values)) {}
 
+    // While the handler runs it is the plugin's lock that keeps the object alive, none of the host's; a copy
+    // holds a lock of its own.
     const Object& sender() const { return sender_; }
     std::size_t size() const { return values_.size(); }
     const Value& operator[](std::size_t index) const { return values_.at(index); }
 
 private:
+    friend class EventClosure;
+
     Object sender_;
     std::vector<Value> values_;
 };
