@@ -145,8 +145,8 @@ void Engine::handle(protocol::Speak& request) {
     }
     std::unique_ptr<Output> output;
     if (request.output) {
-        output = std::make_unique<FileOutput>(std::move(*request.output), std::move(file), std::move(folder),
-                                              speaker_.sampleRate());
+        output = std::make_unique<FileOutput>(loop_, std::move(*request.output), std::move(file),
+                                              std::move(folder), speaker_.sampleRate());
     }
     const protocol::Voice* const voice = speaker_.findVoice(request.voice);
     if (voice == nullptr || !speaker_.setVoice(*voice)) {

@@ -16,6 +16,8 @@ namespace {
 
 constexpr auto kReadable =
     static_cast<pa_io_event_flags_t>(PA_IO_EVENT_INPUT | PA_IO_EVENT_HANGUP | PA_IO_EVENT_ERROR);
+constexpr auto kWritable =
+    static_cast<pa_io_event_flags_t>(PA_IO_EVENT_OUTPUT | PA_IO_EVENT_HANGUP | PA_IO_EVENT_ERROR);
 constexpr auto kReadableOrWritable = static_cast<pa_io_event_flags_t>(kReadable | PA_IO_EVENT_OUTPUT);
 
 } // namespace
@@ -38,9 +40,27 @@ pa_mainloop_api* EventLoop::api() const {
 }
 
 void EventLoop::watch(int descriptor, std::function<void()> ready) {
+    add(descriptor, kReadable, std::move(ready));
+}
+
+void EventLoop::wakeWhenWritable(int descriptor) {
+    add(descriptor, kWritable, [] {});
+}
+
+void EventLoop::unwatch(int descriptor) {
+    std::erase_if(watches_, [&](const std::unique_ptr<Watch>& watch) {
+        if (watch->descriptor != descriptor) {
+            return false;
+        }
+        api()->io_free(watch->event);
+        return true;
+    });
+}
+
+void EventLoop::add(int descriptor, pa_io_event_flags_t flags, std::function<void()> ready) {
     auto watch = std::make_unique<Watch>(Watch{descriptor, std::move(ready)});
     watch->event = api()->io_new(
-        api(), descriptor, kReadable,
+        api(), descriptor, flags,
         [](pa_mainloop_api*, pa_io_event*, int, pa_io_event_flags_t, void* context) {
             static_cast<Watch*>(context)->ready();
         },

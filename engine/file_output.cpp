@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <sndfile.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -22,7 +23,8 @@ std::string errnoText() {
 
 } // namespace
 
-// libsndfile writes through these functions, so that the reason of a failure is errno's.
+// libsndfile writes through these functions, so that the reason of a failure is errno's, and so that what a
+// pipe or device doesn't take at once can be kept: waiting for a reader here, the engine would be deaf.
 struct FileOutput::Writer {
     explicit Writer(int descriptor) : descriptor_(descriptor) {}
     ~Writer() { static_cast<void>(close()); }
@@ -64,6 +66,16 @@ struct FileOutput::Writer {
         return error_.empty();
     }
 
+    // What was written and not taken yet.
+    [[nodiscard]] bool hasBacklog() const { return !backlog_.empty(); }
+
+    // Writes of that what is taken now.
+    bool flush() {
+        const std::size_t count = put(backlog_);
+        backlog_.erase(0, count);
+        return error_.empty();
+    }
+
     [[nodiscard]] const std::string& error() const { return error_; }
 
 private:
@@ -74,7 +86,7 @@ private:
 
     static sf_count_t seek(sf_count_t offset, int whence, void* context) {
         auto& writer = *static_cast<Writer*>(context);
-        const off_t place = ::lseek(writer.descriptor_, offset, whence);
+        const off_t place = writer.move(offset, whence);
         if (place >= 0) {
             return place;
         }
@@ -89,27 +101,46 @@ private:
 
     static sf_count_t write(const void* bytes, sf_count_t count, void* context) {
         auto& writer = *static_cast<Writer*>(context);
-        sf_count_t done = 0;
-        while (done < count) {
-            const ssize_t written = ::write(writer.descriptor_, static_cast<const char*>(bytes) + done,
-                                            static_cast<std::size_t>(count - done));
-            if (written < 0 && errno == EINTR) {
-                continue;
-            }
-            if (written <= 0) {
-                writer.failed();
-                break;
-            }
-            done += written;
+        const std::string_view wanted(static_cast<const char*>(bytes), static_cast<std::size_t>(count));
+        const std::size_t taken = writer.hasBacklog() ? 0 : writer.put(wanted);
+        if (!writer.error_.empty()) {
+            return static_cast<sf_count_t>(taken);
         }
-        writer.place_ += done;
-        return done;
+        writer.backlog_ += wanted.substr(taken);
+        writer.place_ += count;
+        return count;
     }
 
     static sf_count_t tell(void* context) {
         auto& writer = *static_cast<Writer*>(context);
-        const off_t place = ::lseek(writer.descriptor_, 0, SEEK_CUR);
+        const off_t place = writer.move(0, SEEK_CUR);
         return place < 0 ? writer.place_ : place;
+    }
+
+    // As lseek; what has a backlog is where it is, as a pipe.
+    [[nodiscard]] off_t move(off_t offset, int whence) const {
+        if (hasBacklog()) {
+            errno = ESPIPE;
+            return -1;
+        }
+        return ::lseek(descriptor_, offset, whence);
+    }
+
+    // How much of the bytes was taken; less than all also when writing failed.
+    std::size_t put(std::string_view bytes) {
+        std::size_t done = 0;
+        while (done < bytes.size()) {
+            const ssize_t written = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
+            if (written > 0) {
+                done += static_cast<std::size_t>(written);
+            } else if (written == 0 || errno != EINTR) {
+                if (written == 0 || errno != EAGAIN) {
+                    failed();
+                }
+                break;
+            }
+        }
+        return done;
     }
 
     void failed() {
@@ -120,19 +151,22 @@ private:
 
     int descriptor_;
     sf_count_t place_ = 0; // of a pipe, which knows none
+    std::string backlog_;
     SNDFILE* sound_ = nullptr;
     std::string error_;
 };
 
-FileOutput::FileOutput(protocol::Output target, protocol::Descriptor file, protocol::Descriptor folder,
-                       int sampleRate)
-    : target_(std::move(target)), file_(std::move(file)), folder_(std::move(folder)),
+FileOutput::FileOutput(EventLoop& loop, protocol::Output target, protocol::Descriptor file,
+                       protocol::Descriptor folder, int sampleRate)
+    : loop_(loop), target_(std::move(target)), file_(std::move(file)), folder_(std::move(folder)),
       format_(findFileFormat(target_.extension)) {
     if (format_ == nullptr) {
         fail("no sound file format is known for the extension \"" + target_.extension +
              "\" (known: " + knownExtensions() + ")");
         return;
     }
+    // A pipe or device shall not hold up the engine; for a file this means nothing.
+    ::fcntl(file_.get(), F_SETFL, ::fcntl(file_.get(), F_GETFL) | O_NONBLOCK);
     writer_ = std::make_unique<Writer>(file_.get());
     if (!writer_->open(*format_, sampleRate)) {
         fail(writer_->error());
@@ -142,13 +176,58 @@ FileOutput::FileOutput(protocol::Output target, protocol::Descriptor file, proto
 }
 
 FileOutput::~FileOutput() {
+    waitForRoom(false);
     if (state() != State::Ended) {
         removeTemporary();
     }
 }
 
+void FileOutput::update() {
+    if (state() == State::Open) {
+        settle();
+    }
+}
+
+// Hands over what is held back, and ends when it was the last.
+void FileOutput::settle() {
+    if (!writer_->flush()) {
+        fail(writer_->error());
+        return;
+    }
+    waitForRoom(writer_->hasBacklog());
+    if (isFinishing_ && !writer_->hasBacklog()) {
+        putInPlace();
+    }
+}
+
+void FileOutput::putInPlace() {
+    if (!giveName()) {
+        fail(errnoText());
+        return;
+    }
+    if (::close(file_.release()) != 0) {
+        fail(errnoText());
+        return;
+    }
+    if (!target_.temporaryName.empty() && ::renameat(folder_.get(), target_.temporaryName.c_str(),
+                                                     folder_.get(), target_.finalName.c_str()) != 0) {
+        fail(errnoText());
+        return;
+    }
+    become(State::Ended);
+}
+
+void FileOutput::waitForRoom(bool needed) {
+    if (needed && !isWaiting_) {
+        loop_.wakeWhenWritable(file_.get());
+    } else if (!needed && isWaiting_) {
+        loop_.unwatch(file_.get());
+    }
+    isWaiting_ = needed;
+}
+
 std::size_t FileOutput::room() const {
-    return state() == State::Open ? kSamplesAtOnce : 0;
+    return state() == State::Open && !isFinishing_ && !writer_->hasBacklog() ? kSamplesAtOnce : 0;
 }
 
 void FileOutput::write(std::span<const std::int16_t> samples) {
@@ -164,10 +243,11 @@ void FileOutput::write(std::span<const std::int16_t> samples) {
         return;
     }
     written_ += samples.size();
+    waitForRoom(writer_->hasBacklog());
 }
 
 void FileOutput::finish() {
-    if (state() != State::Open) {
+    if (state() != State::Open || isFinishing_) {
         return;
     }
     if (written_ == 0 && !format_->mayBeEmpty) {
@@ -181,20 +261,16 @@ void FileOutput::finish() {
         fail(writer_->error());
         return;
     }
-    if (!giveName()) {
-        fail(errnoText());
-        return;
+    isFinishing_ = true;
+    settle();
+}
+
+void FileOutput::stop() {
+    finish();
+    if (state() == State::Open) {
+        waitForRoom(false);
+        become(State::Ended);
     }
-    if (::close(file_.release()) != 0) {
-        fail(errnoText());
-        return;
-    }
-    if (!target_.temporaryName.empty() && ::renameat(folder_.get(), target_.temporaryName.c_str(),
-                                                     folder_.get(), target_.finalName.c_str()) != 0) {
-        fail(errnoText());
-        return;
-    }
-    become(State::Ended);
 }
 
 // A file that was opened without a name gets its temporary one.

@@ -105,10 +105,10 @@ bool OutputFile::openInPlace(const std::string& path, mode_t type, std::string& 
         error = "a pipe can't take a file of this format";
         return false;
     }
-    // Without O_NONBLOCK a pipe that nobody reads would hold up the host.
+    // Without O_NONBLOCK a pipe that nobody reads would hold up the host here, and the engine later.
     file_ = aboveStandardDescriptors(
         Descriptor(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)));
-    if (!file_ || ::fcntl(file_.get(), F_SETFL, ::fcntl(file_.get(), F_GETFL) & ~O_NONBLOCK) != 0) {
+    if (!file_) {
         error = std::strerror(errno);
         return false;
     }

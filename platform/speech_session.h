@@ -81,7 +81,7 @@ private:
         std::uint64_t number;
         std::size_t length;
         std::deque<Word> words;
-        std::size_t end = 0;        // of the last word heard
+        std::size_t end = 0;    // of the last word heard
         bool isStopped = false; // its words are of no interest any more
         bool isOver = false;
         bool completed = false;

@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
+#include <poll.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -48,6 +49,41 @@ Descriptor openDevice(const char* path, int flags) {
     Descriptor device(::open(path, flags | O_CLOEXEC));
     EXPECT_TRUE(device) << path;
     return device;
+}
+
+// A pipe that nobody reads yet.
+struct Pipe {
+    Pipe() {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+        reading.reset(ends[0]);
+        writing.reset(ends[1]);
+    }
+
+    [[nodiscard]] Descriptor copyOfWriting() const {
+        return Descriptor(::fcntl(writing.get(), F_DUPFD_CLOEXEC, 0));
+    }
+
+    // Waits until there is no room in it.
+    [[nodiscard]] bool fillsUp() const {
+        pollfd watched{writing.get(), POLLOUT, 0};
+        for (int tries = 0; tries < EngineProcess::kDeadlineMilliseconds / 10; ++tries) {
+            if (::poll(&watched, 1, 0) == 0) {
+                return true;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return false;
+    }
+
+    Descriptor reading;
+    Descriptor writing;
+};
+
+Speak speakIntoPipe(std::uint64_t utterance, std::size_t words) {
+    Speak request = speak(utterance, manyWords(words));
+    request.output = zqm::protocol::Output{"ogg", "", ""};
+    return request;
 }
 
 std::vector<Descriptor> one(Descriptor descriptor) {
@@ -533,6 +569,73 @@ TEST_F(FileSpeech, aPipeTakesWhatNeedsNoSeeking) {
     ASSERT_TRUE(finished(events)) << startError(events);
     EXPECT_TRUE(finished(events)->completed) << finished(events)->error;
     EXPECT_GT(SoundFile(file).seconds(), 1);
+}
+
+TEST_F(FileSpeech, aPipeThatIsReadLateGetsEverything) {
+    constexpr std::size_t kWords = 300;
+    Pipe pipe;
+    engine.send(speakIntoPipe(1, kWords), one(pipe.copyOfWriting()));
+    ASSERT_TRUE(pipe.fillsUp());
+    pipe.writing.reset();
+    const std::filesystem::path file = folder / "late.ogg";
+    std::thread copy([&] {
+        std::ofstream output(file, std::ios::binary);
+        std::array<char, 1000> bytes{};
+        ssize_t count = 0;
+        while ((count = ::read(pipe.reading.get(), bytes.data(), bytes.size())) > 0) {
+            output.write(bytes.data(), count);
+        }
+    });
+    const std::vector<Event> events = engine.untilEnd(1);
+    copy.join();
+    EXPECT_THAT(faults(events, 1), IsEmpty());
+    EXPECT_EQ(wordsIn(events).size(), kWords);
+    EXPECT_TRUE(finished(events)->completed) << finished(events)->error;
+
+    EngineProcess other(kNoServer); // one that spoke before speaks a little differently
+    Target target(folder.path(), "whole.ogg");
+    Speak request = speak(1, manyWords(kWords));
+    request.output = target.output;
+    other.send(request, std::move(target.descriptors));
+    EXPECT_TRUE(finished(other.untilEnd(1))->completed);
+    EXPECT_EQ(SoundFile(file).frames(), SoundFile(target.file).frames());
+}
+
+TEST_F(FileSpeech, aPipeThatNobodyReadsHoldsUpNoStop) {
+    Pipe pipe;
+    engine.send(speakIntoPipe(1, 300), one(pipe.copyOfWriting()));
+    ASSERT_TRUE(pipe.fillsUp());
+    engine.send(Stop{1});
+    const std::vector<Event> events = engine.untilEnd(1);
+    ASSERT_TRUE(finished(events));
+    EXPECT_FALSE(finished(events)->completed);
+    EXPECT_EQ(finished(events)->error, "");
+}
+
+TEST_F(FileSpeech, aPipeThatNobodyReadsHoldsUpNoOtherSpeech) {
+    Pipe pipe;
+    engine.send(speakIntoPipe(1, 300), one(pipe.copyOfWriting()));
+    ASSERT_TRUE(pipe.fillsUp());
+    Pipe other;
+    engine.send(speakIntoPipe(2, 0), one(std::move(other.writing)));
+    EXPECT_FALSE(finished(engine.untilEnd(1))->completed);
+    EXPECT_TRUE(finished(engine.untilEnd(2))->completed);
+}
+
+TEST_F(FileSpeech, aPipeWhoseReaderLeavesWhenItIsFullIsAnError) {
+    Pipe pipe;
+    engine.send(speakIntoPipe(1, 300), one(pipe.copyOfWriting()));
+    ASSERT_TRUE(pipe.fillsUp());
+    pipe.reading.reset();
+    EXPECT_THAT(finished(engine.untilEnd(1))->error, HasSubstr("Broken pipe"));
+}
+
+TEST_F(FileSpeech, aPipeThatNobodyReadsHoldsUpNoEnd) {
+    Pipe pipe;
+    engine.send(speakIntoPipe(1, 300), one(pipe.copyOfWriting()));
+    ASSERT_TRUE(pipe.fillsUp());
+    engine.hangUp();
+    EXPECT_EQ(engine.wait(), 0);
 }
 
 TEST_F(FileSpeech, aPipeWhoseReaderIsGoneIsAnError) {

@@ -782,6 +782,71 @@ TEST_F(Speech, APipeTakesAFormatThatIsWrittenFromBeginningToEnd) {
     EXPECT_GT(SoundFile(path("copy.ogg")).seconds(), 0.5);
 }
 
+// A pipe with a reader that doesn't read.
+class UnreadPipe {
+public:
+    explicit UnreadPipe(const std::string& path)
+        : made_(::mkfifo(path.c_str(), 0600) == 0),
+          reader_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)),
+          writer_(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) {}
+    UnreadPipe(const UnreadPipe&) = delete;
+    UnreadPipe& operator=(const UnreadPipe&) = delete;
+    ~UnreadPipe() {
+        ::close(reader_);
+        ::close(writer_);
+    }
+
+    bool isMade() const { return made_ && reader_ >= 0 && writer_ >= 0; }
+
+    bool fillsUp() const {
+        return waitUntil([this] {
+            pollfd watched{writer_, POLLOUT, 0};
+            return ::poll(&watched, 1, 0) == 0;
+        });
+    }
+
+private:
+    bool made_;
+    int reader_;
+    int writer_;
+};
+
+TEST_F(Speech, APipeThatNobodyReadsHoldsUpNoStop) {
+    const UnreadPipe pipe(path("a.ogg"));
+    ASSERT_TRUE(pipe.isMade());
+    Speaker speaker;
+    ASSERT_TRUE(speaker.say(manyWords(300), path("a.ogg")));
+    const auto engines = zqm::support::childrenOfThisProcess();
+    ASSERT_EQ(1U, engines.size());
+    ASSERT_TRUE(pipe.fillsUp());
+    [speaker.synthesizer stopSpeaking];
+    EXPECT_FALSE([speaker.synthesizer isSpeaking]);
+    EXPECT_TRUE(zqm::support::isAlive(engines.front())) << "it did not answer in time, and was killed";
+    ASSERT_TRUE(speaker.runToEnd());
+    EXPECT_EQ(std::vector<bool>{false}, speaker.heard.finished);
+    ASSERT_TRUE(speaker.say("Hello world", path("a.wav")) && speaker.runToEnd(2));
+    EXPECT_EQ(engines, zqm::support::childrenOfThisProcess());
+}
+
+TEST_F(Speech, APipeThatNobodyReadsKeepsNoEngineBeyondItsHost) {
+    GTEST_FLAG_SET(death_test_style, "fast");
+    const UnreadPipe pipe(path("a.ogg"));
+    ASSERT_TRUE(pipe.isMade());
+    const std::string note = path("engine");
+    EXPECT_EXIT(
+        {
+            Speaker speaker;
+            const bool works = speaker.say(manyWords(300), path("a.ogg")) && pipe.fillsUp();
+            std::ofstream(note) << zqm::support::childrenOfThisProcess().back();
+            ::_exit(works ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    pid_t engine = 0;
+    std::ifstream(note) >> engine;
+    ASSERT_GT(engine, 0);
+    EXPECT_TRUE(waitUntil([&] { return !zqm::support::isAlive(engine); }));
+}
+
 TEST_F(Speech, NamesMayBeComposedOrDecomposed) {
     const std::string composed = "\xC3\xA9.wav";
     const std::string decomposed = "e\xCC\x81.wav";
