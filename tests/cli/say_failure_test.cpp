@@ -141,9 +141,9 @@ public:
         }
     }
 
-    ProcessResult say() const {
+    ProcessResult say(const support::ProcessOptions& options = bareOptions()) const {
         return support::runProcess((folder_ / "zqmspeech").string(),
-                                   {"say", "-o", (folder_ / "x.wav").string(), "Hello"}, bareOptions());
+                                   {"say", "-o", (folder_ / "x.wav").string(), "Hello world"}, options);
     }
     const std::filesystem::path& path() const { return folder_.path(); }
 
@@ -175,6 +175,48 @@ TEST(SayInstallation, LacksTheEngine) {
     const Installation lacking({"libzqmplatform.so", "libZQMNSSpeech.so"});
     expectOneLine(lacking.say(), 1, "there are no voices: the speech engine is missing or does not answer");
 }
+
+// With an engine that misbehaves in this way.
+struct EngineFault {
+    const char* fault;
+    const char* line; // a part of it
+};
+class SayWithABadEngine : public testing::TestWithParam<EngineFault> {};
+
+TEST_P(SayWithABadEngine, FailsWithOneLine) {
+    const Installation bad({"libzqmplatform.so", "libZQMNSSpeech.so"});
+    std::filesystem::copy(ZQM_BAD_ENGINE_PATH, bad.path());
+    support::ProcessOptions options = bareOptions();
+    options.environment["ZQM_BAD_ENGINE"] = GetParam().fault;
+    const ProcessResult result = bad.say(options);
+    EXPECT_FALSE(result.timedOut);
+    EXPECT_EQ(result.signal, 0);
+    expectOneLine(result, 1, GetParam().line);
+    EXPECT_FALSE(std::filesystem::exists(bad.path() / "x.wav"));
+}
+
+constexpr const char* kNoVoices = "there are no voices: the speech engine is missing or does not answer";
+INSTANTIATE_TEST_SUITE_P(All, SayWithABadEngine,
+                         testing::Values(EngineFault{"close at once", kNoVoices},
+                                         EngineFault{"deaf", kNoVoices},
+                                         EngineFault{"garbage for voices", kNoVoices},
+                                         EngineFault{"end instead of voices", kNoVoices},
+                                         EngineFault{"no voices", kNoVoices},
+                                         EngineFault{"mute", "the speech can't be written: "},
+                                         EngineFault{"die on request", "the speech can't be written: "},
+                                         EngineFault{"garbage on request", "the speech can't be written: "},
+                                         EngineFault{"refuse", "the speech can't be written: the reason"},
+                                         EngineFault{"die", "the speech broke off: "},
+                                         EngineFault{"abort", "the speech broke off: "},
+                                         EngineFault{"garbage", "the speech broke off: "},
+                                         EngineFault{"overlong", "the speech broke off: "},
+                                         EngineFault{"unfinished line", "the speech broke off: "},
+                                         EngineFault{"fail", "the speech broke off: the disk is full"}),
+                         [](const auto& test) {
+                             std::string name = test.param.fault;
+                             std::ranges::replace(name, ' ', '_');
+                             return name;
+                         });
 
 TEST(SayInstallation, LacksThePlatformLibrary) {
     const Installation lacking({"libZQMNSSpeech.so", "zqmspeech-engine"});
