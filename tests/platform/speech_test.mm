@@ -59,6 +59,13 @@ using zqm::support::ScopedEnvironment;
 using zqm::support::SoundFile;
 using zqm::support::TemporaryFolder;
 
+// Where every access to memory is checked, long texts are shorter by this, and take about as long.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kSlowness = 10;
+#else
+constexpr int kSlowness = 1;
+#endif
+
 const std::vector<HeardWord> kHelloWorld{{0, 5}, {6, 5}};
 
 std::string manyWords(int count) {
@@ -164,7 +171,7 @@ TEST_F(Speech, TakesAnyFileUrlOfThisMachine) {
 
 TEST_F(Speech, RefusingLeavesWhatIsSpokenAlone) {
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(3000), path("a.wav")));
+    ASSERT_TRUE(speaker.say(manyWords(3000 / kSlowness), path("a.wav")));
     EXPECT_FALSE(speaker.say("a", path("none/a.wav")));
     ASSERT_TRUE(speaker.runToEnd());
     EXPECT_EQ(std::vector<bool>{true}, speaker.heard.finished);
@@ -446,24 +453,17 @@ TEST_F(Speech, ANativeExceptionOfTheDelegateLeavesEverythingInOrder) {
 TEST_F(Speech, TwoObjectsSpeakAtOnce) {
     Speaker one;
     Speaker other;
-    ASSERT_TRUE(one.say(manyWords(3000), path("a.wav")));
-    ASSERT_TRUE(other.say(manyWords(3000), path("b.wav")));
+    ASSERT_TRUE(one.say(manyWords(3000 / kSlowness), path("a.wav")));
+    ASSERT_TRUE(other.say(manyWords(3000 / kSlowness), path("b.wav")));
     EXPECT_TRUE([one.synthesizer isSpeaking] && [other.synthesizer isSpeaking]);
     ASSERT_TRUE(one.runToEnd() && other.runToEnd());
-    EXPECT_EQ(3000U, one.heard.words.size());
+    EXPECT_EQ(3000U / kSlowness, one.heard.words.size());
     EXPECT_EQ(one.heard.words, other.heard.words);
     EXPECT_TRUE(one.heard.finished.front() && other.heard.finished.front());
 }
 
-// Slow where every access to memory is checked, and no other for more words.
-#ifdef __SANITIZE_ADDRESS__
-constexpr std::size_t kManyWords = 10'000;
-#else
-constexpr std::size_t kManyWords = 100'000;
-#endif
-
 TEST_F(Speech, EveryOfManyWordsIsTold) {
-    constexpr std::size_t kWords = kManyWords;
+    constexpr std::size_t kWords = 100'000 / kSlowness;
     std::string text;
     for (std::size_t index = 0; index < kWords; ++index) {
         text += index % 10 == 9 ? "to. " : "to ";
@@ -537,7 +537,7 @@ TEST_F(Speech, NoEngineOutlivesItsObject) {
 
 TEST_F(Speech, AForkLeavesTheParentsSpeechAlone) {
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(5000), path("a.wav")));
+    ASSERT_TRUE(speaker.say(manyWords(5000 / kSlowness), path("a.wav")));
     const pid_t child = ::fork();
     if (child == 0) {
         const bool dead = ![speaker.synthesizer isSpeaking] && !speaker.say("a", path("b.wav"));
@@ -556,7 +556,7 @@ TEST_F(Speech, AForkLeavesTheParentsSpeechAlone) {
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(0, WEXITSTATUS(status));
     ASSERT_TRUE(speaker.runToEnd());
-    EXPECT_EQ(5000U, speaker.heard.words.size());
+    EXPECT_EQ(5000U / kSlowness, speaker.heard.words.size());
     EXPECT_EQ(std::vector<bool>{true}, speaker.heard.finished);
     EXPECT_FALSE(std::filesystem::exists(path("b.wav")));
 }
@@ -612,7 +612,7 @@ TEST_F(Speech, RateAndVolumeAreHeard) {
 
 TEST_F(Speech, ARateChangesWhileSpeaking) {
     Speaker speaker;
-    const std::string text = manyWords(5000);
+    const std::string text = manyWords(5000 / kSlowness);
     ASSERT_TRUE(speaker.say(text, path("normal.wav")) && speaker.runToEnd(1));
     ASSERT_TRUE(speaker.say(text, path("fast.wav")));
     [speaker.synthesizer setRate:350];
