@@ -52,7 +52,7 @@ Spoken spokenText(std::u32string_view text) {
         }
         std::array<char, U8_MAX_LENGTH> bytes{};
         std::size_t length = 0;
-        U8_APPEND_UNSAFE(bytes.data(), length, static_cast<UChar32>(character));
+        U8_APPEND_UNSAFE(bytes, length, static_cast<UChar32>(character));
         spoken.text.append(bytes.data(), length);
         spoken.origin.push_back(index);
     }

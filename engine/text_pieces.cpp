@@ -143,7 +143,7 @@ TextPieces::Window TextPieces::window(std::size_t codePoints) const {
     std::size_t at = byte_;
     while (at < text_.size() && window.text.size() < codePoints) {
         UChar32 character = 0;
-        U8_NEXT_UNSAFE(text_.data(), at, character);
+        U8_NEXT_UNSAFE(text_, at, character);
         window.text.push_back(static_cast<char32_t>(character));
     }
     window.reachesEnd = at == text_.size();
@@ -160,18 +160,18 @@ std::optional<Piece> TextPieces::next() {
         part.words.clear();
         const std::size_t length = part.text.size();
         insideWord_ -= length;
-        return take(std::move(part), {length, false});
+        return take(part, {length, false});
     }
     Window window = this->window(kLongest);
     if (window.reachesEnd) {
         const std::size_t length = window.text.size();
-        return take(std::move(window), {length, true});
+        return take(window, {length, true});
     }
     const Cut cut = placeToCut(window);
     if (cut.at == 0) {
         return longWord();
     }
-    return take(std::move(window), cut);
+    return take(window, cut);
 }
 
 // The window is one word, or the beginning of one: finds its end, further on.
@@ -190,13 +190,13 @@ Piece TextPieces::longWord() {
     Window first = window(kLongest);
     const std::size_t start = utf16_;
     first.words.clear();
-    Piece piece = take(std::move(first), {kLongest, false});
+    Piece piece = take(first, {kLongest, false});
     piece.words = {{{0, std::min(word.end, kLongest)}, {start, start + units}}};
     insideWord_ = word.end - std::min(word.end, kLongest);
     return piece;
 }
 
-Piece TextPieces::take(Window window, Cut cut) {
+Piece TextPieces::take(const Window& window, Cut cut) {
     Piece piece;
     piece.text = window.text.substr(0, cut.at);
     piece.endsSentence = cut.endsSentence;

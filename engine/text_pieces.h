@@ -48,7 +48,7 @@ private:
 
     [[nodiscard]] Window window(std::size_t codePoints) const;
     Piece longWord();
-    Piece take(Window window, Cut cut);
+    Piece take(const Window& window, Cut cut);
     [[nodiscard]] Cut placeToCut(const Window& window) const;
     [[nodiscard]] std::size_t lastSentence(const Window& window) const;
     static std::size_t lastParagraph(const Window& window);

@@ -39,8 +39,10 @@ std::vector<std::string> environmentWith(const Environment& changes) {
         }
     }
     std::vector<std::string> list;
+    list.reserve(variables.size());
     for (const auto& [name, value] : variables) {
-        list.push_back(name + "=" + value);
+        list.push_back(name);
+        list.back().append("=").append(value);
     }
     return list;
 }
@@ -71,6 +73,7 @@ pid_t spawnEngine(int socket, int errors, const Environment& environment) {
     std::array<char*, 2> arguments{program.data(), nullptr};
     std::vector<std::string> variables = environmentWith(environment);
     std::vector<char*> pointers;
+    pointers.reserve(variables.size() + 1);
     for (std::string& variable : variables) {
         pointers.push_back(variable.data());
     }
@@ -95,7 +98,7 @@ EngineProcess::EngineProcess(const Environment& environment)
 EngineProcess::~EngineProcess() {
     if (pid_ > 0) {
         ::kill(pid_, SIGKILL);
-        wait();
+        ::waitpid(pid_, nullptr, 0);
     }
 }
 

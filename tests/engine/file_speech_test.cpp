@@ -104,6 +104,7 @@ double directSeconds(const std::string& text) {
     static long samples = 0;
     samples = 0;
     const int rate = directRate();
+    // NOLINTNEXTLINE(readability-non-const-parameter): the type is espeak-ng's
     espeak_SetSynthCallback([](short* sound, int count, espeak_EVENT*) {
         samples += sound == nullptr ? 0 : count;
         return 0;
@@ -131,7 +132,7 @@ protected:
         return engine.untilEnd(utterance);
     }
 
-    double secondsOf(Speak request) {
+    double secondsOf(const Speak& request) {
         Target target(folder.path(), std::to_string(request.utterance) + ".wav");
         EXPECT_TRUE(finished(write(request, target))->completed);
         return SoundFile(target.file).seconds();

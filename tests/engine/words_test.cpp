@@ -99,16 +99,16 @@ INSTANTIATE_TEST_SUITE_P(
                          "5 50% 3\xE2\x80\xB0 20\xC2\xB0 20\xC2\xB0"
                          "C",
                          Words{"5\xE2\x82\xAC",
-                               "\xE2\x82\xAC"
-                               "5",
+                               ("\xE2\x82\xAC"
+                                "5"),
                                "50%", "3\xE2\x80\xB0", "20\xC2\xB0",
-                               "20\xC2\xB0"
-                               "C"}},
+                               ("20\xC2\xB0"
+                                "C")}},
                     Case{"-5 +7 \xE2\x88\x92"
                          "3 -$4",
                          Words{"-5", "+7",
-                               "\xE2\x88\x92"
-                               "3",
+                               ("\xE2\x88\x92"
+                                "3"),
                                "-$4"}},
                     Case{"3-5 (-5)", Words{"3-5", "5"}}, Case{"US$25", Words{"US$25"}},
                     Case{"2 + 2 = 4", Words{"2", "+", "2", "=", "4"}}, Case{"1, 2, 3.", Words{"1", "2", "3"}},
