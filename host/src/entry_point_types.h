@@ -23,7 +23,7 @@ namespace entry {
     };
 #define ARRAY_ENTRY_POINT(wrapper, name, Result, Parameters)                                                 \
     struct wrapper {                                                                                         \
-        using Function = Result(*(REALarray)) Parameters;                                                    \
+        using Function = auto(REALarray) -> Result(*) Parameters;                                            \
         static constexpr const char* kName = name;                                                           \
     };
 #include "plugin/entry_points.def"

@@ -16,6 +16,8 @@ template <typename... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;
 };
+template <typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 bool isHandle(const Type& type) {
     return type.isArray || type.kind == TypeKind::String || type.kind == TypeKind::Text ||

@@ -35,7 +35,7 @@ TEST_F(LedgerTest, IsTheSameAfterTwiceTheWork) {
 TEST_F(LedgerTest, ShowsWhatIsLeftBehind) {
     const Ledger before = runtime.ledger();
     const Object widget = runtime.create("Widget");
-    const Object again = widget;
+    const Object again = widget; // NOLINT(performance-unnecessary-copy-initialization): locks it again
     const String text = runtime.string("x");
     const Ledger after = runtime.ledger();
     EXPECT_NE(after, before);

@@ -73,7 +73,7 @@ void titledConstructor(REALobject self, REALstring title) {
 using EventFunction = void (*)(REALobject, std::int64_t, double, float, std::int64_t, std::int64_t,
                                REALstring, REALobject);
 
-enum WidgetEvent { kPinged, kEnding };
+enum WidgetEvent { Pinged, Ending };
 EventRecord widgetEvents[] = {
     {.declaration = "pinged(number as Integer, real as Double, single as Single, flag as Boolean, "
                     "small as Int32, text as String, sender as Widget)"},
@@ -89,7 +89,7 @@ void* handlerOf(REALobject self, WidgetEvent event) {
 }
 
 void destructor(REALobject self) {
-    if (auto* handler = reinterpret_cast<void (*)(REALobject)>(handlerOf(self, kEnding))) {
+    if (auto* handler = reinterpret_cast<void (*)(REALobject)>(handlerOf(self, Ending))) {
         host<void>("REALLockObject", self);
         handler(self);
         host<void>("REALUnlockObject", self);
@@ -226,7 +226,7 @@ std::int64_t raiseTwice(REALobject self) {
 }
 
 bool ping(REALobject self, REALstring text) {
-    auto* handler = reinterpret_cast<EventFunction>(handlerOf(self, kPinged));
+    auto* handler = reinterpret_cast<EventFunction>(handlerOf(self, Pinged));
     if (handler == nullptr) {
         return false;
     }
