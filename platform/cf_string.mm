@@ -109,6 +109,7 @@ CFIndex CFStringGetLength(CFStringRef string) {
     return static_cast<CFIndex>([(NSString*)string length]);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): getCharacters:range: writes into it
 void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
     [(NSString*)string getCharacters:buffer
                                range:NSMakeRange(static_cast<NSUInteger>(range.location),
@@ -125,7 +126,7 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize,
         encoded->bytes.size() >= static_cast<std::size_t>(bufferSize)) {
         return 0;
     }
-    std::memcpy(buffer, encoded->bytes.c_str(), encoded->bytes.size() + 1);
+    buffer[encoded->bytes.copy(buffer, encoded->bytes.size())] = '\0';
     return 1;
 }
 

@@ -67,8 +67,8 @@ public:
     // Takes another synthesizer, which becomes this object's, in the place of the one it has.
     void replace(NSSpeechSynthesizer* other);
 
-    bool say(const std::string& text, const std::string& path);
-    bool runToEnd(std::size_t finishes = 1);
+    bool say(const std::string& text, const std::string& path) const;
+    bool runToEnd(std::size_t finishes = 1) const;
 
     NSSpeechSynthesizer* synthesizer = nil;
     Heard heard;

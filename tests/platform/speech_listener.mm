@@ -117,11 +117,11 @@ void Speaker::replace(NSSpeechSynthesizer* other) {
     [synthesizer setDelegate:listener_];
 }
 
-bool Speaker::say(const std::string& text, const std::string& path) {
+bool Speaker::say(const std::string& text, const std::string& path) const {
     return [synthesizer startSpeakingString:stringOf(text) toURL:fileUrl(path)] != NO;
 }
 
-bool Speaker::runToEnd(std::size_t finishes) {
+bool Speaker::runToEnd(std::size_t finishes) const {
     return runUntil([&] { return heard.finished.size() >= finishes; });
 }
 

@@ -20,6 +20,8 @@
 #endif
 #define CF_EXPORT extern __attribute__((visibility("default")))
 
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): Apple's names
+
 CF_EXTERN_C_BEGIN
 
 // ---- base types
@@ -193,5 +195,7 @@ CF_EXPORT CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterv
                                                 Boolean returnAfterSourceHandled);
 
 CF_EXTERN_C_END
+
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 #endif
