@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
 #include <string>
 #include <tuple>
@@ -24,7 +25,7 @@ void* resolve(const char* name) {
 
 // A value that no default is mistaken for.
 template <typename Type>
-Type sample(int seed) {
+Type sample(std::int64_t seed) {
     if constexpr (std::is_pointer_v<Type>) {
         return reinterpret_cast<Type>(static_cast<std::uintptr_t>(0x1000 * (seed + 1)));
     } else if constexpr (std::is_same_v<Type, bool>) {

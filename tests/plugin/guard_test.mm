@@ -286,7 +286,7 @@ void* endThread(void* ends) {
 
 TEST_F(Guards, LetAThreadEndThroughTheNativeOne) {
     int ends = 0;
-    pthread_t thread;
+    pthread_t thread{};
     ASSERT_EQ(pthread_create(&thread, nullptr, endThread, &ends), 0);
     pthread_join(thread, nullptr);
     EXPECT_EQ(ends, 1);

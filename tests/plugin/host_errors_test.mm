@@ -135,11 +135,12 @@ class RaiseOutOfBounds : public testing::TestWithParam<Bounds> {};
 
 TEST_P(RaiseOutOfBounds, SaysWhatIsWrong) {
     PluginHost host;
-    const auto& [value, count, parameter, method, message] = GetParam();
-    const auto raised =
-        oneRaisedBy(host, [&] { RaiseOutOfBoundsException(value, count, parameter, method); });
+    const Bounds& bounds = GetParam();
+    const auto raised = oneRaisedBy(host, [&] {
+        RaiseOutOfBoundsException(bounds.value, bounds.count, bounds.parameter, bounds.method);
+    });
     EXPECT_EQ(raised.className, "OutOfBoundsException");
-    EXPECT_EQ(raised.message, message);
+    EXPECT_EQ(raised.message, bounds.message);
     EXPECT_EQ(raised.errorNumber, 0);
 }
 

@@ -3,6 +3,8 @@
 #include "plugin/set_up.h"
 #include "tests/speech/synthesizer_host.h"
 
+#include <cstdlib>
+#include <memory>
 #include <objc/runtime.h>
 
 namespace {
@@ -242,11 +244,11 @@ TEST_F(PlatformObject, KeepsTheLastTextAndReleasesIt) {
 
 TEST_F(PlatformObject, HoldsTheTwoVariablesInOrder) {
     unsigned int count = 0;
-    Ivar* variables = class_copyIvarList([MyNSSpeechSynthesizer class], &count);
+    const std::unique_ptr<Ivar[], void (*)(void*)> variables(
+        class_copyIvarList([MyNSSpeechSynthesizer class], &count), std::free);
     ASSERT_EQ(count, 2U);
     EXPECT_STREQ(ivar_getName(variables[0]), "lastText");
     EXPECT_STREQ(ivar_getName(variables[1]), "target");
-    free(variables);
 }
 
 TEST_F(PlatformObject, IsASynthesizerAndADelegate) {

@@ -17,11 +17,13 @@ inline MyNSSpeechSynthesizer* platformObjectOf(const zqm::host::Object& object) 
 }
 
 class SynthesizerTest : public testing::Test {
+public:
+    ~SynthesizerTest() override { EXPECT_THAT(host->reports(), testing::IsEmpty()); }
+
 protected:
     explicit SynthesizerTest(double hostVersion = zqm::host::kDefaultVersion) : host(hostVersion) {
         host.start();
     }
-    ~SynthesizerTest() override { EXPECT_THAT(host->reports(), testing::IsEmpty()); }
 
     zqm::host::Object newObject() { return host->create("NSSpeechSynthesizerZQM"); }
     zqm::host::Object newSynthesizer() {
