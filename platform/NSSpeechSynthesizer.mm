@@ -35,7 +35,7 @@ std::string utf8Of(NSString* string) {
          index = zqm::platform::findLoneSurrogate(text, index)) {
         text[index] = kReplacement;
     }
-    return zqm::platform::encodeText(kUtf8, text, zqm::platform::ByteOrderMark::kIsText)->bytes;
+    return zqm::platform::encodeText(kUtf8, text, zqm::platform::ByteOrderMark::IsText)->bytes;
 }
 
 const Voice* defaultVoice() {
@@ -178,7 +178,7 @@ public:
             if (const std::string failure = session_.takeFailure(); !failure.empty()) {
                 NSLog(@"Speech ended early: %s", failure.c_str());
             }
-            const bool isWord = event->kind == SpeechEvent::Kind::kWord;
+            const bool isWord = event->kind == SpeechEvent::Kind::Word;
             const auto text = texts_.find(event->utterance);
             NSString* const string = [[text->second retain] autorelease];
             if (!isWord) {
@@ -206,7 +206,7 @@ private:
     void tell(const SpeechEvent& event, NSString* string) {
         NSSpeechSynthesizer* const object = object_;
         const Retained keep(object);
-        if (event.kind == SpeechEvent::Kind::kWord) {
+        if (event.kind == SpeechEvent::Kind::Word) {
             [delegate speechSynthesizer:object
                           willSpeakWord:NSMakeRange(event.position, event.length)
                                ofString:string];

@@ -33,7 +33,7 @@ std::u16string unitsOf(CFStringRef string, CFRange range) {
 }
 
 ByteOrderMark markOf(Boolean isExternalRepresentation) {
-    return isExternalRepresentation != 0 ? ByteOrderMark::kIsEncoding : ByteOrderMark::kIsText;
+    return isExternalRepresentation != 0 ? ByteOrderMark::IsEncoding : ByteOrderMark::IsText;
 }
 
 // Each character without a place gives way to the loss byte. Returns the places in the new text where one
@@ -43,7 +43,7 @@ std::vector<std::size_t> replaceLost(std::u16string& text, CFStringEncoding enco
     std::size_t begin = 0;
     while (begin < text.size()) {
         const auto rest = std::u16string_view(text).substr(begin);
-        const auto part = encodeText(encoding, rest, ByteOrderMark::kIsText);
+        const auto part = encodeText(encoding, rest, ByteOrderMark::IsText);
         if (!part || part->consumed >= rest.size()) {
             break;
         }
@@ -121,7 +121,7 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize,
         return 0;
     }
     const std::u16string text = unitsOf(string, CFRangeMake(0, CFStringGetLength(string)));
-    const auto encoded = zqm::platform::encodeText(encoding, text, ByteOrderMark::kIsText);
+    const auto encoded = zqm::platform::encodeText(encoding, text, ByteOrderMark::IsText);
     if (!encoded || encoded->consumed < text.size() ||
         encoded->bytes.size() >= static_cast<std::size_t>(bufferSize)) {
         return 0;

@@ -6,8 +6,8 @@
 namespace zqm::platform {
 namespace {
 
-constexpr auto kIcu = ConverterLibrary::kIcu;
-constexpr auto kIconv = ConverterLibrary::kIconv;
+constexpr auto kIcu = ConverterLibrary::Icu;
+constexpr auto kIconv = ConverterLibrary::Iconv;
 
 // ICU where both libraries know an encoding: its tables tell the vendors' variants apart.
 constexpr auto kTable = std::to_array<EncodingRow>({

@@ -7,7 +7,7 @@
 
 namespace zqm::platform {
 
-enum class ConverterLibrary : std::uint8_t { kIcu, kIconv };
+enum class ConverterLibrary : std::uint8_t { Icu, Iconv };
 
 struct EncodingRow {
     std::uint32_t encoding; // CoreFoundation's number

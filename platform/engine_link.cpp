@@ -51,24 +51,24 @@ EngineLink::Input EngineLink::read(protocol::Event& event) {
     channel_.flush();
     switch (channel_.read(line_)) {
     case Channel::Input::Nothing:
-        return Input::kNothing;
+        return Input::Nothing;
     case Channel::Input::Line:
         break;
     default:
-        return Input::kLost;
+        return Input::Lost;
     }
     auto decoded = protocol::decodeEvent(line_);
     if (!decoded) {
-        return Input::kLost;
+        return Input::Lost;
     }
     event = std::move(*decoded);
-    return Input::kEvent;
+    return Input::Event;
 }
 
 EngineLink::Input EngineLink::wait(protocol::Event& event, Clock::time_point deadline) {
     for (;;) {
         const Input input = read(event);
-        if (input != Input::kNothing || !waitFor(POLLIN, deadline)) {
+        if (input != Input::Nothing || !waitFor(POLLIN, deadline)) {
             return input;
         }
     }

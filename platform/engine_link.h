@@ -16,9 +16,9 @@ namespace zqm::platform {
 class EngineLink {
 public:
     enum class Input {
-        kEvent,
-        kNothing, // no whole message is there
-        kLost,    // the engine is gone, or said something that is no message; the end of the conversation
+        Event,
+        Nothing, // no whole message is there
+        Lost,    // the engine is gone, or said something that is no message; the end of the conversation
     };
 
     // Starts an engine. Null when that can't be done; `error` then says why.
@@ -43,7 +43,7 @@ public:
     // Never waits.
     Input read(protocol::Event& event);
 
-    // Waits for a message until the deadline; kNothing: none came.
+    // Waits for a message until the deadline; Nothing: none came.
     Input wait(protocol::Event& event, Clock::time_point deadline);
 
     void kill() const { process_.kill(); }

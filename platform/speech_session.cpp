@@ -118,13 +118,13 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
 std::optional<protocol::Event> SpeechSession::await(Clock::time_point deadline, std::string& error) {
     protocol::Event event;
     switch (link_->wait(event, deadline)) {
-    case EngineLink::Input::kNothing:
+    case EngineLink::Input::Nothing:
         fail(kMute, error);
         return std::nullopt;
-    case EngineLink::Input::kLost:
+    case EngineLink::Input::Lost:
         fail(kEnded, error);
         return std::nullopt;
-    case EngineLink::Input::kEvent:
+    case EngineLink::Input::Event:
         break;
     }
     return event;
@@ -197,19 +197,19 @@ void SpeechSession::takeMessages() {
     }
     reapEngines();
     protocol::Event event;
-    EngineLink::Input input = EngineLink::Input::kNothing;
+    EngineLink::Input input = EngineLink::Input::Nothing;
     for (int count = 0; link_ && count < kMostMessages; ++count) {
         input = link_->read(event);
-        if (input == EngineLink::Input::kNothing) {
+        if (input == EngineLink::Input::Nothing) {
             break;
         }
-        if (input == EngineLink::Input::kLost) {
+        if (input == EngineLink::Input::Lost) {
             loseEngine(kEnded);
         } else if (!accept(event)) {
             loseEngine(kNonsense);
         }
     }
-    mayHaveMore_ = link_ && input == EngineLink::Input::kEvent;
+    mayHaveMore_ = link_ && input == EngineLink::Input::Event;
     tellHub();
 }
 
@@ -226,7 +226,7 @@ std::optional<SpeechEvent> SpeechSession::nextEvent() {
             event->length = first.words.front().length;
             first.words.pop_front();
         } else {
-            event->kind = SpeechEvent::Kind::kFinished;
+            event->kind = SpeechEvent::Kind::Finished;
             event->completed = first.completed;
             utterances_.pop_front();
         }

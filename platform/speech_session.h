@@ -21,10 +21,10 @@ namespace zqm::platform {
 
 // One thing to be told to the delegate.
 struct SpeechEvent {
-    enum class Kind : std::uint8_t { kWord, kFinished };
+    enum class Kind : std::uint8_t { Word, Finished };
 
     std::uint64_t utterance = 0;
-    Kind kind = Kind::kWord;
+    Kind kind = Kind::Word;
     std::size_t position = 0; // of the word, in UTF-16 units
     std::size_t length = 0;
     bool completed = false; // of the finish

@@ -29,8 +29,8 @@ std::unique_ptr<TextConverter> openConverter(std::uint32_t encoding) {
     if (row == table.end() || row->encoding != encoding) {
         return nullptr;
     }
-    return row->library == ConverterLibrary::kIcu ? openIcuConverter(row->converter)
-                                                  : openIconvConverter(row->converter);
+    return row->library == ConverterLibrary::Icu ? openIcuConverter(row->converter)
+                                                 : openIconvConverter(row->converter);
 }
 
 bool dropPrefix(std::string_view& bytes, std::string_view prefix) {
@@ -43,7 +43,7 @@ bool dropPrefix(std::string_view& bytes, std::string_view prefix) {
 
 // The encoding with its order named, once a mark was looked for and dropped.
 std::uint32_t resolveOrder(std::uint32_t encoding, std::string_view& bytes, ByteOrderMark mark) {
-    const bool look = mark == ByteOrderMark::kIsEncoding;
+    const bool look = mark == ByteOrderMark::IsEncoding;
     switch (encoding) {
     case kUtf8:
         if (look) {
@@ -119,7 +119,7 @@ std::optional<std::u16string> decodeText(std::uint32_t encoding, std::string_vie
 
 std::optional<EncodedText> encodeText(std::uint32_t encoding, std::u16string_view text, ByteOrderMark mark) {
     std::string_view none;
-    const std::uint32_t ordered = resolveOrder(encoding, none, ByteOrderMark::kIsText);
+    const std::uint32_t ordered = resolveOrder(encoding, none, ByteOrderMark::IsText);
     EncodedText result;
     if (isUtf16(ordered)) {
         result = encodeUtf16(text, ordered == kUtf16BigEndian);
@@ -130,7 +130,7 @@ std::optional<EncodedText> encodeText(std::uint32_t encoding, std::u16string_vie
         }
         result = converter->encode(text.substr(0, findLoneSurrogate(text)));
     }
-    if (mark == ByteOrderMark::kIsEncoding && (encoding == kUtf16 || encoding == kUtf32)) {
+    if (mark == ByteOrderMark::IsEncoding && (encoding == kUtf16 || encoding == kUtf32)) {
         result.bytes.insert(0, encoding == kUtf16 ? kLittleEndian16Mark : kLittleEndian32Mark);
     }
     return result;

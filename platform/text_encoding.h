@@ -9,13 +9,13 @@
 namespace zqm::platform {
 
 // Whether a byte-order mark belongs to the encoding or to the text.
-enum class ByteOrderMark : bool { kIsText, kIsEncoding };
+enum class ByteOrderMark : bool { IsText, IsEncoding };
 
-// Nothing when the encoding is not known or the bytes are not valid in it. kIsEncoding: a mark at the
+// Nothing when the encoding is not known or the bytes are not valid in it. IsEncoding: a mark at the
 // beginning is dropped, and decides the order of UTF-16 and UTF-32, which otherwise is the machine's.
 std::optional<std::u16string> decodeText(std::uint32_t encoding, std::string_view bytes, ByteOrderMark mark);
 
-// Nothing when the encoding is not known; otherwise as far as the text can be represented. kIsEncoding:
+// Nothing when the encoding is not known; otherwise as far as the text can be represented. IsEncoding:
 // UTF-16 and UTF-32 (without an order in their name) begin with a mark.
 std::optional<EncodedText> encodeText(std::uint32_t encoding, std::u16string_view text, ByteOrderMark mark);
 

@@ -31,7 +31,7 @@ std::optional<std::vector<Voice>> askEngine() {
     const auto deadline = engineDeadline();
     protocol::Event event;
     if (link->send(protocol::ListVoices{}, {}, deadline) &&
-        link->wait(event, deadline) == EngineLink::Input::kEvent) {
+        link->wait(event, deadline) == EngineLink::Input::Event) {
         if (auto* const voices = std::get_if<protocol::Voices>(&event)) {
             return std::move(voices->voices);
         }
