@@ -4,7 +4,6 @@
 #include "platform/text_encoding.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 using zqm::platform::ByteOrderMark;
@@ -151,7 +150,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
         return 0;
     }
     if (buffer != nullptr) {
-        std::memcpy(buffer, encoded->bytes.data(), encoded->bytes.size());
+        encoded->bytes.copy(reinterpret_cast<char*>(buffer), encoded->bytes.size());
     }
     const auto pairs = std::ranges::lower_bound(shortened, encoded->consumed) - shortened.begin();
     return static_cast<CFIndex>(encoded->consumed) + pairs;

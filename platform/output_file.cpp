@@ -57,7 +57,7 @@ std::optional<std::string> followLinks(std::string path) {
             return path;
         }
         const std::string link(target.data(), static_cast<std::size_t>(length));
-        path = link.starts_with('/') ? link : folderOf(path) + link;
+        path = link.starts_with('/') ? link : folderOf(path).append(link);
     }
     errno = ELOOP;
     return std::nullopt;
@@ -83,6 +83,7 @@ std::optional<OutputFile> OutputFile::open(const std::string& path, std::string&
     struct stat status {};
     const bool present = ::stat(resolved.c_str(), &status) == 0;
     bool opened = false;
+    // NOLINTNEXTLINE(bugprone-branch-clone): the errors are of different calls
     if (!present && errno != ENOENT) {
         error = std::strerror(errno);
     } else if (present && !S_ISREG(status.st_mode)) {
