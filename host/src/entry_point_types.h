@@ -16,6 +16,7 @@ namespace zqm::host {
 
 namespace entry {
 
+// NOLINTBEGIN(bugprone-macro-parentheses): Parameters come with their parentheses
 #define ENTRY_POINT(wrapper, name, Result, Parameters)                                                       \
     struct wrapper {                                                                                         \
         using Function = Result Parameters;                                                                  \
@@ -26,6 +27,7 @@ namespace entry {
         using Function = auto(REALarray) -> Result(*) Parameters;                                            \
         static constexpr const char* kName = name;                                                           \
     };
+// NOLINTEND(bugprone-macro-parentheses)
 #include "plugin/entry_points.def"
 #undef ENTRY_POINT
 #undef ARRAY_ENTRY_POINT
