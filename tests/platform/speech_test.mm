@@ -82,6 +82,15 @@ std::size_t filesIn(const TemporaryFolder& folder) {
 
 class Speech : public testing::Test {
 protected:
+    // The engines of earlier tests may take a moment to end; what is counted here begins at none.
+    void SetUp() override {
+        Speaker other; // later calls reap
+        ASSERT_TRUE(waitUntil([&] {
+            [other.synthesizer isSpeaking];
+            return zqm::support::childrenOfThisProcess().empty();
+        }));
+    }
+
     std::string path(const std::string& name) const { return (folder_.path() / name).string(); }
 
     TemporaryFolder folder_;
