@@ -1,0 +1,7 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@interface NSEnumerator : NSObject
+- (id)nextObject;
+@end

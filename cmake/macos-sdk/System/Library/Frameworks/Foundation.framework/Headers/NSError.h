@@ -1,0 +1,9 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@interface NSError : NSObject <NSCopying>
+- (NSString*)domain;
+- (NSInteger)code;
+- (NSString*)localizedDescription;
+@end

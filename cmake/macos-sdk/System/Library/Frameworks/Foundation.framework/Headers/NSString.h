@@ -1,0 +1,7 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@interface NSString : NSObject <NSCopying>
+- (NSUInteger)length;
+@end

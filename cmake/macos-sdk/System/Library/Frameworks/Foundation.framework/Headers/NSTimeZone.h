@@ -1,0 +1,7 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@interface NSTimeZone : NSObject <NSCopying>
++ (NSTimeZone*)localTimeZone;
+@end

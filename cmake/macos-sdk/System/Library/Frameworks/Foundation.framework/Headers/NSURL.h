@@ -1,0 +1,7 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+@interface NSURL : NSObject <NSCopying>
+- (NSString*)absoluteString;
+@end
