@@ -2,9 +2,13 @@
 
 #include "cli/failure.h"
 
-#include <filesystem>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <string_view>
-#include <system_error>
+
+#include <unistd.h>
 
 namespace zqm::cli {
 namespace {
@@ -12,16 +16,22 @@ namespace {
 constexpr std::string_view kKept = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
+std::string absolutePath(const std::string& path) {
+    if (path.starts_with('/')) {
+        return path;
+    }
+    const std::unique_ptr<char, void (*)(void*)> folder(getcwd(nullptr, 0), std::free);
+    if (folder == nullptr) {
+        throw Failure(std::string("can't find the current folder: ") + std::strerror(errno));
+    }
+    return folder.get() + ('/' + path);
+}
+
 } // namespace
 
 std::string fileUrl(const std::string& path) {
-    std::error_code error;
-    const std::string absolute = std::filesystem::absolute(path, error).string();
-    if (error) {
-        throw Failure("can't find the current folder: " + error.message());
-    }
     std::string url = "file://";
-    for (const char character : absolute) {
+    for (const char character : absolutePath(path)) {
         if (kKept.find(character) != std::string_view::npos) {
             url += character;
         } else {

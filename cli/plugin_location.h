@@ -1,14 +1,14 @@
 #pragma once
 
-#include <filesystem>
+#include <string>
 
 namespace zqm::cli {
 
-// Where the plugin library is: beside the program, else in the folder for installed libraries. Throws
-// Failure when it is in neither.
-std::filesystem::path findPlugin();
+// Where the plugin library is: beside the program, as it is built, else where an installation has it, seen
+// from the program's folder. Throws Failure when it is in neither.
+std::string findPlugin();
 
 // The same for a program in another folder.
-std::filesystem::path findPlugin(const std::filesystem::path& programFolder);
+std::string findPlugin(const std::string& programFolder);
 
 } // namespace zqm::cli

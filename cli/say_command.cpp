@@ -179,7 +179,9 @@ int say(const SayOptions& options) {
 
     const PlatformLog log;
     host::Runtime runtime;
-    runtime.load(findPlugin());
+    const std::string plugin = findPlugin();
+    runtime.load(plugin);
+    runtime.loadBeside(plugin, ZQM_SIBLING);
     const Interruption interruption;
     Speech speech(runtime, options, text);
     const std::optional<std::string> file = begin(speech, options);

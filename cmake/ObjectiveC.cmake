@@ -6,7 +6,7 @@ add_library(zqm_objc INTERFACE)
 add_library(zqm::objc ALIAS zqm_objc)
 
 if(APPLE)
-  target_link_libraries(zqm_objc INTERFACE "-framework Foundation")
+  target_link_libraries(zqm_objc INTERFACE "-framework Foundation" objc)
 else()
   find_path(GNUSTEP_INCLUDE_DIR Foundation/Foundation.h PATH_SUFFIXES GNUstep REQUIRED)
   find_library(GNUSTEP_BASE_LIBRARY gnustep-base REQUIRED)
@@ -22,4 +22,19 @@ else()
   # A library that holds Objective-C classes can't be unloaded: the runtime keeps pointers into it.
   target_link_options(zqm_objc INTERFACE $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,nodelete>)
   target_link_libraries(zqm_objc INTERFACE "${GNUSTEP_BASE_LIBRARY}" objc)
+endif()
+
+# `zqm::frameworks` is all that the plugin is written against: Apple's frameworks, and elsewhere the platform
+# library that stands in for them.
+add_library(zqm_frameworks INTERFACE)
+add_library(zqm::frameworks ALIAS zqm_frameworks)
+target_link_libraries(zqm_frameworks INTERFACE zqm::objc)
+if(APPLE)
+  foreach(framework IN ITEMS AppKit CoreFoundation CoreServices CoreText)
+    target_link_libraries(zqm_frameworks INTERFACE "-framework ${framework}")
+  endforeach()
+  # Parts of the File Manager and of Foundation's dates have no successor with the same meaning.
+  target_compile_options(zqm_frameworks INTERFACE -Wno-deprecated-declarations)
+else()
+  target_link_libraries(zqm_frameworks INTERFACE zqmplatform)
 endif()

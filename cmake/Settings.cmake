@@ -31,3 +31,12 @@ add_library(zqm_warnings INTERFACE)
 target_compile_options(zqm_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 # A method has to name all its parameters; the selector tells whether it needs them.
 target_compile_options(zqm_warnings INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-Wno-unused-parameter>)
+# What GCC has no warnings for: messages to the wrong object, and what the deployment target lacks.
+foreach(language IN ITEMS OBJC OBJCXX)
+  target_compile_options(zqm_warnings INTERFACE
+    "$<$<COMPILE_LANG_AND_ID:${language},Clang,AppleClang>:-Wundeclared-selector;-Wreceiver-forward-class;-Wstrict-selector-match;-Woverriding-method-mismatch>")
+endforeach()
+foreach(language IN ITEMS C CXX OBJC OBJCXX)
+  target_compile_options(zqm_warnings INTERFACE
+    "$<$<COMPILE_LANG_AND_ID:${language},Clang,AppleClang>:-Wunguarded-availability>")
+endforeach()

@@ -4,11 +4,30 @@
 
 #include <zqmhost/zqmhost.h>
 
+#include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <iostream>
+#include <memory>
+
+#include <unistd.h>
 
 using namespace zqm::host;
+
+namespace {
+
+// Files are named by URLs, and those by whole paths.
+std::string fileUrl(const std::string& path) {
+    if (path.starts_with('/')) {
+        return "file://" + path;
+    }
+    const std::unique_ptr<char, void (*)(void*)> folder(getcwd(nullptr, 0), std::free);
+    if (folder == nullptr) {
+        throw Error("there is no current folder");
+    }
+    return std::string("file://") + folder.get() + '/' + path;
+}
+
+} // namespace
 
 int main(int argc, char** argv) try {
     if (argc < 2) {
@@ -17,10 +36,11 @@ int main(int argc, char** argv) try {
     const std::string text = "Hello, world";
     std::vector<Value> request{text};
     if (argc > 2) {
-        request.emplace_back("file://" + std::filesystem::absolute(argv[2]).string());
+        request.emplace_back(fileUrl(argv[2]));
     }
     Runtime runtime;
     runtime.load(argv[1]);
+    runtime.loadBeside(argv[1], "libZQMFoundation"); // the family's classes of errors and the like
     Object speaker = runtime.construct("NSSpeechSynthesizerZQM");
     speaker.on("willSpeakWord", [&](const Arguments& word) { // in UTF-16 units: this text's bytes
         std::cout << text.substr(word[0].asSize(), word[1].asSize()) << std::endl;

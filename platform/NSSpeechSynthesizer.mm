@@ -5,6 +5,7 @@
 #include "platform/surrogates.h"
 #include "platform/text_encoding.h"
 #include "platform/voice_catalogue.h"
+#include "platform/voice_strings.h"
 
 #include <map>
 
@@ -49,22 +50,22 @@ const Voice* voiceNamed(NSString* identifier) {
 
 NSString* genderOf(const Voice& voice) {
     if (voice.gender == "male") {
-        return NSVoiceGenderMale;
+        return ZQM_VOICE_GENDER_MALE;
     }
-    return voice.gender == "female" ? NSVoiceGenderFemale : NSVoiceGenderNeuter;
+    return voice.gender == "female" ? ZQM_VOICE_GENDER_FEMALE : ZQM_VOICE_GENDER_NEUTER;
 }
 
 NSDictionary* attributesOf(const Voice& voice) {
     NSMutableDictionary* const attributes = [NSMutableDictionary dictionary];
     NSString* const language = stringOf(voice.language);
-    [attributes setObject:stringOf(voice.name) forKey:NSVoiceName];
-    [attributes setObject:stringOf(voice.identifier) forKey:NSVoiceIdentifier];
-    [attributes setObject:genderOf(voice) forKey:NSVoiceGender];
-    [attributes setObject:language forKey:NSVoiceLanguage];
+    [attributes setObject:stringOf(voice.name) forKey:ZQM_VOICE_NAME];
+    [attributes setObject:stringOf(voice.identifier) forKey:ZQM_VOICE_IDENTIFIER];
+    [attributes setObject:genderOf(voice) forKey:ZQM_VOICE_GENDER];
+    [attributes setObject:language forKey:ZQM_VOICE_LANGUAGE];
     [attributes setObject:[language stringByReplacingOccurrencesOfString:@"-" withString:@"_"]
-                   forKey:NSVoiceLocaleIdentifier];
+                   forKey:ZQM_VOICE_LOCALE_IDENTIFIER];
     if (voice.age > 0) {
-        [attributes setObject:[NSNumber numberWithInt:voice.age] forKey:NSVoiceAge];
+        [attributes setObject:[NSNumber numberWithInt:voice.age] forKey:ZQM_VOICE_AGE];
     }
     return attributes;
 }

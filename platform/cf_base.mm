@@ -1,23 +1,11 @@
 #include "CoreFoundation/CoreFoundation.h"
+#include "platform/object_required.h"
 
 #import <Foundation/Foundation.h>
 
-#include <cstdio>
-#include <cstdlib>
+using zqm::platform::requireObject;
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
-
-namespace {
-
-// A reference count that went wrong is a fault of the program; on Apple's systems it ends there too.
-void requireObject(CFTypeRef object, const char* function) {
-    if (object == nullptr) {
-        std::fprintf(stderr, "%s was called with null.\n", function);
-        std::abort();
-    }
-}
-
-} // namespace
 
 CFTypeRef CFRetain(CFTypeRef object) {
     requireObject(object, "CFRetain");

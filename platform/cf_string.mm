@@ -2,6 +2,7 @@
 #import "platform/ZQMUnicodeString.h"
 #include "platform/surrogates.h"
 #include "platform/text_encoding.h"
+#include "platform/unicode_forms.h"
 
 #include <algorithm>
 #include <vector>
@@ -11,6 +12,7 @@ using zqm::platform::characterLength;
 using zqm::platform::EncodedText;
 using zqm::platform::isHighSurrogate;
 using zqm::platform::isLowSurrogate;
+using zqm::platform::UnicodeForm;
 
 namespace {
 
@@ -154,4 +156,25 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
     }
     const auto pairs = std::ranges::lower_bound(shortened, encoded->consumed) - shortened.begin();
     return static_cast<CFIndex>(encoded->consumed) + pairs;
+}
+
+// Built up from the units: Foundation's own copy refuses texts with lone surrogates.
+CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef /*allocator*/, CFIndex /*maxLength*/,
+                                             CFStringRef string) {
+    if (string == nullptr) {
+        return nullptr;
+    }
+    NSMutableString* const copy = [[NSMutableString alloc] init];
+    [copy setString:(NSString*)string];
+    return (CFMutableStringRef)copy;
+}
+
+void CFStringNormalize(CFMutableStringRef string, CFStringNormalizationForm form) {
+    if (string == nullptr || form < kCFStringNormalizationFormD || form > kCFStringNormalizationFormKC) {
+        return;
+    }
+    const std::u16string text = unitsOf(string, CFRangeMake(0, CFStringGetLength(string)));
+    CFStringRef const normalized = newString(inForm(static_cast<UnicodeForm>(form), text));
+    [(NSMutableString*)string setString:(NSString*)normalized];
+    CFRelease(normalized);
 }

@@ -44,3 +44,7 @@ CFURLRef CFURLCreateWithString(CFAllocatorRef /*allocator*/, CFStringRef string,
         [&] { url = (CFURLRef)[[NSURL alloc] initWithString:text relativeToURL:(NSURL*)baseURL]; });
     return url;
 }
+
+CFStringRef CFURLGetString(CFURLRef url) {
+    return (CFStringRef)[(NSURL*)url relativeString];
+}

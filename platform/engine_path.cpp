@@ -8,7 +8,7 @@ namespace zqm::platform {
 namespace {
 
 constexpr const char* kEngineName = "zqmspeech-engine";
-constexpr const char* kInstalledFolder = ZQM_ENGINE_FOLDER;
+constexpr const char* kInstalledFolder = ZQM_ENGINE_FOLDER; // seen from the library's
 
 std::string findLibraryFolder() {
     Dl_info info{};
@@ -25,9 +25,12 @@ const std::string libraryFolder = findLibraryFolder();
 } // namespace
 
 std::string enginePath() {
-    for (const std::string& folder : {libraryFolder, std::string(kInstalledFolder)}) {
+    if (libraryFolder.empty()) {
+        return {};
+    }
+    for (const std::string& folder : {libraryFolder, libraryFolder + "/" + kInstalledFolder}) {
         std::string path = folder + "/" + kEngineName;
-        if (!folder.empty() && ::access(path.c_str(), X_OK) == 0) {
+        if (::access(path.c_str(), X_OK) == 0) {
             return path;
         }
     }

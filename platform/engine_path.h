@@ -6,7 +6,8 @@
 
 namespace zqm::platform {
 
-// Beside this library, else in the folder fixed when it was built; empty when it is in neither.
+// Beside this library, as it is built, else where an installation has it, seen from the library's folder;
+// empty when it is in neither.
 std::string enginePath();
 
 } // namespace zqm::platform

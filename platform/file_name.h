@@ -6,8 +6,9 @@
 
 namespace zqm::platform {
 
-// The path of an existing file or folder whose components are these exactly or in either form, component by
-// component; where there is none yet, the composed form, which is what Linux programs write.
+// The path of an existing file or folder, component by component: the exact name, or else the composed one,
+// or else the decomposed one, or else any with the same letters. Where there is none yet, the composed name,
+// which is what Linux programs write.
 std::string resolveFileName(const std::string& path);
 
 } // namespace zqm::platform

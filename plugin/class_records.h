@@ -1,10 +1,14 @@
-// The host classes of this library, in the order in which they are registered. The frame only registers
-// them; the sources of the classes define the list.
+// What this library registers with the host. The frame only does the registering; the sources of the classes
+// say what there is.
 
 #pragma once
 
 #include "plugin/host_interface.h"
 
-#include <array>
+#include <span>
 
-extern const std::array<ClassRecord*, 3> kClassRecords;
+// The host classes, in the order in which they are registered.
+std::span<ClassRecord* const> classRecords();
+
+// What the host shows as the library's part of its family.
+extern const char* const kPartName;

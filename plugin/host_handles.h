@@ -36,6 +36,7 @@ private:
 
 using OwnedString = OwnedHandle<REALstring, REALUnlockString>;
 using OwnedObject = OwnedHandle<REALobject, REALUnlockObject>;
+using OwnedText = OwnedHandle<REALtext, REALUnlockText>;
 
 // One more lock on a borrowed handle. Where the host can't lock there is nothing to unlock: an empty owner.
 inline OwnedString locked(REALstring string) {

@@ -102,10 +102,11 @@ using MethodFunction = OneFunctionOf<
 // The record's parameter word comes as the second argument of both.
 using GetterFunction =
     OneFunctionOf<std::nullptr_t, double (*)(REALobject, std::int64_t), bool (*)(REALobject, std::int64_t),
-                  REALstring (*)(REALobject, std::int64_t)>;
+                  REALstring (*)(REALobject, std::int64_t), std::int64_t (*)(REALobject, std::int64_t)>;
 using SetterFunction =
     OneFunctionOf<std::nullptr_t, void (*)(REALobject, std::int64_t, double),
-                  void (*)(REALobject, std::int64_t, bool), void (*)(REALobject, std::int64_t, REALstring)>;
+                  void (*)(REALobject, std::int64_t, bool), void (*)(REALobject, std::int64_t, REALstring),
+                  void (*)(REALobject, std::int64_t, std::int64_t)>;
 
 static_assert(sizeof(MethodFunction) == 8);
 static_assert(sizeof(GetterFunction) == 8);

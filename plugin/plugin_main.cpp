@@ -56,11 +56,11 @@ void REALPluginMain(REALresolver resolver) {
     auto registerPluginVersion = reinterpret_cast<void (*)(std::int32_t)>(resolver("RegisterPluginVersion"));
     registerPluginVersion(static_cast<std::int32_t>(CurrentREALControlVersion));
 
-    gpartname = "NSSpeechSynthesizer";
+    gpartname = kPartName;
     gplugin = 1;
     gpluginname = "Cocoa";
 
-    for (ClassRecord* record : kClassRecords) {
+    for (ClassRecord* record : classRecords()) {
         registerClass(*record);
     }
 }

@@ -20,6 +20,7 @@ extern std::uint8_t gplugin; // 1 once REALPluginMain has run
 // Host versions from which the host offers another way to do something.
 inline constexpr double kHostVersion2012 = 2012.0;
 inline constexpr double kHostVersion2013 = 2013.0;
+inline constexpr double kHostVersion2016 = 2016.0;
 
 // The revision whose event records name their token indirectly.
 inline constexpr std::uint64_t kIndirectTokenRevision = 9;

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "plugin/host_interface.h"
+
 #include <CoreFoundation/CoreFoundation.h>
 
 // Maps each platform object that a host object owns to that host object: plain pointers, neither retained
@@ -15,3 +17,6 @@ void CocoaInit();
 // Enters or removes a platform object, where there is a dictionary.
 void rememberInstance(const void* platformObject, const void* hostObject);
 void forgetInstance(const void* platformObject);
+
+// The host object that owns the platform object, locked once more for the caller; null where there is none.
+REALobject lockedInstance(const void* platformObject);

@@ -1,5 +1,6 @@
 #include "plugin/set_up.h"
 
+#include "plugin/entry_points.h"
 #include "plugin/sibling_methods.h"
 
 CFMutableDictionaryRef instances = nullptr;
@@ -27,4 +28,15 @@ void forgetInstance(const void* platformObject) {
     if (instances != nullptr) {
         CFDictionaryRemoveValue(instances, platformObject);
     }
+}
+
+REALobject lockedInstance(const void* platformObject) {
+    if (instances == nullptr) {
+        return nullptr;
+    }
+    auto object = static_cast<REALobject>(const_cast<void*>(CFDictionaryGetValue(instances, platformObject)));
+    if (object != nullptr) {
+        REALLockObject(object);
+    }
+    return object;
 }

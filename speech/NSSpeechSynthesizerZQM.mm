@@ -1,10 +1,12 @@
 // The host class "NSSpeechSynthesizerZQM": its life cycle, its members and its record.
 
+#include "plugin/autorelease_pool.h"
 #include "plugin/guard.h"
 #include "plugin/instance_data.h"
+#include "plugin/platform_strings.h"
 #include "plugin/set_up.h"
 #import "speech/MyNSSpeechSynthesizer.h"
-#include "speech/platform_strings.h"
+#include "speech/platform_constants.h"
 #include "speech/records.h"
 
 #include <iterator>
@@ -173,6 +175,18 @@ void setVoice2(REALobject self, std::int64_t /*parameter*/, REALstring value) {
     guarded([&] { [synthesizerOf(self) setVoice:platformString(value)]; });
 }
 
+// ---- the platform's constants
+
+// NOLINTBEGIN(bugprone-macro-parentheses): The parameter is a name
+#define SPEECH_CONSTANT(constant)                                                                            \
+    REALstring get##constant() {                                                                             \
+        AutoreleasePool pool;                                                                                \
+        return hostString(platformConstant(&constant));                                                      \
+    }
+// NOLINTEND(bugprone-macro-parentheses)
+#include "speech/speech_constants.def"
+#undef SPEECH_CONSTANT
+
 // ---- record
 
 constexpr PropertyRecord kProperties[] = {
@@ -197,6 +211,12 @@ constexpr MethodRecord kMethods[] = {
     {.function = Destructor, .declaration = "Destructor"},
 };
 
+constexpr MethodRecord kSharedMethods[] = {
+#define SPEECH_CONSTANT(constant) {.function = get##constant, .declaration = #constant " as String"},
+#include "speech/speech_constants.def"
+#undef SPEECH_CONSTANT
+};
+
 constexpr ConstantRecord kConstants[] = {
     {"NSSpeechImmediateBoundary=0"},
     {"NSSpeechWordBoundary=1"},
@@ -219,4 +239,6 @@ constinit ClassRecord NSSpeechSynthesizerClass = {
     .eventCount = SynthesizerEventCount,
     .constants = kConstants,
     .constantCount = std::size(kConstants),
+    .sharedMethods = kSharedMethods,
+    .sharedMethodCount = std::size(kSharedMethods),
 };

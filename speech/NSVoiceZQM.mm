@@ -1,8 +1,11 @@
 // The host class "NSVoiceZQM": the attributes of one installed voice.
 
+#include "plugin/autorelease_pool.h"
 #include "plugin/guard.h"
 #include "plugin/instance_data.h"
+#include "plugin/platform_strings.h"
 #include "plugin/set_up.h"
+#include "speech/platform_constants.h"
 #include "speech/records.h"
 
 #include <iterator>
@@ -36,8 +39,24 @@ void NSVoiceDestructor(REALobject self) {
 // Declared so that host code can't construct the class: voices come from the synthesizer.
 void DummyConstructor(REALobject /*self*/) {}
 
+// NOLINTBEGIN(bugprone-macro-parentheses): The parameter is a name
+#define VOICE_CONSTANT(method, constant)                                                                     \
+    REALstring get##constant() {                                                                             \
+        AutoreleasePool pool;                                                                                \
+        return hostString(platformConstant(&constant));                                                      \
+    }
+// NOLINTEND(bugprone-macro-parentheses)
+#include "speech/voice_constants.def"
+#undef VOICE_CONSTANT
+
 constexpr MethodRecord kMethods[] = {
     {.function = DummyConstructor, .declaration = "Constructor", .flags = kUnconstructibleFlags},
+};
+
+constexpr MethodRecord kSharedMethods[] = {
+#define VOICE_CONSTANT(method, constant) {.function = get##constant, .declaration = #method " as String"},
+#include "speech/voice_constants.def"
+#undef VOICE_CONSTANT
 };
 
 } // namespace
@@ -50,4 +69,6 @@ constinit ClassRecord NSVoiceClass = {
     .destructor = NSVoiceDestructor,
     .methods = kMethods,
     .methodCount = std::size(kMethods),
+    .sharedMethods = kSharedMethods,
+    .sharedMethodCount = std::size(kSharedMethods),
 };

@@ -2,5 +2,11 @@
 
 #include "speech/records.h"
 
-constexpr std::array<ClassRecord*, 3> kClassRecords = {&NSSpeechRecognizerClass, &NSVoiceClass,
-                                                       &NSSpeechSynthesizerClass};
+#include <array>
+
+const char* const kPartName = "NSSpeechSynthesizer";
+
+std::span<ClassRecord* const> classRecords() {
+    static constexpr std::array records{&NSSpeechRecognizerClass, &NSVoiceClass, &NSSpeechSynthesizerClass};
+    return records;
+}

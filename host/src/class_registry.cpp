@@ -3,6 +3,8 @@
 #include "builtin_classes.h"
 #include "record_reader.h"
 #include "text.h"
+#include "variant_content.h"
+#include "zqmhost/errors.h"
 
 #include <algorithm>
 #include <string>
@@ -10,8 +12,26 @@
 
 namespace zqm::host {
 
-ClassRegistry::ClassRegistry(Reports& reports) : reports_(&reports) {
-    addBuiltinClasses(classes_);
+ClassRegistry::ClassRegistry(Reports& reports, const std::vector<std::string>& without) : reports_(&reports) {
+    addBuiltinClasses(classes_, without);
+}
+
+void ClassRegistry::define(const ClassDefinition& definition) {
+    if (definition.name.empty() || find(definition.name) != nullptr) {
+        throw CallError("a class can't be called " + inQuotes(definition.name) + ", which " +
+                        (definition.name.empty() ? "is no name" : "is another's name"));
+    }
+    const HostClass* super = definition.super.empty() ? nullptr : find(definition.super);
+    if (!definition.super.empty() && (super == nullptr || !super->creatable)) {
+        throw CallError("no class " + inQuotes(definition.super) + " can be the superclass of " +
+                        definition.name);
+    }
+    HostClass& type = classes_.emplace_back();
+    type.name = definition.name;
+    type.super = super;
+    type.dataSize = std::max(definition.dataSize, super == nullptr ? 0 : super->dataSize);
+    type.initialise = definition.initialise;
+    type.dispose = definition.dispose;
 }
 
 void ClassRegistry::add(ClassRecord* record, std::optional<std::int32_t> announcedRevision) {
@@ -49,6 +69,11 @@ const HostClass* ClassRegistry::find(std::string_view name) const {
     const auto found =
         std::ranges::find_if(classes_, [name](const HostClass& type) { return sameName(type.name, name); });
     return found == classes_.end() ? nullptr : &*found;
+}
+
+const Property* ClassRegistry::findProperty(const HostClass& type, std::string_view name) const {
+    const Property* own = host::findProperty(type, name);
+    return own == nullptr ? host::findProperty(*find(kVariantClass), name) : own;
 }
 
 const HostClass* ClassRegistry::find(REALclassRef reference) const {

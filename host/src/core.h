@@ -9,6 +9,8 @@
 #include "raised_events.h"
 #include "raised_exceptions.h"
 #include "reports.h"
+#include "text.h"
+#include "zqmhost/array.h"
 #include "zqmhost/errors.h"
 #include "zqmhost/runtime.h"
 
@@ -16,6 +18,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -42,11 +45,13 @@ public:
     Reports& reports() { return reports_; }
     Handles& handles() { return handles_; }
     ClassRegistry& classes() { return classes_; }
+    const ClassRegistry& classes() const { return classes_; }
     EntryPoints& entryPoints() { return entryPoints_; }
     RaisedExceptions& raised() { return raised_; }
     RaisedEvents& events() { return events_; }
     std::optional<double> version() const { return version_; }
     std::optional<std::int32_t> announcedRevision;
+    MemoryBlockFaults memoryBlockFaults;
 
     // Strings
     String makeString(std::string_view bytes, std::uint32_t encoding);
@@ -56,6 +61,13 @@ public:
     void lock(REALstring string, std::string_view where);
     void unlock(REALstring string, std::string_view where);
 
+    // Texts
+    Text makeText(std::string_view utf8);
+    Text adopt(REALtext locked, std::string_view where);
+    Text borrow(REALtext text, std::string_view where);
+    void lock(REALtext text, std::string_view where);
+    void unlock(REALtext text, std::string_view where);
+
     // Objects
     Object adopt(REALobject locked, std::string_view where);
     Object borrow(REALobject object, std::string_view where);
@@ -63,6 +75,29 @@ public:
     void unlock(REALobject object, std::string_view where);
     // Null when there is no such class. Carries one lock.
     REALobject newInstance(std::string_view className);
+    // Of a built-in class, with that content; no constructor runs.
+    Object makeObject(std::string_view className, std::unique_ptr<ObjectContent> content);
+    // What the object holds; otherwise null and, on behalf of `where`, a report.
+    template <typename Content>
+    Content* findContent(const void* object, std::string_view where) {
+        const auto* handle = handles_.find<ObjectHandle>(object, where);
+        Content* content = handle == nullptr ? nullptr : handle->contentAs<Content>();
+        if (handle != nullptr && content == nullptr) {
+            reports_.add(Report::Kind::WrongKind,
+                         std::string(where) + ": " + handle->type.name + " instead of " + Content::kWhat);
+        }
+        return content;
+    }
+
+    // Throws what an allocation throws.
+    Array makeArray(ElementType type, std::size_t size);
+
+    // Variants. An object, an array and nil are Variants as they stand; all else is put into an object.
+    Object makeVariant(std::int32_t code, Value content);
+    Object boxed(const Value& value);
+
+    // Raises an exception of that built-in class into the call that runs.
+    void raise(std::string_view className, std::string_view message);
 
     // For a handle of that type, none of which it need be.
     void lock(const Type& type, void* handle);
@@ -75,6 +110,13 @@ public:
     void setProperty(ObjectHandle& object, std::string_view name, const Value& value);
     void setHandler(ObjectHandle& object, std::string_view name, EventHandler handler);
     const Event& requireEvent(const ObjectHandle& object, std::string_view name) const;
+
+    // Whether this host has the global method of that name.
+    bool hasGlobalMethod(std::string_view name) const {
+        return !absentGlobalMethods_.contains(lowered(name));
+    }
+    // Whether arrays show where their elements are.
+    bool showsElements() const;
 
     // Runs a plugin's function: throws what it raised, or what a handler threw in it.
     void guarded(const std::function<void()>& function);
@@ -89,6 +131,7 @@ private:
 
     std::thread::id thread_ = std::this_thread::get_id();
     std::optional<double> version_;
+    std::set<std::string> absentGlobalMethods_; // lowered
     Reports reports_;
     ClassRegistry classes_;
     EntryPoints entryPoints_;

@@ -49,15 +49,37 @@ public:
         result.name = name("a name");
         if (take('(')) {
             if (!take(')')) {
-                do {
-                    parameter(result);
-                } while (take(','));
+                parameters(result);
                 expect(')');
             }
         }
         if (takeWord("as")) {
             result.result = type();
         }
+        end();
+        return result;
+    }
+
+    // A lone "name as type" is a declaration with a result.
+    bool isParameterList() {
+        const std::size_t start = at_;
+        bool list = false;
+        if (startsHere()) {
+            name("a name");
+            emptyParentheses();
+            if (takeWord("as") && startsHere()) {
+                type();
+                list = take(',') || take('=');
+            }
+        }
+        at_ = start;
+        return list;
+    }
+
+    Declaration constructor() {
+        Declaration result;
+        result.name = "Constructor";
+        parameters(result);
         end();
         return result;
     }
@@ -69,6 +91,12 @@ public:
     }
 
 private:
+    void parameters(Declaration& declaration) {
+        do {
+            parameter(declaration);
+        } while (take(','));
+    }
+
     void parameter(Declaration& declaration) {
         Parameter parameter;
         parameter.byRef = takeWord("byref");
@@ -186,6 +214,11 @@ private:
         return word;
     }
 
+    bool startsHere() {
+        skipBlanks();
+        return at_ < text_.size() && startsName(text_[at_]);
+    }
+
     bool emptyParentheses() {
         const std::size_t before = at_;
         if (take('(') && take(')')) {
@@ -248,6 +281,11 @@ private:
 
 Declaration parseDeclaration(std::string_view text) {
     return Parser(text).declaration();
+}
+
+Declaration parseAskedDeclaration(std::string_view text) {
+    Parser parser(text);
+    return parser.isParameterList() ? parser.constructor() : parser.declaration();
 }
 
 Type parseType(std::string_view text) {

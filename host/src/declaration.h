@@ -56,6 +56,8 @@ public:
 
 // Each throws DeclarationError, which says what is wrong and where.
 Declaration parseDeclaration(std::string_view text);
+// As a plugin asks for a method: a list of parameters alone stands for the constructor that takes them.
+Declaration parseAskedDeclaration(std::string_view text);
 Type parseType(std::string_view text);
 
 bool sameType(const Type& one, const Type& other);

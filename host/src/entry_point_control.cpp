@@ -37,8 +37,5 @@ const std::vector<std::string>& EntryPointControl::asked() const {
 void EntryPointControl::resetCounts() {
     core_->entryPoints().resetCounts();
 }
-bool EntryPointControl::offers(std::string_view name) const {
-    return core_->entryPoints().offers(name);
-}
 
 } // namespace zqm::host

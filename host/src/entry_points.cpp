@@ -13,8 +13,10 @@ EntryPoints::EntryPoints() {
     for (const char* name : kEntryPointNames) {
         states_.try_emplace(name);
     }
-    for (const auto& group : {startUpEntryPoints(), stringEntryPoints(), objectEntryPoints(),
-                              exceptionEntryPoints(), propertyEntryPoints()}) {
+    for (const auto& group :
+         {startUpEntryPoints(), stringEntryPoints(), textEntryPoints(), objectEntryPoints(),
+          exceptionEntryPoints(), propertyEntryPoints(), variantEntryPoints(), arrayEntryPoints(),
+          memoryBlockEntryPoints(), folderItemEntryPoints()}) {
         for (const Entry& entry : group) {
             states_.at(entry.name).function = entry.function;
         }
@@ -83,10 +85,6 @@ void EntryPoints::resetCounts() {
         state.failing = std::move(failing);
         state.calls = 0;
     }
-}
-
-bool EntryPoints::offers(std::string_view name) const {
-    return known(name).function != nullptr;
 }
 
 EntryPoints::State& EntryPoints::known(std::string_view name) {

@@ -22,7 +22,7 @@ public:
 
     EntryPoints();
 
-    // Counted; null for what is refused or not offered.
+    // Counted; null for what is refused or not known.
     void* look(std::string_view name);
     // Counts a call; false when it is to fail.
     bool admit(const char* name);
@@ -40,7 +40,6 @@ public:
     std::size_t calls(std::string_view name) const;
     const std::vector<std::string>& asked() const { return asked_; }
     void resetCounts();
-    bool offers(std::string_view name) const;
 
 private:
     struct State {

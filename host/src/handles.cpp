@@ -33,6 +33,8 @@ const char* nameOf(HandleKind kind) {
         return "an object";
     case HandleKind::String:
         return "a string";
+    case HandleKind::Text:
+        return "a text";
     case HandleKind::StringData:
         return "string data";
     }
@@ -81,45 +83,62 @@ Handle* Handles::known(const void* address, HandleKind kind) const {
 }
 
 Handle* Handles::find(const void* address, HandleKind kind, std::string_view where) {
+    if (Handle* handle = known(address, kind)) {
+        return handle;
+    }
     const std::string who(where);
     const std::string wanted = nameOf(kind);
+    const auto found = handles_.find(address);
     if (address == nullptr) {
         reports_->add(Report::Kind::NullHandle, who + ": null instead of " + wanted);
-        return nullptr;
-    }
-    const auto found = handles_.find(address);
-    if (found == handles_.end()) {
+    } else if (found == handles_.end()) {
         reports_->add(Report::Kind::ForeignHandle, who + ": never given out as " + wanted);
-        return nullptr;
-    }
-    Handle& handle = *found->second;
-    if (handle.kind != kind) {
-        reports_->add(Report::Kind::WrongKind, who + ": " + nameOf(handle.kind) + " instead of " + wanted);
-        return nullptr;
-    }
-    if (!handle.alive) {
+    } else if (found->second->kind != kind) {
+        reports_->add(Report::Kind::WrongKind,
+                      who + ": " + nameOf(found->second->kind) + " instead of " + wanted);
+    } else {
         reports_->add(Report::Kind::DeadHandle, who + ": " + wanted + " whose last lock is gone");
-        return nullptr;
     }
-    return &handle;
+    return nullptr;
 }
 
 void Handles::retire(Handle& handle) {
     handle.alive = false;
     handle.locks = 0;
+    std::unique_ptr<ObjectContent> content;
+    if (handle.kind == HandleKind::Object) {
+        content = std::move(static_cast<ObjectHandle&>(handle).content);
+    }
     handle.die();
     retired_.push_back(handle.address());
     if (retired_.size() > kRetiredHandles) {
         handles_.erase(retired_.front());
         retired_.pop_front();
     }
+    letGo(std::move(content));
 }
 
-ObjectHandle* Handles::anyPluginObject() const {
+void Handles::letGo(std::unique_ptr<ObjectContent> content) {
+    if (content == nullptr) {
+        return;
+    }
+    dying_.push_back(std::move(content));
+    if (lettingGo_) {
+        return;
+    }
+    lettingGo_ = true;
+    while (!dying_.empty()) {
+        const auto next = std::move(dying_.back());
+        dying_.pop_back();
+    }
+    lettingGo_ = false;
+}
+
+ObjectHandle* Handles::anyWithAnEnd() const {
     for (const auto& [address, handle] : handles_) {
         auto* object =
             handle->kind == HandleKind::Object ? static_cast<ObjectHandle*>(handle.get()) : nullptr;
-        if (object != nullptr && object->alive && object->type.record != nullptr) {
+        if (object != nullptr && object->alive && object->type.hasAnEnd()) {
             return object;
         }
     }
@@ -141,6 +160,8 @@ Ledger Handles::ledger() const {
         Ledger::Count* count = &ledger.objects;
         if (handle->kind == HandleKind::String) {
             count = &ledger.strings;
+        } else if (handle->kind == HandleKind::Text) {
+            count = &ledger.texts;
         } else if (handle->kind == HandleKind::StringData) {
             count = &ledger.stringData;
         }

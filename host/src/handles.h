@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "object_content.h"
 #include "plugin/host_interface.h"
 #include "reports.h"
 #include "zqmhost/report.h"
@@ -15,13 +16,14 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace zqm::host {
 
 class EventClosure;
 struct HostClass;
 
-enum class HandleKind { Object, String, StringData };
+enum class HandleKind { Object, String, Text, StringData };
 
 struct Handle {
     explicit Handle(HandleKind ofKind) : kind(ofKind) {}
@@ -57,6 +59,18 @@ protected:
     void die() override { std::string().swap(bytes); }
 };
 
+struct TextHandle final : Handle {
+    static constexpr HandleKind kKind = HandleKind::Text;
+    explicit TextHandle(std::string_view inUtf8) : Handle(kKind), utf8(inUtf8) {}
+
+    REALtext handle() { return reinterpret_cast<REALtext>(this); }
+
+    std::string utf8;
+
+protected:
+    void die() override { std::string().swap(utf8); }
+};
+
 // The converted bytes behind a filled-in REALstringData.
 struct StringDataHandle final : Handle {
     static constexpr HandleKind kKind = HandleKind::StringData;
@@ -75,9 +89,17 @@ struct ObjectHandle final : Handle {
 
     REALobject handle() { return static_cast<REALobject>(block_); }
     bool headerIntact() const;
+    void* instanceData() { return static_cast<char*>(block_) + kInstanceDataOffset; }
+
+    // Null when it is of another kind.
+    template <typename Content>
+    Content* contentAs() const {
+        return dynamic_cast<Content*>(content.get());
+    }
 
     const HostClass& type;
     bool ending = false;
+    std::unique_ptr<ObjectContent> content;
     std::map<std::string, Value> kept; // properties that the host keeps, by lowered name
     std::map<std::uint64_t, std::shared_ptr<EventClosure>> handlers; // by token
     std::map<std::uint64_t, std::size_t> raised;                     // calls of handlers, by token
@@ -119,8 +141,8 @@ public:
     // Its last lock is gone. The address is not given out again for a while, so that a late use is noticed.
     void retire(Handle& handle);
 
-    // Some live object that a plugin's class made; null when there is none.
-    ObjectHandle* anyPluginObject() const;
+    // Some live object of a class whose ends are to be told; null when there is none.
+    ObjectHandle* anyWithAnEnd() const;
 
     Ledger ledger() const;
 
@@ -131,10 +153,14 @@ private:
     void insert(std::unique_ptr<Handle> handle);
     Handle* find(const void* address, HandleKind kind, std::string_view where);
     Handle* known(const void* address, HandleKind kind) const;
+    void letGo(std::unique_ptr<ObjectContent> content);
 
     Reports* reports_;
     std::unordered_map<const void*, std::unique_ptr<Handle>> handles_;
     std::deque<const void*> retired_;
+    // What dead objects held, which may hold others: let go one after another, however deep.
+    std::vector<std::unique_ptr<ObjectContent>> dying_;
+    bool lettingGo_ = false;
 };
 
 } // namespace zqm::host

@@ -3,6 +3,7 @@
 #include "text.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace zqm::host {
 
@@ -37,6 +38,14 @@ std::vector<const Method*> overloads(const HostClass& type, std::vector<Method> 
 }
 
 } // namespace
+
+void addFunctionTypes(Property& property) {
+    const FunctionType::Argument parameter{{TypeKind::Integer, "", false}, false};
+    property.getterType =
+        std::make_unique<FunctionType>(true, std::vector{parameter}, std::optional(property.type));
+    property.setterType =
+        std::make_unique<FunctionType>(true, std::vector{parameter, {property.type, false}}, std::nullopt);
+}
 
 const Property* findProperty(const HostClass& type, std::string_view name) {
     return findMember(type, &HostClass::properties,

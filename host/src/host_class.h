@@ -4,11 +4,13 @@
 
 #include "declaration.h"
 #include "function_type.h"
+#include "object_content.h"
 #include "plugin/host_interface.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -52,13 +54,19 @@ struct Constant {
 struct HostClass : REALclassStruct {
     std::string name;
     const HostClass* super = nullptr;
-    const ClassRecord* record = nullptr; // null: built in
+    const ClassRecord* record = nullptr; // null: built in, or the host program's own
+    bool creatable = true;               // by name
     std::size_t dataSize = 0;            // at least its superclass's, whose data it continues
     std::vector<Method> methods;
     std::vector<Method> sharedMethods;
     std::vector<Property> properties;
     std::deque<Event> events; // never moved: handlers point to them
     std::vector<Constant> constants;
+    // What its objects hold, as those of its subclasses do; none: as the superclass says.
+    std::unique_ptr<ObjectContent> (*makeContent)() = nullptr;
+    // Of classes of the host program's own: given the instance data of a new object, and of one that ends.
+    std::function<void(void*)> initialise;
+    std::function<void(void*)> dispose;
 
     bool isA(const HostClass& other) const {
         const HostClass* one = this;
@@ -67,7 +75,19 @@ struct HostClass : REALclassStruct {
         }
         return one != nullptr;
     }
+
+    // Whether something is to be run when an object of it ends.
+    bool hasAnEnd() const {
+        const HostClass* one = this;
+        while (one != nullptr && one->record == nullptr && !one->dispose) {
+            one = one->super;
+        }
+        return one != nullptr;
+    }
 };
+
+// Makes the types of the property's functions, from its own type.
+void addFunctionTypes(Property& property);
 
 // The member of that name, in the class or the nearest of its superclasses; null when there is none.
 const Property* findProperty(const HostClass& type, std::string_view name);

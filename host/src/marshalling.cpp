@@ -1,7 +1,9 @@
 #include "marshalling.h"
 
+#include "array_content.h"
 #include "core.h"
 #include "text.h"
+#include "variant_content.h"
 
 #include <algorithm>
 #include <charconv>
@@ -21,49 +23,72 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 bool isHandle(const Type& type) {
     return type.isArray || type.kind == TypeKind::String || type.kind == TypeKind::Text ||
-           type.kind == TypeKind::Variant || type.kind == TypeKind::Ptr || type.kind == TypeKind::Object;
+           type.kind == TypeKind::Variant || type.kind == TypeKind::Object;
+}
+
+bool isVariant(const Type& type) {
+    return !type.isArray && type.kind == TypeKind::Variant;
 }
 
 bool isWhole(TypeKind kind) {
     return kind == TypeKind::Integer || kind == TypeKind::Int32 || kind == TypeKind::UInt32;
 }
 
-Fit fitOfObject(Core& core, const Type& type, const Object& object) {
-    if (type.isArray || (type.kind != TypeKind::Object && type.kind != TypeKind::Variant)) {
-        return Fit::None;
-    }
-    if (object.isNull() || type.kind == TypeKind::Variant) {
-        return Fit::Exact;
+// Whether the object may stand where that type is declared.
+bool isOfType(Core& core, const Type& type, const ObjectHandle& object) {
+    if (type.isArray) {
+        const auto* array = object.contentAs<ArrayContent>();
+        return array != nullptr && fits(array->type(), type);
     }
     const HostClass* wanted = core.classes().find(type.className);
+    return isVariant(type) || (wanted != nullptr && object.type.isA(*wanted));
+}
+
+Fit fitOfObject(Core& core, const Type& type, const Object& object) {
+    if (!type.isArray && type.kind != TypeKind::Object && type.kind != TypeKind::Variant) {
+        return Fit::None;
+    }
     const auto* handle = core.handles().known<ObjectHandle>(object.handle());
-    return wanted != nullptr && handle != nullptr && handle->type.isA(*wanted) ? Fit::Exact : Fit::None;
+    if (object.isNull()) {
+        return Fit::Exact;
+    }
+    if (handle == nullptr || !isOfType(core, type, *handle)) {
+        return Fit::None;
+    }
+    const bool becomesVariant = isVariant(type) && handle->contentAs<VariantContent>() == nullptr;
+    return becomesVariant ? Fit::Converted : Fit::Exact;
 }
 
 Fit fitOf(Core& core, const Type& type, const Value& value) {
-    const bool text = !type.isArray && type.kind == TypeKind::String;
     const bool plain = !type.isArray;
-    return std::visit(
-        Overloaded{
-            [&](std::monostate) { return isHandle(type) ? Fit::Converted : Fit::None; },
-            [&](bool) { return plain && type.kind == TypeKind::Boolean ? Fit::Exact : Fit::None; },
-            [&](std::int64_t) {
-                if (plain && isWhole(type.kind)) {
-                    return Fit::Exact;
-                }
-                const bool real = plain && (type.kind == TypeKind::Double || type.kind == TypeKind::Single);
-                return real ? Fit::Converted : Fit::None;
-            },
-            [&](double) {
-                const bool real = plain && (type.kind == TypeKind::Double || type.kind == TypeKind::Single);
-                return real ? Fit::Exact : Fit::None;
-            },
-            [&](const std::string&) { return text ? Fit::Exact : Fit::None; },
-            [&](const String&) { return text ? Fit::Exact : Fit::None; },
-            [&](const Object& object) { return fitOfObject(core, type, object); },
-            [&](ByRef) { return Fit::None; },
-        },
-        value.content());
+    const bool string = plain && type.kind == TypeKind::String;
+    const bool text = plain && type.kind == TypeKind::Text;
+    const bool real = plain && (type.kind == TypeKind::Double || type.kind == TypeKind::Single);
+    const bool ptr = plain && type.kind == TypeKind::Ptr;
+    // A Variant takes anything.
+    const Fit other = isVariant(type) ? Fit::Converted : Fit::None;
+    return std::visit(Overloaded{
+                          [&](std::monostate) { return isHandle(type) || ptr ? Fit::Converted : Fit::None; },
+                          [&](bool) { return plain && type.kind == TypeKind::Boolean ? Fit::Exact : other; },
+                          [&](std::int64_t) {
+                              if (plain && isWhole(type.kind)) {
+                                  return Fit::Exact;
+                              }
+                              return real || ptr ? Fit::Converted : other;
+                          },
+                          [&](double) { return real ? Fit::Exact : other; },
+                          [&](const std::string&) {
+                              if (text) {
+                                  return Fit::Converted;
+                              }
+                              return string ? Fit::Exact : other;
+                          },
+                          [&](const String&) { return string ? Fit::Exact : other; },
+                          [&](const Text&) { return text ? Fit::Exact : other; },
+                          [&](const Object& object) { return fitOfObject(core, type, object); },
+                          [&](ByRef) { return Fit::None; },
+                      },
+                      value.content());
 }
 
 template <typename Integer>
@@ -74,9 +99,15 @@ Integer narrowed(std::int64_t value) {
     return static_cast<Integer>(value);
 }
 
-// The value must fit the type. Made strings are added to `held`.
+// The value must fit the type. Handles made for it are added to `held`.
 Slot slotOf(Core& core, const Type& type, const Value& value, std::vector<Value>& held) {
     Slot slot;
+    if (isVariant(type)) {
+        Object variant = core.boxed(value);
+        slot.pointer = variant.handle();
+        held.emplace_back(std::move(variant));
+        return slot;
+    }
     std::visit(Overloaded{
                    [&](std::monostate) { slot.pointer = nullptr; },
                    [&](bool flag) { slot.boolean = flag; },
@@ -100,12 +131,19 @@ Slot slotOf(Core& core, const Type& type, const Value& value, std::vector<Value>
                            slot.real = real;
                        }
                    },
-                   [&](const std::string& text) {
-                       String string = core.makeString(text, encoding::kUtf8);
-                       slot.pointer = string.handle();
-                       held.emplace_back(std::move(string));
+                   [&](const std::string& utf8) {
+                       if (type.kind == TypeKind::Text) {
+                           Text text = core.makeText(utf8);
+                           slot.pointer = text.handle();
+                           held.emplace_back(std::move(text));
+                       } else {
+                           String string = core.makeString(utf8, encoding::kUtf8);
+                           slot.pointer = string.handle();
+                           held.emplace_back(std::move(string));
+                       }
                    },
                    [&](const String& string) { slot.pointer = string.handle(); },
+                   [&](const Text& text) { slot.pointer = text.handle(); },
                    [&](const Object& object) { slot.pointer = object.handle(); },
                    [&](ByRef) {},
                },
@@ -122,6 +160,7 @@ Value scalarValue(const Type& type, const Slot& slot) {
     case TypeKind::UInt32:
         return slot.uint32;
     case TypeKind::Integer:
+    case TypeKind::Ptr:
         return slot.integer;
     case TypeKind::Single:
         return slot.single;
@@ -139,15 +178,21 @@ Value handleValue(Core& core, const Type& type, void* handle, Lock lock, std::st
         auto* string = static_cast<REALstring>(handle);
         return lock == Lock::Owned ? core.adopt(string, where) : core.borrow(string, where);
     }
-    if (!type.isArray && (type.kind == TypeKind::Object || type.kind == TypeKind::Variant)) {
-        auto* object = static_cast<REALobject>(handle);
-        return lock == Lock::Owned ? core.adopt(object, where) : core.borrow(object, where);
+    if (!type.isArray && type.kind == TypeKind::Text) {
+        auto* text = static_cast<REALtext>(handle);
+        return lock == Lock::Owned ? core.adopt(text, where) : core.borrow(text, where);
     }
-    if (handle != nullptr) {
-        core.reports().add(Report::Kind::ForeignHandle,
-                           std::string(where) + ": never given out as " + describe(type));
+    const auto* object = handle == nullptr ? nullptr : core.handles().find<ObjectHandle>(handle, where);
+    if (object == nullptr) {
+        return {};
     }
-    return {};
+    if (!isOfType(core, type, *object)) {
+        core.reports().add(Report::Kind::WrongKind,
+                           std::string(where) + ": " + object->type.name + " instead of " + describe(type));
+        return {};
+    }
+    auto* it = static_cast<REALobject>(handle);
+    return lock == Lock::Owned ? core.adopt(it, where) : core.borrow(it, where);
 }
 
 } // namespace
@@ -171,6 +216,7 @@ std::string describe(const Value& value) {
                           [](double) -> std::string { return "Double"; },
                           [](const std::string&) -> std::string { return "String"; },
                           [](const String&) -> std::string { return "String"; },
+                          [](const Text&) -> std::string { return "Text"; },
                           [](const Object& object) {
                               return object.isNull() ? std::string("nil object") : object.className();
                           },

@@ -85,8 +85,8 @@ const Method& chooseOverload(Core& core, const std::vector<const Method*>& candi
     return *best;
 }
 
-const Property& requireProperty(const HostClass& type, std::string_view name) {
-    const Property* property = findProperty(type, name);
+const Property& requireProperty(const Core& core, const HostClass& type, std::string_view name) {
+    const Property* property = core.classes().findProperty(type, name);
     if (property == nullptr) {
         throw CallError("there is no property " + member(type, name));
     }
@@ -131,7 +131,7 @@ Value Core::callShared(const HostClass& type, std::string_view name, const std::
 }
 
 Value Core::getProperty(ObjectHandle& object, std::string_view name) {
-    const Property& property = requireProperty(object.type, name);
+    const Property& property = requireProperty(*this, object.type, name);
     if (property.kept) {
         const auto found = object.kept.find(lowered(property.name));
         if (found != object.kept.end()) {
@@ -152,7 +152,7 @@ Value Core::getProperty(ObjectHandle& object, std::string_view name) {
 }
 
 void Core::setProperty(ObjectHandle& object, std::string_view name, const Value& value) {
-    const Property& property = requireProperty(object.type, name);
+    const Property& property = requireProperty(*this, object.type, name);
     const Parameter parameter{property.name, property.type, false, false, std::nullopt};
     if (fitOf(*this, parameter, value) == Fit::None) {
         throw CallError(describe(value) + " given for property " + member(object.type, name) + ", which is " +

@@ -3,6 +3,7 @@
 #include "core.h"
 #include "event_closure.h"
 #include "text.h"
+#include "variant_content.h"
 
 #include <utility>
 
@@ -62,6 +63,22 @@ bool Object::isA(std::string_view className) const {
     const HostClass& type = handleOf(core_, handle_).type;
     const HostClass* wanted = core_->classes().find(className);
     return wanted != nullptr && type.isA(*wanted);
+}
+
+void* Object::instanceData() const {
+    return handleOf(core_, handle_).instanceData();
+}
+
+std::int32_t Object::variantType() const {
+    return handle_ == nullptr ? variant::kNil : variantCode(handleOf(core_, handle_));
+}
+
+Value Object::variantValue() const {
+    if (handle_ == nullptr) {
+        return {};
+    }
+    const auto* content = handleOf(core_, handle_).contentAs<VariantContent>();
+    return content == nullptr ? Value(*this) : content->value;
 }
 
 void Object::reset() {

@@ -64,7 +64,7 @@ void* eventInstance(Core& core, REALobject object, std::uint64_t token) {
 // Nothing, with a report, when it doesn't parse.
 std::optional<Declaration> parsed(Core& core, const char* declaration, const char* where) {
     try {
-        return parseDeclaration(declaration == nullptr ? "" : declaration);
+        return parseAskedDeclaration(declaration == nullptr ? "" : declaration);
     } catch (const DeclarationError& error) {
         core.reports().add(Report::Kind::BadDeclaration, std::string(where) + ": " + error.what());
         return std::nullopt;
@@ -73,7 +73,8 @@ std::optional<Declaration> parsed(Core& core, const char* declaration, const cha
 
 void* loadGlobalMethod(Core& core, const char* module, const char* text) {
     const auto declaration = parsed(core, text, entry::REALLoadFrameworkMethod::kName);
-    return declaration && module == nullptr ? findGlobalMethod(*declaration) : nullptr;
+    const bool has = declaration && module == nullptr && core.hasGlobalMethod(declaration->name);
+    return has ? findGlobalMethod(*declaration) : nullptr;
 }
 
 void* loadObjectMethod(Core& core, REALobject object, const char* text) {

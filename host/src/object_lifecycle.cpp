@@ -4,6 +4,8 @@
 #include "event_closure.h"
 #include "text.h"
 
+#include <utility>
+
 namespace zqm::host {
 
 namespace {
@@ -60,12 +62,23 @@ void Core::unlock(REALobject object, std::string_view where) {
 
 REALobject Core::newInstance(std::string_view className) {
     const HostClass* type = classes_.find(className);
-    if (type == nullptr) {
+    if (type == nullptr || !type->creatable) {
         return nullptr;
     }
-    REALobject object = handles_.add<ObjectHandle>(*type).handle();
-    runConstructors(*type, object);
-    return object;
+    auto& object = handles_.add<ObjectHandle>(*type);
+    for (const HostClass* one = type; one != nullptr && object.content == nullptr; one = one->super) {
+        if (one->makeContent != nullptr) {
+            object.content = one->makeContent();
+        }
+    }
+    runConstructors(*type, object.handle());
+    return object.handle();
+}
+
+Object Core::makeObject(std::string_view className, std::unique_ptr<ObjectContent> content) {
+    auto& object = handles_.add<ObjectHandle>(*classes_.find(className));
+    object.content = std::move(content);
+    return {shared_from_this(), object.handle()};
 }
 
 void Core::runConstructors(const HostClass& type, REALobject object) {
@@ -74,6 +87,9 @@ void Core::runConstructors(const HostClass& type, REALobject object) {
     }
     if (type.record != nullptr && type.record->constructor != nullptr) {
         type.record->constructor(object);
+    }
+    if (type.initialise) {
+        type.initialise(static_cast<char*>(static_cast<void*>(object)) + kInstanceDataOffset);
     }
 }
 
@@ -97,6 +113,9 @@ void Core::end(ObjectHandle& object) {
     for (const HostClass* type = &object.type; type != nullptr; type = type->super) {
         if (type->record != nullptr && type->record->destructor != nullptr) {
             type->record->destructor(self);
+        }
+        if (type->dispose) {
+            type->dispose(object.instanceData());
         }
     }
     if (object.locks != 1) {

@@ -4,7 +4,7 @@
 
 #include <bit>
 #include <dlfcn.h>
-#include <system_error>
+#include <unistd.h>
 
 namespace zqm::host {
 
@@ -14,22 +14,32 @@ constexpr const char* kEntryFunction = "REALPluginMain";
 
 } // namespace
 
-PluginMain loadPluginMain(const std::filesystem::path& plugin) {
-    std::error_code error;
-    if (!std::filesystem::exists(plugin, error)) {
-        throw LoadError("there is no plugin " + plugin.string());
+PluginMain loadPluginMain(const std::string& plugin) {
+    if (access(plugin.c_str(), F_OK) != 0) {
+        throw LoadError("there is no plugin " + plugin);
     }
     // A path without a slash would be searched for in the library folders.
-    void* library = dlopen(std::filesystem::absolute(plugin).c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string path = plugin.find('/') == std::string::npos ? "./" + plugin : plugin;
+    void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
         throw LoadError("the plugin can't be loaded: " + std::string(dlerror()));
     }
     void* main = dlsym(library, kEntryFunction);
     if (main == nullptr) {
         dlclose(library);
-        throw LoadError(plugin.string() + " is no plugin: it has no function " + kEntryFunction);
+        throw LoadError(plugin + " is no plugin: it has no function " + kEntryFunction);
     }
     return std::bit_cast<PluginMain>(main);
+}
+
+std::optional<std::string> libraryBeside(const std::string& plugin, std::string_view name) {
+    const std::size_t slash = plugin.rfind('/');
+    const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
+    const std::size_t dot = plugin.find('.', start);
+    std::string library = plugin.substr(0, start);
+    library += name;
+    library += dot == std::string::npos ? "" : plugin.substr(dot);
+    return access(library.c_str(), F_OK) == 0 ? std::optional(library) : std::nullopt;
 }
 
 } // namespace zqm::host

@@ -29,7 +29,7 @@ Found find(Core& core, REALobject object, const char* name, const char* where, K
     if (handle == nullptr || requireName(core, name, where) == nullptr) {
         return {};
     }
-    const Property* property = findProperty(handle->type, name);
+    const Property* property = core.classes().findProperty(handle->type, name);
     if (property == nullptr || property->type.isArray || ((property->type.kind != kinds) && ...)) {
         return {};
     }

@@ -112,11 +112,7 @@ void RecordReader::readProperties(HostClass& type) {
             reports_->add(Report::Kind::BadDeclaration, where_ + ": type of " + what + ": " + error.what());
             continue;
         }
-        const FunctionType::Argument parameter{{TypeKind::Integer, "", false}, false};
-        property.getterType =
-            std::make_unique<FunctionType>(true, std::vector{parameter}, std::optional(property.type));
-        property.setterType = std::make_unique<FunctionType>(
-            true, std::vector{parameter, {property.type, false}}, std::nullopt);
+        addFunctionTypes(property);
         type.properties.push_back(std::move(property));
     }
 }

@@ -1,13 +1,21 @@
 #include "zqmhost/runtime.h"
 
+#include "array_content.h"
 #include "core.h"
+#include "date_content.h"
+#include "dictionary_content.h"
 #include "event_closure.h"
+#include "folder_item_content.h"
+#include "memory_block_content.h"
 #include "plugin_library.h"
 #include "text.h"
+#include "text_conversion.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <algorithm>
 #include <bit>
+#include <thread>
+#include <utility>
 
 namespace zqm::host {
 
@@ -51,13 +59,21 @@ Runtime::~Runtime() {
     core_->close();
 }
 
-void Runtime::load(const std::filesystem::path& plugin) {
+void Runtime::load(const std::string& plugin) {
     const PluginMain pluginMain = loadPluginMain(plugin);
     const std::size_t before = core_->classes().all().size();
     start(pluginMain);
     if (core_->classes().all().size() == before) {
-        throw LoadError(plugin.string() + " registered no class");
+        throw LoadError(plugin + " registered no class");
     }
+}
+
+bool Runtime::loadBeside(const std::string& plugin, std::string_view name) {
+    const std::optional<std::string> library = libraryBeside(plugin, name);
+    if (library) {
+        load(*library);
+    }
+    return library.has_value();
 }
 
 void Runtime::start(void (*pluginMain)(REALresolver)) {
@@ -87,7 +103,9 @@ std::vector<std::string> Runtime::classNames() const {
 }
 
 Object Runtime::create(std::string_view className) {
-    requireClass(*core_, className);
+    if (!requireClass(*core_, className).creatable) {
+        throw CallError("objects of class " + inQuotes(className) + " are not made by its name");
+    }
     REALobject object = nullptr;
     guarded([&] { object = core_->newInstance(className); });
     return adopt(object);
@@ -111,14 +129,89 @@ String Runtime::string(std::string_view bytes, std::uint32_t encoding) {
     return core_->makeString(bytes, encoding);
 }
 
+void Runtime::defineClass(const ClassDefinition& definition) {
+    core_->classes().define(definition);
+}
+
+Text Runtime::text(std::string_view utf8) {
+    if (!convertText(utf8, encoding::kUtf8, encoding::kUtf8)) {
+        throw CallError("a text of bytes that are no UTF-8");
+    }
+    return core_->makeText(utf8);
+}
+
+Object Runtime::variant(std::int32_t code, Value content) {
+    const auto* text = std::get_if<std::string>(&content.content());
+    return core_->makeVariant(code, text == nullptr ? std::move(content) : Value(string(*text)));
+}
+
+Object Runtime::variant(const Value& value) {
+    return core_->boxed(value);
+}
+
+Array Runtime::array(ElementType type, const std::vector<Value>& values) {
+    Array array = core_->makeArray(type, values.size());
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        array.set(index, values[index]);
+    }
+    return array;
+}
+
+Dictionary Runtime::dictionary() {
+    return Dictionary(core_->makeObject(kDictionaryClass, std::make_unique<DictionaryContent>()));
+}
+
+Object Runtime::date(std::int64_t year, std::int64_t month, std::int64_t day, std::int64_t hour,
+                     std::int64_t minute, std::int64_t second) {
+    const DateContent::Fields fields{year, month, day, hour, minute, second};
+    return core_->makeObject(kDateClass, std::make_unique<DateContent>(fields));
+}
+
+MemoryBlock Runtime::memoryBlock(std::string_view bytes) {
+    MemoryBlock block = memoryBlock(bytes.size());
+    block.write(0, bytes);
+    return block;
+}
+
+MemoryBlock Runtime::memoryBlock(std::size_t size) {
+    auto content = std::make_unique<MemoryBlockContent>();
+    if (!content->allocate(size)) {
+        throw CallError("no room for a memory block of " + std::to_string(size) + " bytes");
+    }
+    return MemoryBlock(core_->makeObject(kMemoryBlockClass, std::move(content)));
+}
+
+FolderItem Runtime::folderItem(std::string_view path) {
+    if (!path.starts_with('/')) {
+        throw CallError("a folder item of " + inQuotes(path) + ", which is no absolute path");
+    }
+    return FolderItem(core_->makeObject(kFolderItemClass, std::make_unique<FolderItemContent>(path)));
+}
+
+MemoryBlockFaults& Runtime::memoryBlockFaults() {
+    return core_->memoryBlockFaults;
+}
+
 String Runtime::adopt(REALstring locked) {
+    return core_->adopt(locked, kWhere);
+}
+Text Runtime::adopt(REALtext locked) {
     return core_->adopt(locked, kWhere);
 }
 Object Runtime::adopt(REALobject locked) {
     return core_->adopt(locked, kWhere);
 }
+Array Runtime::adopt(REALarray locked) {
+    if (locked == nullptr || core_->findContent<ArrayContent>(locked, kWhere) == nullptr) {
+        return {};
+    }
+    return Array(adopt(reinterpret_cast<REALobject>(locked)));
+}
 String Runtime::borrow(REALstring string) {
     return core_->borrow(string, kWhere);
+}
+Text Runtime::borrow(REALtext text) {
+    return core_->borrow(text, kWhere);
 }
 Object Runtime::borrow(REALobject object) {
     return core_->borrow(object, kWhere);
@@ -139,7 +232,13 @@ bool Runtime::runUntil(const std::function<bool()>& predicate, Seconds atMost) {
         if (left <= Seconds::zero()) {
             return false;
         }
-        guarded([&] { CFRunLoopRunInMode(kCFRunLoopDefaultMode, std::min(left, kSlice).count(), true); });
+        const Seconds slice = std::min(left, kSlice);
+        CFRunLoopRunResult result = kCFRunLoopRunTimedOut;
+        guarded([&] { result = CFRunLoopRunInMode(kCFRunLoopDefaultMode, slice.count(), true); });
+        if (result == kCFRunLoopRunFinished) {
+            // Nothing is watched yet: the run loop didn't wait.
+            std::this_thread::sleep_for(slice);
+        }
     }
     return true;
 }

@@ -13,7 +13,15 @@ namespace {
 
 } // namespace
 
+Value Value::unboxed() const {
+    const auto* object = std::get_if<Object>(&content_);
+    return object == nullptr || object->isNull() ? *this : object->variantValue();
+}
+
 bool Value::isNull() const {
+    if (const auto* text = std::get_if<Text>(&content_)) {
+        return text->isNull();
+    }
     if (const auto* string = std::get_if<String>(&content_)) {
         return string->isNull();
     }
@@ -24,17 +32,19 @@ bool Value::isNull() const {
 }
 
 bool Value::asBool() const {
-    if (const auto* flag = std::get_if<bool>(&content_)) {
+    const Value value = unboxed();
+    if (const auto* flag = std::get_if<bool>(&value.content_)) {
         return *flag;
     }
-    failAs(*this, "Boolean");
+    failAs(value, "Boolean");
 }
 
 std::int64_t Value::asInteger() const {
-    if (const auto* integer = std::get_if<std::int64_t>(&content_)) {
+    const Value value = unboxed();
+    if (const auto* integer = std::get_if<std::int64_t>(&value.content_)) {
         return *integer;
     }
-    failAs(*this, "Integer");
+    failAs(value, "Integer");
 }
 
 std::size_t Value::asSize() const {
@@ -46,36 +56,53 @@ std::size_t Value::asSize() const {
 }
 
 double Value::asDouble() const {
-    if (const auto* real = std::get_if<double>(&content_)) {
+    const Value value = unboxed();
+    if (const auto* real = std::get_if<double>(&value.content_)) {
         return *real;
     }
-    if (const auto* integer = std::get_if<std::int64_t>(&content_)) {
+    if (const auto* integer = std::get_if<std::int64_t>(&value.content_)) {
         return static_cast<double>(*integer);
     }
-    failAs(*this, "Double");
+    failAs(value, "Double");
 }
 
 std::string Value::asText() const {
-    if (const auto* text = std::get_if<std::string>(&content_)) {
+    const Value value = unboxed();
+    if (const auto* text = std::get_if<std::string>(&value.content_)) {
         return *text;
     }
-    if (const auto* string = std::get_if<String>(&content_)) {
+    if (const auto* string = std::get_if<String>(&value.content_)) {
         return string->text();
     }
-    if (isNull()) {
+    if (const auto* hostText = std::get_if<Text>(&value.content_)) {
+        return hostText->text();
+    }
+    if (value.isNull()) {
         return {};
     }
-    failAs(*this, "String");
+    failAs(value, "String");
 }
 
 String Value::asString() const {
-    if (const auto* string = std::get_if<String>(&content_)) {
+    const Value value = unboxed();
+    if (const auto* string = std::get_if<String>(&value.content_)) {
         return *string;
     }
-    if (isNull()) {
+    if (value.isNull()) {
         return {};
     }
-    failAs(*this, "host string");
+    failAs(value, "host string");
+}
+
+Text Value::asHostText() const {
+    const Value value = unboxed();
+    if (const auto* text = std::get_if<Text>(&value.content_)) {
+        return *text;
+    }
+    if (value.isNull()) {
+        return {};
+    }
+    failAs(value, "Text");
 }
 
 Object Value::asObject() const {

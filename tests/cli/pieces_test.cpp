@@ -96,8 +96,19 @@ TEST(SpokenText, KnowsHowFarAPositionIs) {
 
 TEST(PluginLocation, IsBesideTheProgram) {
     const support::TemporaryFolder folder;
-    createFile(folder / "libZQMNSSpeech.so");
-    EXPECT_EQ(findPlugin(folder.path()), folder / "libZQMNSSpeech.so");
+    createFile(folder / ZQM_PLUGIN_FILE);
+    EXPECT_EQ(findPlugin(folder.path()), folder / ZQM_PLUGIN_FILE);
+}
+
+TEST(PluginLocation, IsInTheFolderForLibrariesOfAnInstallation) {
+    const support::TemporaryFolder folder;
+    const std::filesystem::path libraries = folder / "bin" / ZQM_LIBRARY_FOLDER;
+    std::filesystem::create_directory(folder / "bin");
+    std::filesystem::create_directories(libraries);
+    createFile(libraries / ZQM_PLUGIN_FILE);
+    EXPECT_TRUE(std::filesystem::equivalent(findPlugin(folder / "bin"), libraries / ZQM_PLUGIN_FILE));
+    createFile(folder / "bin" / ZQM_PLUGIN_FILE);
+    EXPECT_EQ(findPlugin(folder / "bin"), folder / "bin" / ZQM_PLUGIN_FILE);
 }
 
 TEST(PluginLocation, SaysWhereItLooked) {
@@ -106,7 +117,7 @@ TEST(PluginLocation, SaysWhereItLooked) {
         findPlugin(folder.path());
         FAIL() << "found, though none is installed";
     } catch (const Failure& failure) {
-        EXPECT_THAT(failure.what(), HasSubstr("libZQMNSSpeech.so is missing"));
+        EXPECT_THAT(failure.what(), HasSubstr(ZQM_PLUGIN_FILE " is missing"));
         EXPECT_THAT(failure.what(), HasSubstr(folder.path().string()));
         EXPECT_THAT(failure.what(), HasSubstr("/lib"));
     }

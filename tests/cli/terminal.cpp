@@ -2,10 +2,11 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <system_error>
 
 #include <fcntl.h>
-#include <pty.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace zqm::tests {
@@ -14,20 +15,30 @@ Terminal::Terminal(unsigned short columns) {
     winsize size{};
     size.ws_row = 24;
     size.ws_col = columns;
-    std::array<char, 64> path{};
-    if (openpty(&outside_, &inside_, nullptr, nullptr, &size) != 0 ||
-        ttyname_r(inside_, path.data(), path.size()) != 0) {
-        throw std::system_error(errno, std::generic_category(), "a terminal");
+    outside_ = posix_openpt(O_RDWR | O_NOCTTY);
+    if (outside_ < 0 || grantpt(outside_) != 0 || unlockpt(outside_) != 0) {
+        fail();
+    }
+    path_ = ptsname(outside_);
+    inside_ = open(path_.c_str(), O_RDWR | O_NOCTTY);
+    if (inside_ < 0 || ioctl(inside_, TIOCSWINSZ, &size) != 0) {
+        fail();
     }
     fcntl(outside_, F_SETFL, O_NONBLOCK);
     fcntl(outside_, F_SETFD, FD_CLOEXEC);
     fcntl(inside_, F_SETFD, FD_CLOEXEC);
-    path_ = path.data();
 }
 
 Terminal::~Terminal() {
     close(outside_);
     close(inside_);
+}
+
+void Terminal::fail() const {
+    const int error = errno;
+    close(outside_);
+    close(inside_);
+    throw std::system_error(error, std::generic_category(), "a terminal");
 }
 
 std::string Terminal::written() const {

@@ -18,6 +18,8 @@ public:
     std::string written() const;
 
 private:
+    [[noreturn]] void fail() const;
+
     int outside_ = -1;
     int inside_ = -1;
     std::string path_;

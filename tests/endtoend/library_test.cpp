@@ -1,8 +1,10 @@
 // What the library shows to the system's tools.
 
+#include "tests/speech/documented_constants.h"
 #include "tests/support/process.h"
 
 #include <gmock/gmock.h>
+#include <set>
 #include <sstream>
 
 namespace zqm::endtoend {
@@ -22,6 +24,26 @@ std::vector<std::string> linesOf(const std::string& program, const std::vector<s
 TEST(Library, ExportsItsEntryFunctionAlone) {
     EXPECT_THAT(linesOf("nm", {"-D", "--defined-only", "--format=just-symbols", ZQM_PLUGIN}),
                 testing::ElementsAre("REALPluginMain"));
+}
+
+// So that it also loads on systems that lack one. The other names are those of the compiler's start-up code.
+TEST(Library, NeedsThePlatformsConstantsWeaklyAndNothingElse) {
+    std::set<std::string> weak = {"_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable",
+                                  "__cxa_finalize", "__gmon_start__"};
+    std::set<std::string> built;
+    for (const DocumentedConstant& row : kDocumentedConstants) {
+        weak.insert(row.constant);
+    }
+    for (const std::string& line : linesOf("nm", {"-D", "--undefined-only", ZQM_PLUGIN})) {
+        std::istringstream fields(line);
+        std::string kind;
+        std::string name;
+        fields >> kind >> name;
+        if (kind == "w" || kind == "v") {
+            built.insert(name.substr(0, name.find('@')));
+        }
+    }
+    EXPECT_EQ(built, weak);
 }
 
 TEST(Library, IsNeverUnloadedBecauseItHoldsClasses) {

@@ -1,7 +1,7 @@
 // A sibling library that appears in the middle of a program.
 
-#include "tests/endtoend/fresh_process.h"
 #include "tests/endtoend/speaking.h"
+#include "tests/support/fresh_process.h"
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
@@ -30,7 +30,7 @@ private:
 };
 
 TEST(SiblingLibrary, ThatAppearsLaterIsUsedFromThenOn) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
@@ -57,7 +57,7 @@ TEST(SiblingLibrary, ThatAppearsLaterIsUsedFromThenOn) {
 }
 
 TEST(SiblingLibrary, TurnsPlatformExceptionsIntoHostExceptions) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
         const Sibling sibling(runtime);

@@ -4,6 +4,13 @@
 
 namespace zqm::endtoend {
 
+void loadPlugin(host::Runtime& runtime) {
+    runtime.load(ZQM_PLUGIN);
+#ifdef ZQM_FOUNDATION
+    runtime.load(ZQM_FOUNDATION);
+#endif
+}
+
 std::string fileUrl(const std::filesystem::path& path) {
     return "file://" + path.string();
 }
@@ -67,7 +74,7 @@ void Speaker::speak(const std::string& text, const std::filesystem::path& file) 
 }
 
 SpeakingTest::SpeakingTest(const host::Options& options) : runtime(options) {
-    runtime.load(ZQM_PLUGIN);
+    loadPlugin(runtime);
 }
 
 void SpeakingTest::TearDown() {

@@ -16,6 +16,9 @@ namespace zqm::endtoend {
 inline constexpr const char* kSynthesizer = "NSSpeechSynthesizerZQM";
 inline constexpr host::Seconds kDeadline{300};
 
+// The plugin, and with it the library of its family that stands beside it, in the program that tests so.
+void loadPlugin(host::Runtime& runtime);
+
 std::string fileUrl(const std::filesystem::path& path);
 
 // So many words that writing them takes the engine a while.

@@ -1,7 +1,7 @@
 // What the plugin asks its host for, and when.
 
-#include "tests/endtoend/fresh_process.h"
 #include "tests/endtoend/speaking.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <map>
@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(StartUp, AsksForThreeNamesOnly) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
         EXPECT_THAT(runtime.entryPoints().asked(),
@@ -30,7 +30,7 @@ TEST(StartUp, AsksForThreeNamesOnly) {
 }
 
 TEST(StartUp, WithoutRegistrationAsksOncePerClass) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         Runtime runtime(Options{.refused = {"PluginRegisterClass"}});
         EXPECT_THROW(runtime.load(ZQM_PLUGIN), host::LoadError);
         EXPECT_THAT(runtime.entryPoints().asked(),
@@ -42,7 +42,7 @@ TEST(StartUp, WithoutRegistrationAsksOncePerClass) {
 }
 
 TEST(StartUp, EveryOtherNameIsAskedForOnceAtItsFirstUse) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
@@ -120,7 +120,7 @@ void expectNames(double version, const Names& ofTheStart, const Names& ofTheEven
 }
 
 TEST(StartUp, EveryNameIsAskedForAtItsFirstUseByAHostOf2011) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         expectNames(2011.0, {"REALGetStringEncoding", "REALGetStringCFString"},
                     {"GetEventInstance", "REALLockObject", "REALBuildString", "REALSetStringEncoding",
                      "REALUnlockString", "REALUnlockObject"});
@@ -128,7 +128,7 @@ TEST(StartUp, EveryNameIsAskedForAtItsFirstUseByAHostOf2011) {
 }
 
 TEST(StartUp, EveryNameIsAskedForAtItsFirstUseByAHostOf2023) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         expectNames(2023.02, {"REALGetStringEncoding", "REALGetStringCFString"},
                     {"GetEventInstance", "REALLockObject", "REALBuildString", "REALSetStringEncoding",
                      "REALUnlockString", "REALUnlockObject"});
@@ -165,7 +165,7 @@ void expectSettings(Object& object) {
 }
 
 TEST(StartUp, WithAllNamesRefusedAfterItEveryMemberAnswersNeutrally) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
@@ -193,7 +193,7 @@ TEST(StartUp, WithAllNamesRefusedAfterItEveryMemberAnswersNeutrally) {
 }
 
 TEST(StartUp, WithAllNamesRefusedAfterTheConstructorEveryMemberAnswersNeutrally) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
@@ -212,7 +212,7 @@ TEST(StartUp, WithAllNamesRefusedAfterTheConstructorEveryMemberAnswersNeutrally)
 }
 
 TEST(StartUp, NameThatIsRefusedAtFirstIsAskedForAgain) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
         runtime.load(ZQM_PLUGIN);
@@ -236,7 +236,7 @@ struct Step {
 class Revision : public testing::TestWithParam<Step> {};
 
 TEST_P(Revision, FollowsTheHostsVersion) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         Runtime runtime(Options{.version = GetParam().version});
         runtime.load(ZQM_PLUGIN);
         EXPECT_EQ(runtime.announcedRevision(), GetParam().revision);

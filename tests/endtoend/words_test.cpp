@@ -1,7 +1,7 @@
 // Word positions, through the library.
 
-#include "tests/endtoend/fresh_process.h"
 #include "tests/endtoend/speaking.h"
+#include "tests/support/fresh_process.h"
 #include "tests/support/sound_file.h"
 
 #include <gmock/gmock.h>
@@ -56,10 +56,10 @@ TEST_F(Words, OfALongTextAllCome) {
 }
 
 TEST(WordsOfAnOldHost, ComeByTheIndirectTokens) {
-    inFreshProcess([] {
+    support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         host::Runtime runtime(host::Options{.version = 2011.0});
-        runtime.load(ZQM_PLUGIN);
+        loadPlugin(runtime);
         Speaker speaker(runtime);
         speaker.speak("Hello world", folder / "speech.wav");
         EXPECT_THAT(speaker.words, ElementsAre(WordRange{0, 5}, WordRange{6, 5}));

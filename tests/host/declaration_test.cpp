@@ -45,6 +45,21 @@ INSTANTIATE_TEST_SUITE_P(
                     Good{"\tf\t( a as UINT32 , b as single )", "f(a as UInt32, b as Single)"},
                     Good{"f as Ptr", "f() as Ptr"}, Good{"f(assist as Text)", "f(assist as Text)"}));
 
+TEST(AskedDeclaration, OfParametersAloneIsTheConstructor) {
+    const auto asked = [](const char* text) { return describe(parseAskedDeclaration(text)); };
+    EXPECT_EQ(asked("Year as Integer, month as Integer = 1"),
+              "Constructor(Year as Integer, month as Integer = 1)");
+    EXPECT_EQ(asked("list() as String, other as Integer"), "Constructor(list as String(), other as Integer)");
+    EXPECT_EQ(asked("Year as Integer = 5"), "Constructor(Year as Integer = 5)");
+    EXPECT_EQ(asked("Year as Integer"), "Year() as Integer");
+    EXPECT_EQ(asked("Key(index as Integer) as Variant"), "Key(index as Integer) as Variant");
+    EXPECT_EQ(asked("stop"), "stop()");
+    for (const char* bad : {"", "Year as Integer,", "Year as, b as Integer", "a as Integer b as Integer",
+                            "a as Integer, a as Integer", "a,b"}) {
+        EXPECT_THROW(parseAskedDeclaration(bad), DeclarationError) << bad;
+    }
+}
+
 struct Bad {
     const char* text;
     const char* complaint;

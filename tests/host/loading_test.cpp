@@ -37,6 +37,16 @@ TEST(Loading, TwiceInOneRuntimeIsReported) {
     EXPECT_EQ(runtime.reports().size(), 2U);
 }
 
+TEST(Loading, OfALibraryBesideAPlugin) {
+    const std::filesystem::path widget = ZQM_WIDGET_PLUGIN;
+    const std::string plugin = widget.parent_path() / ("none" + widget.extension().string());
+    Runtime runtime;
+    EXPECT_FALSE(runtime.loadBeside(plugin, "libNoSuchLibrary"));
+    EXPECT_THAT(runtime.classNames(), IsEmpty());
+    EXPECT_TRUE(runtime.loadBeside(plugin, widget.stem().string()));
+    EXPECT_THAT(runtime.classNames(), ElementsAre("Widget", "Gadget"));
+}
+
 TEST(Loading, OfAMissingFileSaysSo) {
     Runtime runtime;
     EXPECT_THAT([&] { runtime.load("/nonexistent/plugin.so"); },

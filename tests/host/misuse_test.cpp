@@ -328,7 +328,7 @@ TEST_F(Misuse, ResultThatIsNoHandleIsReportedAndNil) {
     EXPECT_TRUE(object.call("Name").isNull());
     expectReport(Report::Kind::WrongKind, "method \"Name\": an object instead of a string");
     EXPECT_TRUE(object.call("Names").isNull());
-    expectReport(Report::Kind::ForeignHandle, "method \"Names\"");
+    expectReport(Report::Kind::WrongKind, "method \"Names\": Liar instead of String()");
 }
 
 // A plugin whose class raises its one event from outside of any call of the object, as out of a run loop.

@@ -185,9 +185,9 @@ TEST_F(Strings, CopiesAndMovesBalanceTheirLocks) {
 }
 
 TEST_F(Strings, NilIsTheEmptyText) {
-    const String nil;
-    EXPECT_EQ(nil.text(), "");
-    EXPECT_EQ(nil.bytes(), "");
+    const String none;
+    EXPECT_EQ(none.text(), "");
+    EXPECT_EQ(none.bytes(), "");
     EXPECT_TRUE(runtime.adopt(REALstring{nullptr}).isNull());
     EXPECT_TRUE(runtime.borrow(REALobject{nullptr}).isNull());
 }

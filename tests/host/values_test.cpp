@@ -22,8 +22,8 @@ TEST(Values, AnswerWhatTheyHold) {
 }
 
 TEST(Values, ThatAreNilCountAsNoneOfTheirKind) {
-    for (const Value& nil : {Value(), Value(nullptr), Value(String()), Value(Object())}) {
-        EXPECT_TRUE(nil.isNull());
+    for (const Value& none : {Value(), Value(nullptr), Value(String()), Value(Object())}) {
+        EXPECT_TRUE(none.isNull());
     }
     EXPECT_EQ(Value().asText(), "");
     EXPECT_TRUE(Value().asString().isNull());

@@ -22,8 +22,6 @@ using namespace zqm::platform::test;
 using zqm::support::ScopedEnvironment;
 using zqm::support::TemporaryFolder;
 
-const std::filesystem::path kEngine = ZQM_BAD_ENGINE_PATH;
-
 class EngineFault : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -217,54 +215,6 @@ TEST_F(EngineFault, WithoutVoicesThereIsNoSynthesizer) {
             ::_exit(right ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
-}
-
-// ---- no engine at all
-
-class HiddenEngine {
-public:
-    HiddenEngine() { std::filesystem::rename(kEngine, hidden_); }
-    HiddenEngine(const HiddenEngine&) = delete;
-    HiddenEngine& operator=(const HiddenEngine&) = delete;
-    ~HiddenEngine() { std::filesystem::rename(hidden_, kEngine); }
-
-private:
-    std::filesystem::path hidden_ = kEngine.string() + ".hidden";
-};
-
-TEST_F(EngineFault, WithoutAnEngineThereAreNoVoices) {
-    EXPECT_EXIT(
-        {
-            NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-            bool right = false;
-            {
-                const HiddenEngine hidden;
-                right = [[NSSpeechSynthesizer availableVoices] count] == 0 &&
-                        [NSSpeechSynthesizer defaultVoice] == nil &&
-                        [[NSSpeechSynthesizer alloc] initWithVoice:nil] == nil;
-            }
-            [pool drain];
-            ::_exit(right ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
-TEST_F(EngineFault, AnEngineThatIsGoneIsARefusal) {
-    Speaker speaker;
-    {
-        const HiddenEngine hidden;
-        EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
-        EXPECT_TRUE(isFolderEmpty());
-    }
-    EXPECT_TRUE(speaker.say("Hello world", path("a.wav")));
-}
-
-TEST_F(EngineFault, NeitherPathNorEnvironmentMakesAnEngine) {
-    Speaker speaker;
-    const HiddenEngine hidden;
-    std::filesystem::copy("/bin/true", path("zqmspeech-engine"));
-    const ScopedEnvironment search("PATH", folder_.path().string());
-    EXPECT_FALSE(speaker.say("Hello world", "/dev/null"));
 }
 
 } // namespace

@@ -4,14 +4,13 @@
 #include "plugin/guard.h"
 #include "plugin/host_strings.h"
 #include "plugin/native_guard.h"
-#include "tests/plugin/in_child.h"
 #include "tests/plugin/plugin_host.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <new>
-#include <pthread.h>
 #include <stdexcept>
 #include <typeinfo>
 
@@ -216,7 +215,7 @@ TEST_P(NativeGuard, RaisesTheHostExceptionOfTheKind) {
 
 // The same through a string builder, whose host throws.
 TEST_P(NativeGuard, StandsAroundTheStringBuilders) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         static bool hasThrown = false;
         static auto* const build = reinterpret_cast<REALstring (*)(const char*, std::int32_t)>(
@@ -243,7 +242,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, NativeGuard, testing::ValuesIn(kMappings),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(NativeGuardInTrouble, EndsWhereRaisingFailsInTheSameWay) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         PluginHost::replace(
             "REALBuildString", +[](const char*, std::int32_t) -> REALstring { throw std::bad_alloc(); });
@@ -271,24 +270,6 @@ TEST_F(Guards, PassAPlatformExceptionThroughTheNativeOne) {
         return 2;
     });
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(ends, 1);
-    EXPECT_THAT(host->takeRaised(), IsEmpty());
-}
-
-void* endThread(void* ends) {
-    nativeGuarded([&]() -> int {
-        const CountsItsEnd local(*static_cast<int*>(ends));
-        pthread_exit(nullptr);
-    });
-    *static_cast<int*>(ends) = -1; // the thread went on
-    return nullptr;
-}
-
-TEST_F(Guards, LetAThreadEndThroughTheNativeOne) {
-    int ends = 0;
-    pthread_t thread{};
-    ASSERT_EQ(pthread_create(&thread, nullptr, endThread, &ends), 0);
-    pthread_join(thread, nullptr);
     EXPECT_EQ(ends, 1);
     EXPECT_THAT(host->takeRaised(), IsEmpty());
 }

@@ -4,8 +4,8 @@
 
 #include "plugin/autorelease_pool.h"
 #include "plugin/host_handles.h"
-#include "tests/plugin/in_child.h"
 #include "tests/plugin/plugin_host.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -84,7 +84,7 @@ TEST(RaiseException, OfAnUnknownClassIsARuntimeException) {
 }
 
 TEST(RaiseException, WithoutMessageBuildsAndUnlocksNoString) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         const auto raised = oneRaisedBy(host, [] { RaiseException("RuntimeException", nullptr, 0, 0); });
         EXPECT_EQ(raised.message, "");
@@ -94,7 +94,7 @@ TEST(RaiseException, WithoutMessageBuildsAndUnlocksNoString) {
 }
 
 TEST(RaiseException, IsSilentWithoutInstancesAndReleasesTheMessage) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         PluginHost::refuse("PluginNewInstance");
         const auto before = host->ledger();
@@ -106,7 +106,7 @@ TEST(RaiseException, IsSilentWithoutInstancesAndReleasesTheMessage) {
 // Each step that the host can't do is skipped, and the rest is done all the same.
 TEST(RaiseException, SkipsTheStepThatIsMissing) {
     for (const char* missing : {"REALSetPropValueString", "REALSetPropValueInteger", "REALBuildString"}) {
-        inChild([missing] {
+        zqm::support::inFreshProcess([missing] {
             PluginHost host;
             PluginHost::refuse(missing);
             const auto raised = oneRaisedBy(host, [] { RaiseException("OutOfBoundsException", "m", 0, 0); });
@@ -114,7 +114,7 @@ TEST(RaiseException, SkipsTheStepThatIsMissing) {
             EXPECT_EQ(raised.message, std::string(missing) == "REALSetPropValueInteger" ? "m" : "");
         });
     }
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         PluginHost::refuse("RuntimeRaiseException");
         const auto before = host->ledger();

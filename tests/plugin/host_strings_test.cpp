@@ -2,8 +2,8 @@
 
 #include "plugin/host_strings.h"
 
-#include "tests/plugin/in_child.h"
 #include "tests/plugin/plugin_host.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -95,8 +95,8 @@ TEST_P(HostToPlatform, KeepsTheText) {
 
 // The host supplies no CFString: the bytes are read.
 TEST_P(HostToPlatform, KeepsTheTextWhereTheHostMakesNoPlatformStrings) {
-    const auto& [text, version] = GetParam();
-    inChild([&text = text, version = version] {
+    zqm::support::inFreshProcess([] {
+        const auto& [text, version] = GetParam();
         PluginHost host(version);
         PluginHost::refuse("REALGetStringCFString");
         const auto string = host->string(text.bytes, text.encoding);
@@ -120,7 +120,7 @@ TEST(RBString2CFString, OfNullIsNull) {
 }
 
 TEST(RBString2CFString, ReadsAsMacRomanWhereTheHostCannotTellTheEncoding) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         PluginHost::refuse("REALGetStringEncoding");
         PluginHost::refuse("REALGetStringCFString");
@@ -136,8 +136,9 @@ TEST(RBString2CFString, AsksAnOldHostOnceAndANewerOneTwice) {
         ++calls;
         return nullptr;
     };
-    for (const auto& [version, expected] : {std::pair{2011.999, 1}, std::pair{2012.0, 2}}) {
-        inChild([count, version = version, expected = expected] {
+    for (const auto& callsOfAHost : {std::pair{2011.999, 1}, std::pair{2012.0, 2}}) {
+        zqm::support::inFreshProcess([&] {
+            const auto& [version, expected] = callsOfAHost;
             PluginHost host(version);
             PluginHost::replace("REALGetStringCFString", +count);
             const auto string = host->string("text");
@@ -148,7 +149,7 @@ TEST(RBString2CFString, AsksAnOldHostOnceAndANewerOneTwice) {
 }
 
 TEST(RBString2CFString, ResolvesTheSameNameOnceForEachOfItsTwoCallers) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host(2023.02);
         const auto string = host->string("text");
         for (const std::size_t lookups : {1U, 2U, 2U}) {
@@ -161,7 +162,7 @@ TEST(RBString2CFString, ResolvesTheSameNameOnceForEachOfItsTwoCallers) {
 }
 
 TEST(RBString2CFString, NeverAsksForAPlatformStringOfAStringWithoutEncoding) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         const auto string = host->string("plain", encoding::kNone);
         const auto before = host->entryPoints().calls("REALGetStringCFString");
@@ -172,7 +173,7 @@ TEST(RBString2CFString, NeverAsksForAPlatformStringOfAStringWithoutEncoding) {
 
 // Bytes are an external representation, whose mark tells the order and is no text; UTF-16 is read as it is.
 TEST(RBString2CFString, TakesByteOrderMarksForWhatTheyAreInEachEncoding) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         const std::string text16 = bytesOf(std::u16string(u"\uFEFFab"));
         const std::string bigEndian32{"\0\0\xFE\xFF\0\0\0a\0\0\0b", 12};
         for (const auto& [given, bytes, expected] :
@@ -191,7 +192,7 @@ TEST(RBString2CFString, TakesByteOrderMarksForWhatTheyAreInEachEncoding) {
 std::vector<std::string> hostCalls;
 
 TEST(RBString2CFString, HoldsTheStringWhileItReadsTheBytes) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         static const auto resolver = zqm::host::Runtime::resolver();
         PluginHost::replace(
@@ -217,7 +218,7 @@ TEST(RBString2CFString, HoldsTheStringWhileItReadsTheBytes) {
 
 TEST(RBString2CFString, IsNullOrEmptyWithoutWhatItNeedsToReadBytes) {
     for (const char* name : {"StringGetCString", "REALLoadGlobalMethod"}) {
-        inChild([name] {
+        zqm::support::inFreshProcess([name] {
             PluginHost host;
             PluginHost::refuse(name);
             PluginHost::refuse("REALGetStringCFString");
@@ -231,7 +232,7 @@ TEST(RBString2CFString, IsNullOrEmptyWithoutWhatItNeedsToReadBytes) {
 }
 
 TEST(RBString2CFString, UnlocksNothingWhereTheHostCannotLock) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         PluginHost::refuse("REALLockString");
         const auto string = host->string("caf\x8E", encoding::kNone);
@@ -243,7 +244,7 @@ TEST(RBString2CFString, UnlocksNothingWhereTheHostCannotLock) {
 }
 
 TEST(HostStringByteLength, AsksAgainForAMethodThatFailedToLoad) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         host->entryPoints().failCall("REALLoadGlobalMethod", 1);
         const auto string = host->string("four");
@@ -451,7 +452,7 @@ struct Utf32Case {
 class Utf32OnOldHosts : public testing::TestWithParam<Utf32Case> {};
 
 TEST_P(Utf32OnOldHosts, BecomesTheseUnits) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host(kOldest);
         PluginHost::replace(
             "REALBuildString", +[](const char* bytes, std::int32_t length) -> REALstring {
@@ -482,7 +483,7 @@ INSTANTIATE_TEST_SUITE_P(Units, Utf32OnOldHosts,
 TEST(REALBuildUnicodeString, IsNullWithoutTheHostsBuilders) {
     for (const double version : kVersions) {
         for (const char* name : {"REALBuildString", "REALBuildStringWithEncoding", "REALConvertString"}) {
-            inChild([version, name] {
+            zqm::support::inFreshProcess([version, name] {
                 PluginHost host(version);
                 PluginHost::refuse(name);
                 const auto before = host->ledger();

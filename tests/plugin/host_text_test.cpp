@@ -2,8 +2,8 @@
 
 #include "plugin/host_text.h"
 
-#include "tests/plugin/in_child.h"
 #include "tests/plugin/plugin_host.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ TEST(RbText, HoldsTheTextInUtf8AndGivesEverythingBack) {
 }
 
 TEST(RbText, FetchesOnce) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         rbText text(host->string("once").release());
         const char* first = text.GetUTF8();
@@ -68,7 +68,7 @@ TEST(RbText, ReadsRawBytesAsTheyStand) {
 }
 
 TEST(RbText, IsEmptyAndSaysSoWhereTheHostHasNoData) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         PluginHost::refuse("PluginGetStringData");
         const auto before = host->ledger();
@@ -84,7 +84,7 @@ TEST(RbText, IsEmptyAndSaysSoWhereTheHostHasNoData) {
 
 // A host's data need not end with the text.
 TEST(RbText, TerminatesACopyOfDataThatGoesOn) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         PluginHost host;
         static const char longer[] = "text and more";
         static int disposed = 0;

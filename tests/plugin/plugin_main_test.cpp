@@ -4,7 +4,7 @@
 
 #include "plugin/class_records.h"
 #include "plugin/entry_points.h"
-#include "tests/plugin/in_child.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -55,7 +55,7 @@ struct Step {
 class PluginMain : public testing::TestWithParam<Step> {};
 
 TEST_P(PluginMain, AnnouncesTheRevisionOfTheHostVersionAndStampsEveryRecord) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         offerAll();
         hostVersion = GetParam().hostVersion;
         REALPluginMain(resolve);
@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(HostVersions, PluginMain,
                                          Step{2013.04, 13}, Step{2016.0, 13}, Step{2023.02, 13}));
 
 TEST(PluginMainOrder, AsksForThreeNamesAndNothingElse) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         offerAll();
         hostVersion = 2013.04;
         REALPluginMain(resolve);
@@ -87,7 +87,7 @@ TEST(PluginMainOrder, AsksForThreeNamesAndNothingElse) {
 }
 
 TEST(PluginMainOrder, RegistersTheRecognizerFirstAndTheSynthesizerLast) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         offerAll();
         REALPluginMain(resolve);
         ASSERT_EQ(registered.size(), 3U);
@@ -98,14 +98,14 @@ TEST(PluginMainOrder, RegistersTheRecognizerFirstAndTheSynthesizerLast) {
 }
 
 TEST(PluginMainState, IsInitialBeforeTheFirstCallAndNamesThePluginAfterIt) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         EXPECT_EQ(gResolver, nullptr);
         EXPECT_EQ(rbversion_rbversion, 0.0);
         EXPECT_EQ(CurrentREALControlVersion, 13U);
         EXPECT_EQ(gpartname, nullptr);
         EXPECT_EQ(gpluginname, nullptr);
         EXPECT_EQ(gplugin, 0);
-        for (const ClassRecord* record : kClassRecords) {
+        for (const ClassRecord* record : classRecords()) {
             EXPECT_EQ(record->version, 13U);
             EXPECT_EQ(record->dataSize, 8U);
         }
@@ -119,7 +119,7 @@ TEST(PluginMainState, IsInitialBeforeTheFirstCallAndNamesThePluginAfterIt) {
 }
 
 TEST(PluginMainFailures, WithoutAVersionTheHostIsTheOldest) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         offerAll();
         offered.erase("REALGetRBVersion");
         REALPluginMain(resolve);
@@ -129,7 +129,7 @@ TEST(PluginMainFailures, WithoutAVersionTheHostIsTheOldest) {
 }
 
 TEST(PluginMainFailures, WithoutRegistrationEachClassAsksAnewAndIsSkipped) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         offerAll();
         offered.erase("PluginRegisterClass");
         REALPluginMain(resolve);
@@ -140,7 +140,7 @@ TEST(PluginMainFailures, WithoutRegistrationEachClassAsksAnewAndIsSkipped) {
 }
 
 TEST(PluginMainTwice, RepeatsEveryStepAndResetsNothing) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         offerAll();
         hostVersion = 2013.04;
         REALPluginMain(resolve);
@@ -149,7 +149,7 @@ TEST(PluginMainTwice, RepeatsEveryStepAndResetsNothing) {
         EXPECT_EQ(rbversion_rbversion, 2013.04);
         EXPECT_THAT(announced, ElementsAre(13, 13));
         EXPECT_EQ(registered.size(), 6U);
-        for (const ClassRecord* record : kClassRecords) {
+        for (const ClassRecord* record : classRecords()) {
             EXPECT_EQ(record->dataSize, 16U);
         }
         // Kept from the first call: registration is not asked for again.

@@ -4,8 +4,8 @@
 
 #include "plugin/autorelease_pool.h"
 #include "plugin/guard.h"
-#include "tests/plugin/in_child.h"
 #include "tests/plugin/plugin_host.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ void addToNSException(const char* selector, Function function, const char* types
 }
 
 TEST(SetUp, DoesNothingWithoutASibling) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         const AutoreleasePool pool;
         CocoaInit();
         EXPECT_EQ(instances, nullptr);
@@ -57,7 +57,7 @@ TEST(SetUp, DoesNothingWithoutASibling) {
 }
 
 TEST(SetUp, FetchesAndPreparesEachOnceWhenASiblingAppears) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         const AutoreleasePool pool;
         CocoaInit();
 
@@ -92,7 +92,7 @@ TEST(SetUp, FetchesAndPreparesEachOnceWhenASiblingAppears) {
 }
 
 TEST(RaiseNSExceptionZQM, RaisesWhatTheSiblingMakesOfIt) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         addToNSException("NewNSExceptionZQM:", wrap, "^v@:@");
         PluginHost host;
         const auto before = host->ledger();
@@ -117,7 +117,7 @@ TEST(RaiseNSExceptionZQM, RaisesWhatTheSiblingMakesOfIt) {
 }
 
 TEST(Guard, LetsNothingOutOfAFailingSibling) {
-    inChild([] {
+    zqm::support::inFreshProcess([] {
         addToNSException("NewNSExceptionZQM:", wrap, "^v@:@");
         wrappingRaises = true;
         PluginHost host;

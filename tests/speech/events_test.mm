@@ -154,7 +154,7 @@ TEST_F(Events, AreAllAnsweredForWithoutATarget) {
 }
 
 TEST_F(Events, EndSilentlyWithoutTheHostsHandlerLookUp) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         PluginHost::refuse("GetEventInstance");
         Object object = newSynthesizer();
         MyNSSpeechSynthesizer* synthesizer = platformObjectOf(object);
@@ -187,7 +187,7 @@ TEST_F(OldEvents, ReachTheirHandlers) {
 }
 
 TEST_F(OldEvents, AreSilentForAClassThatWasNotRegistered) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         Object object = newSynthesizer();
         for (EventRecord& event : synthesizerEvents) {
             event.hostToken = 0;
@@ -209,7 +209,7 @@ void (*original(const char* name))(Handle) {
 }
 
 TEST_F(Events, LockTheObjectAroundTheHandlerAndUnlockTheStringsBeforeIt) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         PluginHost::replace(
             "GetEventInstance", +[](REALobject, std::uint64_t) {
                 return reinterpret_cast<void*>(+[](REALobject, std::int64_t, REALstring, REALstring) {
@@ -253,7 +253,7 @@ void throwNativeException(REALobject /*sender*/, std::int64_t /*opcode*/) {
 }
 
 TEST_F(Events, LogAndDropAPlatformExceptionAndUnlockEverything) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         PluginHost::replace(
             "GetEventInstance",
             +[](REALobject, std::uint64_t) { return reinterpret_cast<void*>(raisePlatformException); });
@@ -272,7 +272,7 @@ TEST_F(Events, LogAndDropAPlatformExceptionAndUnlockEverything) {
 }
 
 TEST_F(Events, DropAnExceptionThatCannotEvenBeDescribed) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         PluginHost::replace(
             "GetEventInstance", +[](REALobject, std::uint64_t) {
                 return reinterpret_cast<void*>(
@@ -286,7 +286,7 @@ TEST_F(Events, DropAnExceptionThatCannotEvenBeDescribed) {
 }
 
 TEST_F(Events, PassANativeExceptionOnWithEverythingUnlocked) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         PluginHost::replace(
             "GetEventInstance",
             +[](REALobject, std::uint64_t) { return reinterpret_cast<void*>(throwNativeException); });
@@ -300,7 +300,7 @@ TEST_F(Events, PassANativeExceptionOnWithEverythingUnlocked) {
 }
 
 TEST_F(Events, UnlockNothingWhereTheHostCannotLock) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         PluginHost::refuse("REALLockObject");
         Object object = newSynthesizer();
         const auto before = host->ledger();

@@ -1,6 +1,9 @@
 // Every member that sends the platform a message, while that message raises.
 
+#include "plugin/platform_guard.h"
 #include "plugin/sibling_methods.h"
+#include "speech/platform_constants.h"
+#include "speech/records.h"
 #include "tests/speech/synthesizer_host.h"
 
 #include <functional>
@@ -43,7 +46,10 @@ const std::vector<Member>& members() {
     return all;
 }
 
-id raiseInstead(id, SEL) {
+id raiseInstead(id self, SEL selector) {
+    if (sel_isEqual(selector, @selector(initWithVoice:andTarget:))) {
+        [self release]; // as an initialiser does that gives up
+    }
     [NSException raise:@"FromThePlatform" format:@"on purpose"];
     return nil;
 }
@@ -64,7 +70,7 @@ void makeRaise(const char* message) {
 class Guard : public SynthesizerTest, public testing::WithParamInterface<Member> {};
 
 TEST_P(Guard, RaisesOneHostExceptionAndAnswersNeutrally) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         ASSERT_TRUE(class_addMethod(object_getClass([NSException class]), @selector(NewNSExceptionZQM:),
                                     reinterpret_cast<IMP>(reinterpret_cast<void*>(wrap)), "^v@:@"));
         Object object = GetParam().needsConstruction ? newSynthesizer() : newObject();
@@ -84,7 +90,7 @@ TEST_P(Guard, RaisesOneHostExceptionAndAnswersNeutrally) {
 
 // Without a sibling nothing is raised, so that the answer itself can be seen.
 TEST_P(Guard, AnswersNeutrallyWhereOnlyALogLineIsWritten) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         Object object = GetParam().needsConstruction ? newSynthesizer() : newObject();
         makeRaise(GetParam().message);
         const Value answer = GetParam().use(object);
@@ -104,5 +110,27 @@ TEST_P(Guard, AnswersNeutrallyWhereOnlyALogLineIsWritten) {
 
 INSTANTIATE_TEST_SUITE_P(Members, Guard, testing::ValuesIn(members()),
                          [](const auto& row) { return std::string(row.param.name); });
+
+NSException* prepared = nil;
+
+id raisePrepared(id, SEL) {
+    [prepared raise];
+    return nil;
+}
+
+// They only hand on a string, so nothing of the platform's can fail in them but the string itself.
+TEST(GuardOfConstants, IsNotThere) {
+    zqm::support::inFreshProcess([] {
+        AutoreleasePool pool;
+        prepared = [NSException exceptionWithName:@"FromThePlatform" reason:@"on purpose" userInfo:nil];
+        class_replaceMethod([platformConstant(&NSVoiceName) class], @selector(length),
+                            reinterpret_cast<IMP>(reinterpret_cast<void*>(raisePrepared)), "Q@:");
+        for (const ClassRecord* record : {&NSSpeechSynthesizerClass, &NSVoiceClass}) {
+            const auto getter =
+                reinterpret_cast<REALstring (*)()>(record->sharedMethods[0].function.address());
+            EXPECT_EQ(runUnderPlatformGuard([&] { getter(); }), prepared) << record->name;
+        }
+    });
+}
 
 } // namespace

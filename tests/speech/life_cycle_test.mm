@@ -180,7 +180,7 @@ BOOL noteStartToURL(NSSpeechSynthesizer* self, SEL selector, NSString* text, NSU
 }
 
 TEST_F(LifeCycle, KeepsTheTextBeforeItIsSpoken) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         Class spoken = [MyNSSpeechSynthesizer class];
         class_addMethod(spoken, @selector(startSpeakingString:),
                         reinterpret_cast<IMP>(reinterpret_cast<void*>(noteStart)), "c@:@");

@@ -2,6 +2,7 @@
 
 #include "plugin/class_records.h"
 #include "speech/records.h"
+#include "tests/speech/documented_constants.h"
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,26 @@ TEST_P(Records, ListTheDocumentedMethods) {
     }
     EXPECT_EQ(built, GetParam().methods);
     EXPECT_EQ(record().methods == nullptr, record().methodCount == 0);
+}
+
+TEST_P(Records, ListTheDocumentedSharedMethods) {
+    std::vector<std::string> documented;
+    for (const DocumentedConstant& constant : kDocumentedConstants) {
+        if (constant.className == std::string(record().name)) {
+            documented.push_back(std::string(constant.method) + " as String");
+        }
+    }
+    std::vector<std::string> built;
+    for (std::uint64_t i = 0; i < record().sharedMethodCount; ++i) {
+        const MethodRecord& method = record().sharedMethods[i];
+        built.emplace_back(method.declaration);
+        EXPECT_EQ(method.flags, 4U) << built.back();
+        EXPECT_NE(method.function.address(), nullptr);
+        EXPECT_EQ(method.setter.address(), nullptr);
+        EXPECT_EQ(method.reserved[0], 0U);
+        EXPECT_EQ(method.reserved[1], 0U);
+    }
+    EXPECT_EQ(built, documented);
     EXPECT_EQ(record().sharedMethods == nullptr, record().sharedMethodCount == 0);
 }
 
@@ -149,9 +170,9 @@ INSTANTIATE_TEST_SUITE_P(Classes, Records, testing::ValuesIn(kDocumented),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ClassRecords, StandInTheOrderOfRegistration) {
-    ASSERT_EQ(kClassRecords.size(), std::size(kDocumented));
-    for (std::size_t i = 0; i < kClassRecords.size(); ++i) {
-        EXPECT_EQ(kClassRecords[i], kDocumented[i].record);
+    ASSERT_EQ(classRecords().size(), std::size(kDocumented));
+    for (std::size_t i = 0; i < classRecords().size(); ++i) {
+        EXPECT_EQ(classRecords()[i], kDocumented[i].record);
     }
 }
 

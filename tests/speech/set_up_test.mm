@@ -2,6 +2,7 @@
 // library appears just before each of them.
 
 #include "plugin/sibling_methods.h"
+#include "tests/speech/documented_constants.h"
 #include "tests/speech/synthesizer_host.h"
 
 #include <objc/runtime.h>
@@ -42,7 +43,7 @@ void addSibling() {
 class SetUpOf : public SynthesizerTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(SetUpOf, TheClassConstructorIsTheSharedOne) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         addSibling();
         const Object object = host->create(GetParam());
         EXPECT_EQ(fetched, 1);
@@ -54,7 +55,7 @@ TEST_P(SetUpOf, TheClassConstructorIsTheSharedOne) {
 }
 
 TEST_P(SetUpOf, TheClassDestructorIsTheSharedOne) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         Object object = host->create(GetParam());
         addSibling();
         object.reset();
@@ -64,7 +65,7 @@ TEST_P(SetUpOf, TheClassDestructorIsTheSharedOne) {
 }
 
 TEST_P(SetUpOf, TheClassIsGuarded) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         const auto before = host->ledger();
         addToNSException(@selector(PrepareNSExceptionZQM), raiseWhilePreparing, "v@:");
         Object object = host->create(GetParam());
@@ -81,7 +82,7 @@ using SetUpOfSynthesizer = SynthesizerTest;
 
 TEST_F(SetUpOfSynthesizer, RunsInTheConstructorMethodsWhichEnterTheObject) {
     for (const bool named : {false, true}) {
-        inChild([&] {
+        zqm::support::inFreshProcess([&] {
             Object object = newObject();
             addSibling();
             if (named) {
@@ -100,7 +101,7 @@ TEST_F(SetUpOfSynthesizer, RunsInTheConstructorMethodsWhichEnterTheObject) {
 }
 
 TEST_F(SetUpOfSynthesizer, ComesAfterTheTestForAnInitialisedObject) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         Object object = newSynthesizer();
         addSibling();
         EXPECT_THROW(object.call("Constructor"), zqm::host::HostException);
@@ -110,7 +111,7 @@ TEST_F(SetUpOfSynthesizer, ComesAfterTheTestForAnInitialisedObject) {
 }
 
 TEST_F(SetUpOfSynthesizer, IsSkippedByEveryOtherMember) {
-    inChild([this] {
+    zqm::support::inFreshProcess([this] {
         Object object = newSynthesizer();
         addSibling();
         object.get("Volume");
@@ -120,6 +121,9 @@ TEST_F(SetUpOfSynthesizer, IsSkippedByEveryOtherMember) {
         object.call("stopSpeaking");
         object.call("startSpeakingString", "text", "no url");
         object.call("Destructor");
+        for (const DocumentedConstant& constant : kDocumentedConstants) {
+            host->callShared(constant.className, constant.method);
+        }
         EXPECT_EQ(fetched, 0);
         EXPECT_EQ(prepared, 0);
     });

@@ -5,8 +5,8 @@
 #include "plugin/autorelease_pool.h"
 #include "plugin/instance_data.h"
 #import "speech/MyNSSpeechSynthesizer.h"
-#include "tests/plugin/in_child.h"
 #include "tests/plugin/plugin_host.h"
+#include "tests/support/fresh_process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -14,7 +14,7 @@ TemporaryFolder::TemporaryFolder(std::string_view prefix) {
     if (mkdtemp(name.data()) == nullptr) {
         throw fs::filesystem_error("mkdtemp", name, std::error_code(errno, std::generic_category()));
     }
-    path_ = name;
+    path_ = fs::canonical(name); // on macOS the folder for these is behind a link
 }
 
 TemporaryFolder::~TemporaryFolder() {

@@ -34,9 +34,6 @@ public:
     const std::vector<std::string>& asked() const;
     void resetCounts();
 
-    // What this host offers, refused or not.
-    bool offers(std::string_view name) const;
-
 private:
     Core* core_;
 };

@@ -3,6 +3,7 @@
 #include "plugin/host_interface.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -37,6 +38,18 @@ public:
     std::string className() const;
     bool isA(std::string_view className) const; // also of a superclass
 
+    // What follows the host's part of the object: the instance data of its class.
+    void* instanceData() const;
+    template <typename Data>
+    Data& dataAs() const {
+        return *static_cast<Data*>(instanceData());
+    }
+
+    // As a Variant: the code of its type, and what is in it. Nil is of type 0; an object that is no Variant
+    // holds itself.
+    std::int32_t variantType() const;
+    Value variantValue() const;
+
     // Gives up the lock, throwing what a destructor raised. Nil afterwards.
     void reset();
 
@@ -57,6 +70,9 @@ public:
     std::size_t timesRaised(std::string_view event) const;
 
     friend bool operator==(const Object& one, const Object& other) { return one.handle_ == other.handle_; }
+
+protected:
+    const std::shared_ptr<Core>& core() const { return core_; }
 
 private:
     std::shared_ptr<Core> core_;

@@ -37,8 +37,9 @@ struct Ledger {
         std::int64_t locks = 0;
         friend bool operator==(const Count&, const Count&) = default;
     };
-    Count objects;
+    Count objects; // Variants, arrays, dictionaries and the like included
     Count strings;
+    Count texts;
     Count stringData; // filled in by "PluginGetStringData", not yet disposed of; one lock each
 
     friend bool operator==(const Ledger&, const Ledger&) = default;

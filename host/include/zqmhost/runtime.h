@@ -1,20 +1,25 @@
-// A host runtime for plugins in one process: classes, objects, strings, exceptions and events. It offers no
-// arrays, Variants, dates, memory blocks or files: the resolver answers null for their names. One runtime may
-// be active at a time, because the plugin's resolver is a plain C function; several may follow one another.
+// A host runtime for plugins in one process: classes, objects, strings, texts, Variants, arrays,
+// dictionaries, dates, memory blocks, folder items, exceptions and events. One runtime may be active at a
+// time, because the plugin's resolver is a plain C function; several may follow one another.
 
 #pragma once
 
 #include "plugin/host_interface.h"
+#include "zqmhost/array.h"
+#include "zqmhost/class_definition.h"
+#include "zqmhost/dictionary.h"
 #include "zqmhost/entry_point_control.h"
 #include "zqmhost/errors.h"
+#include "zqmhost/folder_item.h"
+#include "zqmhost/memory_block.h"
 #include "zqmhost/object.h"
 #include "zqmhost/report.h"
 #include "zqmhost/string.h"
+#include "zqmhost/text.h"
 #include "zqmhost/value.h"
 
 #include <chrono>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -30,6 +35,9 @@ inline constexpr double kDefaultVersion = 2023.02;
 struct Options {
     std::optional<double> version = kDefaultVersion; // none: "REALGetRBVersion" is not offered
     std::vector<std::string> refused = {};           // entry points refused from the start
+    // Members of built-in classes that this host lacks, as "MemoryBlock.Operator_Convert", and global
+    // methods, as "VarType". A constructor is called "Constructor". Unknown names throw CallError.
+    std::vector<std::string> without = {};
 };
 
 using Seconds = std::chrono::duration<double>;
@@ -43,9 +51,12 @@ public:
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
 
-    // Loads a plugin library and calls its "REALPluginMain". Throws LoadError. The library stays loaded for
-    // the life of the process.
-    void load(const std::filesystem::path& plugin);
+    // Loads the plugin library of this path and calls its "REALPluginMain". Throws LoadError. The library
+    // stays loaded for the life of the process.
+    void load(const std::string& plugin);
+    // The same for another library in the plugin's folder, named without what libraries' names end in here,
+    // as "libOther"; does nothing and answers false when there is none.
+    bool loadBeside(const std::string& plugin, std::string_view name);
     // The same for an entry function that is linked into the program.
     void start(void (*pluginMain)(REALresolver));
     // For functions of a plugin that are called without its entry function.
@@ -74,12 +85,36 @@ public:
                          const std::vector<Value>& values);
     std::string constant(std::string_view className, std::string_view name) const;
 
+    // A class of the host program's own. Throws CallError.
+    void defineClass(const ClassDefinition& definition);
+
     String string(std::string_view bytes, std::uint32_t encoding = encoding::kUtf8);
+    // Throws CallError when the bytes are no UTF-8.
+    Text text(std::string_view utf8);
+    // A Variant of that type code, whatever its content; text in it is made a host string.
+    Object variant(std::int32_t code, Value content);
+    // What host code would make of the value: nil and objects stay as they are.
+    Object variant(const Value& value);
+    Array array(ElementType type, const std::vector<Value>& values = {});
+    Dictionary dictionary();
+    // Fields outside of the calendar stay as they are given.
+    Object date(std::int64_t year, std::int64_t month = 1, std::int64_t day = 1, std::int64_t hour = 0,
+                std::int64_t minute = 0, std::int64_t second = 0);
+    MemoryBlock memoryBlock(std::string_view bytes);
+    // Of so many zero bytes. Throws CallError when there is no room for them.
+    MemoryBlock memoryBlock(std::size_t size);
+    MemoryBlockFaults& memoryBlockFaults();
+    // Of an absolute path, whether something is there or not. Throws CallError for any other.
+    FolderItem folderItem(std::string_view path);
+
     // A handle that a plugin function answered: its one lock is now the caller's.
     String adopt(REALstring locked);
+    Text adopt(REALtext locked);
     Object adopt(REALobject locked);
+    Array adopt(REALarray locked);
     // A handle that someone else holds: locked once more.
     String borrow(REALstring string);
+    Text borrow(REALtext text);
     Object borrow(REALobject object);
 
     // Runs the function as the host runs a plugin's: throws HostException when it raised.

@@ -2,6 +2,7 @@
 
 #include "zqmhost/object.h"
 #include "zqmhost/string.h"
+#include "zqmhost/text.h"
 
 #include <concepts>
 #include <cstddef>
@@ -22,7 +23,8 @@ struct ByRef {
 
 // What is passed to a plugin's functions and comes back from them. Texts passed in are UTF-8; a result is
 // a host string, which keeps its bytes and encoding. A typed nil, String() or Object(), tells overloads apart
-// that differ in the type of an argument.
+// that differ in the type of an argument. Arrays, dates, dictionaries and the like are objects; a Ptr is an
+// integer, its address. Where a Variant is wanted any value is put into one.
 class Value {
 public:
     Value() = default; // nil of any kind
@@ -37,27 +39,31 @@ public:
     Value(std::string_view text) : content_(std::string(text)) {}
     Value(std::string text) : content_(std::move(text)) {}
     Value(String string) : content_(std::move(string)) {}
+    Value(Text text) : content_(std::move(text)) {}
     Value(Object object) : content_(std::move(object)) {}
     Value(ByRef reference) : content_(reference) {}
 
-    // A nil string or object also counts.
+    // A nil string, text or object also counts.
     bool isNull() const;
 
     // Each throws CallError when the value is of another kind; asDouble() also takes an integer, asText()
-    // and asObject() take nil.
+    // and asObject() take nil. All but asObject() look into a Variant.
     bool asBool() const;
     std::int64_t asInteger() const;
     std::size_t asSize() const; // an integer that is not negative
     double asDouble() const;
     std::string asText() const; // UTF-8
     String asString() const;    // a host string; not for text that never was one
+    Text asHostText() const;    // a text handle of the host
     Object asObject() const;
 
     using Content =
-        std::variant<std::monostate, bool, std::int64_t, double, std::string, String, Object, ByRef>;
+        std::variant<std::monostate, bool, std::int64_t, double, std::string, String, Text, Object, ByRef>;
     const Content& content() const { return content_; }
 
 private:
+    Value unboxed() const;
+
     Content content_;
 };
 

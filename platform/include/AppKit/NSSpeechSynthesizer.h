@@ -6,13 +6,9 @@
 #ifndef ZQM_NSSPEECHSYNTHESIZER_H
 #define ZQM_NSSPEECHSYNTHESIZER_H
 
+#import <AppKit/AppKitDefines.h>
+#import <AppKit/NSSpeechConstants.h>
 #import <Foundation/Foundation.h>
-
-#ifdef __cplusplus
-#define APPKIT_EXTERN extern "C" __attribute__((visibility("default")))
-#else
-#define APPKIT_EXTERN extern __attribute__((visibility("default")))
-#endif
 
 typedef NSString* NSSpeechSynthesizerVoiceName;
 typedef NSString* NSVoiceAttributeKey;

@@ -1,0 +1,148 @@
+// What conversions between host values and Cocoa objects cost.
+
+#include "bench/ratio_reporter.h"
+#include "bridge/cocoa_to_variant.h"
+#include "bridge/data.h"
+#include "bridge/dictionaries.h"
+#include "bridge/host_object_to_cocoa.h"
+#include "plugin/autorelease_pool.h"
+#include "plugin/host_handles.h"
+#include "plugin/plugin_main.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <objc/runtime.h>
+#include <zqmhost/zqmhost.h>
+
+namespace {
+
+using zqm::host::Runtime;
+
+constexpr std::size_t kLargeBlock = 100'000'000;
+
+Runtime& runtime() {
+    static const auto one = std::make_unique<Runtime>();
+    gResolver = Runtime::resolver();
+    rbversion_rbversion = zqm::host::kDefaultVersion;
+    return *one;
+}
+
+void dictionaryToCocoa(benchmark::State& state) {
+    auto dictionary = runtime().dictionary();
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        dictionary.setValue("key " + std::to_string(i), i);
+    }
+    for (auto _ : state) {
+        const AutoreleasePool pool;
+        benchmark::DoNotOptimize(NewNSDictionary(dictionary.handle()));
+    }
+}
+
+void dictionaryToHost(benchmark::State& state) {
+    const AutoreleasePool outer;
+    runtime();
+    NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        [dictionary setObject:[NSNumber numberWithLong:static_cast<long>(i)]
+                       forKey:[NSString stringWithFormat:@"key %ld", static_cast<long>(i)]];
+    }
+    for (auto _ : state) {
+        const AutoreleasePool pool;
+        const OwnedObject converted{NSDictionaryRB(dictionary)};
+        benchmark::DoNotOptimize(converted.get());
+    }
+}
+
+// A class of that name with its host class, made here where the system has none.
+Class classNamed(const char* name) {
+    Class type = objc_getClass(name);
+    if (type == Nil) {
+        type = objc_allocateClassPair([NSObject class], name, 0);
+        objc_registerClassPair(type);
+    }
+    runtime().defineClass({.name = std::string(name) + "ZQM", .dataSize = sizeof(id)});
+    return type;
+}
+
+void wrap(benchmark::State& state, Class cocoaClass) {
+    const AutoreleasePool outer;
+    id object = [[[cocoaClass alloc] init] autorelease];
+    for (auto _ : state) {
+        const AutoreleasePool pool;
+        const OwnedObject wrapper{NewVariantFromNSObject(object)};
+        benchmark::DoNotOptimize(wrapper.get());
+    }
+}
+
+void firstClass(benchmark::State& state) {
+    static const Class type = classNamed("NSPathComponentCell");
+    wrap(state, type);
+}
+
+void lastClass(benchmark::State& state) {
+    static const Class type = classNamed("NSTextAttachment");
+    wrap(state, type);
+}
+
+void copyOnce(benchmark::State& state) {
+    const std::unique_ptr<char[]> source{new char[kLargeBlock]()};
+    for (auto _ : state) {
+        const std::unique_ptr<char[]> copy{new char[kLargeBlock]};
+        std::memcpy(copy.get(), source.get(), kLargeBlock);
+        benchmark::DoNotOptimize(copy.get());
+    }
+}
+
+void blockToCocoa(benchmark::State& state) {
+    auto block = runtime().memoryBlock(std::string(kLargeBlock, 'x'));
+    for (auto _ : state) {
+        const AutoreleasePool pool;
+        benchmark::DoNotOptimize(GetObjectAsNSObject(block.handle()));
+    }
+}
+
+void blockToHost(benchmark::State& state) {
+    const AutoreleasePool outer;
+    runtime();
+    NSData* data = [NSMutableData dataWithLength:kLargeBlock];
+    for (auto _ : state) {
+        const AutoreleasePool pool;
+        const OwnedObject block{NSDataRB(data)};
+        benchmark::DoNotOptimize(block.get());
+    }
+}
+
+constexpr int kRepetitions = 7;
+
+#define ZQM_BENCHMARK(name) BENCHMARK(name)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond)
+ZQM_BENCHMARK(dictionaryToCocoa)->Arg(10'000)->Arg(100'000);
+ZQM_BENCHMARK(dictionaryToHost)->Arg(10'000)->Arg(100'000);
+ZQM_BENCHMARK(firstClass)->Unit(benchmark::kMicrosecond);
+ZQM_BENCHMARK(lastClass)->Unit(benchmark::kMicrosecond);
+ZQM_BENCHMARK(copyOnce);
+ZQM_BENCHMARK(blockToCocoa);
+ZQM_BENCHMARK(blockToHost);
+
+const std::vector<Ratio> kRatios = {
+    {"a Dictionary of 100,000 entries to one of 10,000, to Cocoa", "dictionaryToCocoa/100000/repeats:7",
+     "dictionaryToCocoa/10000/repeats:7", 11},
+    {"the same to the host", "dictionaryToHost/100000/repeats:7", "dictionaryToHost/10000/repeats:7", 11},
+    {"an object of the last known class to one of the first", "lastClass/repeats:7", "firstClass/repeats:7",
+     1.5},
+    {"100 MB of a MemoryBlock to a copy of as many bytes", "blockToCocoa/repeats:7", "copyOnce/repeats:7",
+     1.5},
+    {"the same to the host", "blockToHost/repeats:7", "copyOnce/repeats:7", 1.5},
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 2;
+    }
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return reporter.print(kRatios) ? 0 : 1;
+}

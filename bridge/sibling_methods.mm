@@ -1,0 +1,7 @@
+#include "bridge/sibling_methods.h"
+
+#include "bridge/platform_class.h"
+
+Class hostObjectCarrierClass() {
+    return platformClass("ZQMREALobjectWrapper");
+}

@@ -1,0 +1,50 @@
+#include "cli/platform_log.h"
+
+#include <array>
+#include <cstdio>
+#include <string_view>
+
+#import <Foundation/Foundation.h>
+
+namespace zqm::cli {
+namespace {
+
+std::string lastReason;
+
+constexpr std::array<std::string_view, 2> kFailures{"Speech can't be started: ", "Speech ended early: "};
+
+NSLog_printf_handler* earlier = nullptr;
+
+// The line begins with the time and the process in brackets.
+void takeLine(NSString* line) {
+    std::string_view text = [line UTF8String];
+    while (text.ends_with('\n')) {
+        text.remove_suffix(1);
+    }
+    for (const std::string_view failure : kFailures) {
+        const std::size_t begin = text.find(failure);
+        if (begin != std::string_view::npos) {
+            lastReason = text.substr(begin + failure.size());
+            return;
+        }
+    }
+    earlier(line);
+}
+
+} // namespace
+
+PlatformLog::PlatformLog() {
+    lastReason.clear();
+    earlier = _NSLog_printf_handler;
+    _NSLog_printf_handler = takeLine;
+}
+
+PlatformLog::~PlatformLog() {
+    _NSLog_printf_handler = earlier;
+}
+
+std::string PlatformLog::reason() {
+    return lastReason.empty() ? "the platform does not say why" : lastReason;
+}
+
+} // namespace zqm::cli

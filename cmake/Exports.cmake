@@ -1,0 +1,18 @@
+# zqm_export_only(TARGET function...)
+# The library exports these functions, of C linkage, and nothing else: hidden visibility leaves the type
+# information of thrown standard types visible, and a host loads many plugins into one process.
+function(zqm_export_only target)
+  set(folder "${CMAKE_CURRENT_BINARY_DIR}/${target}")
+  if(APPLE)
+    list(TRANSFORM ARGN PREPEND "_" OUTPUT_VARIABLE symbols)
+    list(JOIN symbols "\n" lines)
+    file(CONFIGURE OUTPUT "${folder}/exports.txt" CONTENT "${lines}\n")
+    target_link_options(${target} PRIVATE "LINKER:-exported_symbols_list,${folder}/exports.txt")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${folder}/exports.txt")
+  else()
+    list(JOIN ARGN "; " symbols)
+    file(CONFIGURE OUTPUT "${folder}/exports.map" CONTENT "{ global: ${symbols}; local: *; };\n")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${folder}/exports.map")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${folder}/exports.map")
+  endif()
+endfunction()

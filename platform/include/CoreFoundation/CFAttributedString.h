@@ -1,0 +1,20 @@
+// Strings with attributes.
+
+#ifndef ZQM_CFATTRIBUTEDSTRING_H
+#define ZQM_CFATTRIBUTEDSTRING_H
+
+#include <CoreFoundation/CFBase.h>
+
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): Apple's names
+
+CF_EXTERN_C_BEGIN
+
+typedef const struct __CFAttributedString* CFAttributedStringRef;
+
+CF_EXPORT CFTypeID CFAttributedStringGetTypeID(void);
+
+CF_EXTERN_C_END
+
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+
+#endif

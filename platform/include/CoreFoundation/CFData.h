@@ -1,0 +1,20 @@
+// Bytes.
+
+#ifndef ZQM_CFDATA_H
+#define ZQM_CFDATA_H
+
+#include <CoreFoundation/CFBase.h>
+
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): Apple's names
+
+CF_EXTERN_C_BEGIN
+
+typedef const struct __CFData* CFDataRef;
+
+CF_EXPORT CFTypeID CFDataGetTypeID(void);
+
+CF_EXTERN_C_END
+
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+
+#endif

@@ -1,0 +1,20 @@
+// Sets.
+
+#ifndef ZQM_CFSET_H
+#define ZQM_CFSET_H
+
+#include <CoreFoundation/CFBase.h>
+
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): Apple's names
+
+CF_EXTERN_C_BEGIN
+
+typedef const struct __CFSet* CFSetRef;
+
+CF_EXPORT CFTypeID CFSetGetTypeID(void);
+
+CF_EXTERN_C_END
+
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+
+#endif

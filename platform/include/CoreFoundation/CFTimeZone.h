@@ -1,0 +1,20 @@
+// Time zones.
+
+#ifndef ZQM_CFTIMEZONE_H
+#define ZQM_CFTIMEZONE_H
+
+#include <CoreFoundation/CFBase.h>
+
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): Apple's names
+
+CF_EXTERN_C_BEGIN
+
+typedef const struct __CFTimeZone* CFTimeZoneRef;
+
+CF_EXPORT CFTypeID CFTimeZoneGetTypeID(void);
+
+CF_EXTERN_C_END
+
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+
+#endif

@@ -1,0 +1,222 @@
+// Dates of the host as the platform's, and the other way.
+
+#include "bridge/dates.h"
+
+#include "tests/bridge/bridge_host.h"
+
+#include <array>
+#include <ctime>
+#include <limits>
+
+#import <Foundation/Foundation.h>
+
+namespace {
+
+using namespace zqm::bridge::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zqm::host::Object;
+
+constexpr const char* kConstructor =
+    "Year as Integer, Month as Integer = 1, Day as Integer = 1, hour as Integer = 0, minute as Integer = 0, "
+    "second as Integer = 0";
+constexpr std::array kFields{"Year", "Month", "Day", "Hour", "Minute", "Second"};
+
+NSDate* local(int year, int month, int day, int hour, int minute, int second) {
+    std::tm parts{};
+    parts.tm_year = year - 1900;
+    parts.tm_mon = month - 1;
+    parts.tm_mday = day;
+    parts.tm_hour = hour;
+    parts.tm_min = minute;
+    parts.tm_sec = second;
+    parts.tm_isdst = -1;
+    return [NSDate dateWithTimeIntervalSince1970:static_cast<double>(std::mktime(&parts))];
+}
+
+std::vector<std::int64_t> fieldsOf(const Object& date) {
+    std::vector<std::int64_t> fields;
+    for (const char* name : kFields) {
+        fields.push_back(date.get(name).asInteger());
+    }
+    return fields;
+}
+
+void useZone(NSString* name) {
+    setenv("TZ", [name UTF8String], 1);
+    tzset();
+    [NSTimeZone resetSystemTimeZone];
+    [NSTimeZone setDefaultTimeZone:[NSTimeZone timeZoneWithName:name]];
+}
+
+// ---- to the platform
+
+TEST(DateToCocoa, IsTheFieldsAsLocalTime) {
+    for (NSString* zone : {@"UTC", @"Europe/Berlin", @"America/New_York", @"Asia/Kolkata"}) {
+        inBridge([zone](PluginHost& host) {
+            useZone(zone);
+            const Object winter = host->date(2001, 2, 3, 4, 5, 6);
+            const Object summer = host->date(2024, 7, 31, 23, 59, 59);
+            const Object leap = host->date(2000, 2, 29);
+            EXPECT_TRUE([local(2001, 2, 3, 4, 5, 6) isEqualToDate:NewNSDate(winter.handle())]);
+            EXPECT_TRUE([local(2024, 7, 31, 23, 59, 59) isEqualToDate:NewNSDate(summer.handle())]);
+            EXPECT_TRUE([local(2000, 2, 29, 0, 0, 0) isEqualToDate:NewNSDate(leap.handle())]);
+            EXPECT_EQ([NewNSDate(leap.handle()) retainCount], 1U);
+        });
+    }
+}
+
+TEST(DateToCocoa, OfNullIsNil) {
+    inBridge([](PluginHost& host) {
+        EXPECT_EQ(NewNSDate(nullptr), nil);
+        EXPECT_THAT(host->entryPoints().asked(), IsEmpty());
+    });
+}
+
+TEST(DateToCocoa, WithoutEntryPointIsNil) {
+    inBridge([](PluginHost& host) {
+        const Object date = host->date(2001);
+        host->entryPoints().refuse("REALGetPropValueInteger");
+        EXPECT_EQ(NewNSDate(date.handle()), nil);
+    });
+}
+
+TEST(DateToCocoa, WhatIsNoDateIsNil) {
+    inBridge([](PluginHost& host) {
+        const Object dictionary = host->dictionary();
+        EXPECT_EQ(NewNSDate(dictionary.handle()), nil);
+    });
+}
+
+std::vector<std::string> fieldsRead;
+std::string missingField;
+
+TEST(DateToCocoa, ReadsItsFieldsInOrderUntilOneIsMissing) {
+    for (std::size_t missing = 0; missing <= kFields.size(); ++missing) {
+        inBridge([missing](PluginHost& host) {
+            missingField = missing < kFields.size() ? kFields[missing] : "";
+            PluginHost::replace(
+                "REALGetPropValueInteger", +[](REALobject object, const char* name, std::int64_t* out) {
+                    fieldsRead.emplace_back(name);
+                    EXPECT_EQ(*out, 0) << name;
+                    const auto read =
+                        hostFunction<bool(REALobject, const char*, std::int64_t*)>("REALGetPropValueInteger");
+                    return name != missingField && read(object, name, out);
+                });
+            const Object date = host->date(2001, 2, 3, 4, 5, 6);
+            NSDate* converted = NewNSDate(date.handle());
+            EXPECT_EQ(converted == nil, missing < kFields.size());
+            std::vector<std::string> expected(
+                kFields.begin(),
+                kFields.begin() + static_cast<std::ptrdiff_t>(std::min(missing + 1, kFields.size())));
+            EXPECT_EQ(fieldsRead, expected);
+        });
+    }
+}
+
+// The platform decides what they mean; nothing may be lost over them.
+TEST(DateToCocoa, FieldsOutsideTheCalendarDoNoHarm) {
+    constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
+    for (std::size_t field = 0; field < kFields.size(); ++field) {
+        for (const std::int64_t value : {kLeast, std::int64_t{0}, std::int64_t{13}, std::int64_t{32},
+                                         std::int64_t{61}, std::int64_t{10'000}, std::int64_t{1} << 32}) {
+            SCOPED_TRACE(std::string(kFields[field]) + " " + std::to_string(value));
+            inBridge([&](PluginHost& host) {
+                std::array<std::int64_t, 6> fields{2001, 2, 3, 4, 5, 6};
+                fields[field] = value;
+                const Object date =
+                    host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
+                id converted = NewNSDate(date.handle());
+                EXPECT_TRUE(converted == nil || [converted isKindOfClass:[NSDate class]]);
+            });
+        }
+    }
+}
+
+// ---- to the host
+
+TEST(DateToHost, HasTheFieldsOfTheProcesssTimeZone) {
+    for (NSString* zone : {@"UTC", @"Europe/Berlin", @"America/New_York", @"Asia/Kolkata"}) {
+        inBridge([zone](PluginHost& host) {
+            useZone(zone);
+            const Object date = host->adopt(newHostDate(local(2024, 7, 31, 23, 59, 58)));
+            EXPECT_TRUE(date.isA("Date"));
+            EXPECT_THAT(fieldsOf(date), ElementsAre(2024, 7, 31, 23, 59, 58));
+            EXPECT_EQ(host->entryPoints().lookups("REALSetPropValueInteger"), 0U);
+        });
+    }
+}
+
+TEST(DateToHost, DropsFractions) {
+    inBridge([](PluginHost& host) {
+        NSDate* date = [local(2024, 7, 31, 23, 59, 58) dateByAddingTimeInterval:0.75];
+        EXPECT_THAT(fieldsOf(host->adopt(newHostDate(date))), ElementsAre(2024, 7, 31, 23, 59, 58));
+    });
+}
+
+TEST(DateToHost, AsksTheNewDateForItsConstructor) {
+    inBridge([](PluginHost& host) {
+        const ObjectMethods methods;
+        const Object date = host->adopt(newHostDate(local(2024, 7, 31, 23, 59, 58)));
+        EXPECT_THAT(ObjectMethods::asked(), ElementsAre(ObjectMethods::Request{date.handle(), kConstructor}));
+    });
+}
+
+std::vector<std::pair<std::string, std::int64_t>> fieldsSet;
+
+TEST(DateToHost, SetsItsPropertiesInOrderWhereThereIsNoConstructor) {
+    inBridge([](PluginHost& host) {
+        ObjectMethods methods;
+        methods.answer(kConstructor, nullptr);
+        PluginHost::replace(
+            "REALSetPropValueInteger", +[](REALobject object, const char* name, std::int64_t value) {
+                fieldsSet.emplace_back(name, value);
+                return hostFunction<bool(REALobject, const char*, std::int64_t)>("REALSetPropValueInteger")(
+                    object, name, value);
+            });
+        const Object date = host->adopt(newHostDate(local(2024, 7, 31, 23, 59, 58)));
+        EXPECT_THAT(fieldsOf(date), ElementsAre(2024, 7, 31, 23, 59, 58));
+        EXPECT_THAT(fieldsSet, ElementsAre(testing::Pair("Year", 2024), testing::Pair("Month", 7),
+                                           testing::Pair("Day", 31), testing::Pair("Hour", 23),
+                                           testing::Pair("Minute", 59), testing::Pair("Second", 58)));
+    });
+}
+
+TEST(DateToHost, WithoutTheClassIsNull) {
+    inBridge([](PluginHost& host) {
+        host->entryPoints().refuse("PluginNewInstance");
+        EXPECT_EQ(newHostDate([NSDate date]), nullptr);
+    });
+}
+
+TEST(DateToHost, WithoutConstructorAndPropertiesIsADateAllTheSame) {
+    inBridge([](PluginHost& host) {
+        host->entryPoints().refuse("REALLoadObjectMethod");
+        host->entryPoints().refuse("REALSetPropValueInteger");
+        EXPECT_TRUE(host->adopt(newHostDate([NSDate date])).isA("Date"));
+    });
+}
+
+TEST(DateToHost, DatesFarOffDoNoHarm) {
+    inBridge([](PluginHost& host) {
+        for (NSDate* date : {[NSDate distantPast],
+                             [NSDate distantFuture],
+                             [NSDate dateWithTimeIntervalSince1970:-62135596800.0],
+                             [NSDate dateWithTimeIntervalSince1970:1e12]}) {
+            EXPECT_TRUE(host->adopt(newHostDate(date)).isA("Date"));
+        }
+    });
+}
+
+TEST(Dates, ConvertThereAndBack) {
+    for (NSString* zone : {@"UTC", @"Europe/Berlin", @"America/New_York", @"Asia/Kolkata"}) {
+        inBridge([zone](PluginHost& host) {
+            useZone(zone);
+            const Object date = host->date(1999, 12, 31, 23, 59, 59);
+            const Object back = host->adopt(newHostDate(NewNSDate(date.handle())));
+            EXPECT_EQ(fieldsOf(back), fieldsOf(date));
+        });
+    }
+}
+
+} // namespace

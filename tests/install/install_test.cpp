@@ -1,0 +1,187 @@
+// What an installation holds, and that it works wherever it is.
+
+#include "tests/support/process.h"
+#include "tests/support/sound_file.h"
+#include "tests/support/temporary_folder.h"
+
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using zqm::support::ProcessResult;
+using zqm::support::runProcess;
+using zqm::support::SoundFile;
+using zqm::support::TemporaryFolder;
+
+using Files = std::set<std::string>;
+
+const std::string kLib = ZQM_LIB "/";
+const std::string kHeaders = ZQM_INCLUDE "/zqmhost/";
+const std::string kDocumentation = ZQM_SHARE "/doc/zqmspeech/";
+
+struct Component {
+    const char* name;
+    Files files; // but for the documentation, which each of them brings
+};
+
+const std::vector<Component> kComponents = {
+    {"plugin",
+     {kLib + "libZQMFoundation.so", kLib + "libZQMNSSpeech.so", kLib + "libzqmplatform.so",
+      ZQM_LIBEXEC "/zqmspeech/zqmspeech-engine"}},
+    {"command", {ZQM_BIN "/zqmspeech"}},
+    {"development",
+     {kLib + "libzqmhost.a", kHeaders + "array.h", kHeaders + "class_definition.h", kHeaders + "dictionary.h",
+      kHeaders + "entry_point_control.h", kHeaders + "errors.h", kHeaders + "folder_item.h",
+      kHeaders + "memory_block.h", kHeaders + "object.h", kHeaders + "plugin/host_interface.h",
+      kHeaders + "report.h", kHeaders + "runtime.h", kHeaders + "string.h", kHeaders + "text.h",
+      kHeaders + "value.h", kHeaders + "zqmhost.h"}},
+};
+
+Files documentation() {
+    return {kDocumentation + "LICENSE", kDocumentation + "README.md"};
+}
+
+Files joined(Files one, const Files& other) {
+    one.insert(other.begin(), other.end());
+    return one;
+}
+
+Files filesIn(const fs::path& folder) {
+    Files files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+        if (!entry.is_directory()) {
+            files.insert(fs::relative(entry.path(), folder).string());
+        }
+    }
+    return files;
+}
+
+void install(const fs::path& prefix, const std::vector<std::string>& options = {}) {
+    std::vector<std::string> arguments{"--install", ZQM_BUILD_FOLDER, "--prefix", prefix.string()};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const ProcessResult result = runProcess(ZQM_CMAKE, arguments);
+    ASSERT_TRUE(result.succeeded()) << result.output << result.errors;
+}
+
+ProcessResult say(const fs::path& prefix, const fs::path& file) {
+    return runProcess(prefix / ZQM_BIN / "zqmspeech", {"say", "-o", file.string(), "Hello world"});
+}
+
+void expectItSpeaks(const fs::path& prefix, const fs::path& file) {
+    const ProcessResult result = say(prefix, file);
+    ASSERT_TRUE(result.succeeded()) << result.errors;
+    EXPECT_GT(SoundFile(file).seconds(), 0.4);
+    fs::remove(file);
+}
+
+// The folders in which a program or library looks for others.
+std::vector<std::string> searchedFolders(const fs::path& file) {
+    const ProcessResult result = runProcess("readelf", {"--dynamic", "--wide", file.string()});
+    EXPECT_TRUE(result.succeeded()) << result.errors;
+    std::istringstream lines(result.output);
+    std::vector<std::string> folders;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find("(RPATH)") != std::string::npos || line.find("(RUNPATH)") != std::string::npos) {
+            const std::size_t begin = line.find('[') + 1;
+            folders.push_back(line.substr(begin, line.rfind(']') - begin));
+        }
+    }
+    return folders;
+}
+
+class Installation : public testing::Test {
+protected:
+    TemporaryFolder folder;
+    fs::path prefix = folder / "a prefix";
+    fs::path sound = folder / "speech.wav";
+};
+
+TEST_F(Installation, OfEachComponentHoldsItsFiles) {
+    for (const Component& component : kComponents) {
+        const fs::path here = folder / component.name;
+        install(here, {"--component", component.name});
+        EXPECT_EQ(filesIn(here), joined(component.files, documentation())) << component.name;
+    }
+}
+
+TEST_F(Installation, OfAllHoldsWhatTheComponentsHold) {
+    install(prefix);
+    Files all = documentation();
+    for (const Component& component : kComponents) {
+        all = joined(all, component.files);
+    }
+    EXPECT_EQ(filesIn(prefix), all);
+}
+
+TEST_F(Installation, OfPluginAndCommandSpeaksAndCanBeMoved) {
+    install(prefix, {"--component", "plugin"});
+    install(prefix, {"--component", "command"});
+    expectItSpeaks(prefix, sound);
+
+    const fs::path moved = folder / "elsewhere/deeper";
+    fs::create_directory(moved.parent_path());
+    fs::rename(prefix, moved);
+    expectItSpeaks(moved, sound);
+
+    // Reached by a link, as from a folder of PATH.
+    const fs::path link = folder / "link";
+    fs::create_symlink(moved / ZQM_BIN / "zqmspeech", link);
+    EXPECT_TRUE(runProcess(link, {"say", "-o", sound.string(), "Hello world"}).succeeded());
+}
+
+// Else it might be the build's own engine, library or command that has spoken.
+TEST_F(Installation, UsesWhatWasInstalled) {
+    install(prefix);
+    fs::remove(prefix / ZQM_LIBEXEC / "zqmspeech/zqmspeech-engine");
+    const ProcessResult withoutEngine = say(prefix, sound);
+    EXPECT_EQ(withoutEngine.exitCode, 1);
+    EXPECT_THAT(withoutEngine.errors, HasSubstr("the speech engine is missing"));
+
+    fs::remove(prefix / ZQM_LIB / "libZQMNSSpeech.so");
+    const ProcessResult withoutPlugin = say(prefix, sound);
+    EXPECT_EQ(withoutPlugin.exitCode, 1);
+    EXPECT_THAT(withoutPlugin.errors, HasSubstr("libZQMNSSpeech.so is missing"));
+
+    fs::remove(prefix / ZQM_LIB / "libzqmplatform.so");
+    const ProcessResult withoutPlatform = say(prefix, sound);
+    EXPECT_EQ(withoutPlatform.exitCode, 127);
+    EXPECT_THAT(withoutPlatform.errors, HasSubstr("libzqmplatform.so"));
+}
+
+TEST_F(Installation, LooksForLibrariesInItsOwnFoldersOnly) {
+    install(prefix);
+    EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libZQMNSSpeech.so"), testing::ElementsAre("$ORIGIN"));
+    EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libZQMFoundation.so"), testing::ElementsAre("$ORIGIN"));
+    EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libzqmplatform.so"), testing::IsEmpty());
+    EXPECT_THAT(searchedFolders(prefix / ZQM_LIBEXEC / "zqmspeech/zqmspeech-engine"), testing::IsEmpty());
+    const fs::path libraries = fs::path(ZQM_LIB).lexically_relative(ZQM_BIN);
+    EXPECT_THAT(searchedFolders(prefix / ZQM_BIN / "zqmspeech"),
+                testing::ElementsAre("$ORIGIN/" + libraries.string()));
+}
+
+TEST_F(Installation, IsEnoughToBuildAHostProgram) {
+    install(prefix);
+    const fs::path program = folder / "hello";
+    const fs::path libraries = prefix / ZQM_LIB;
+    const ProcessResult built = runProcess(
+        ZQM_CXX_COMPILER, {"-std=c++20", "-I", (prefix / ZQM_INCLUDE).string(), ZQM_EXAMPLE, "-o",
+                           program.string(), "-L", libraries.string(), "-Wl,-rpath," + libraries.string(),
+                           "-lzqmhost", "-lzqmplatform", "-lgnustep-base", "-lobjc", "-lffi"});
+    ASSERT_TRUE(built.succeeded()) << built.errors;
+    const ProcessResult run =
+        runProcess(program, {(libraries / "libZQMNSSpeech.so").string(), sound.string()});
+    EXPECT_TRUE(run.succeeded()) << run.errors;
+    EXPECT_EQ(run.output, "Hello\nworld\n");
+    EXPECT_GT(SoundFile(sound).seconds(), 0.4);
+}
+
+} // namespace

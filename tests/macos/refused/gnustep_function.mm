@@ -1,0 +1,7 @@
+// refused by: linker
+// message: undefined symbol: _GSPlanted
+extern "C" int GSPlanted();
+
+int answer() {
+    return GSPlanted();
+}

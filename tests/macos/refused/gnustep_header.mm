@@ -1,0 +1,3 @@
+// refused by: compiler
+// message: 'Foundation/NSDebug.h' file not found
+#import <Foundation/NSDebug.h>

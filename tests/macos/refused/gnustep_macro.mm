@@ -1,0 +1,7 @@
+// refused by: compiler
+// message: use of undeclared identifier 'ASSIGN'
+#import <Foundation/Foundation.h>
+
+void replace(id first, id second) {
+    ASSIGN(first, second);
+}

@@ -1,0 +1,3 @@
+// refused by: compiler
+// message: 'ext/stdio_filebuf.h' file not found
+#include <ext/stdio_filebuf.h>

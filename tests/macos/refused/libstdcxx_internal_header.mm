@@ -1,0 +1,3 @@
+// refused by: compiler
+// message: 'bits/stdc++.h' file not found
+#include <bits/stdc++.h>

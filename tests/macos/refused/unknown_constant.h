@@ -1,0 +1,3 @@
+// refused by: declarations
+// message: kCFPlantedStyle: the record has no such constant
+enum { kCFPlantedStyle = 2 };

@@ -1,0 +1,4 @@
+// refused by: declarations
+// message: NSPlanted: the record has no such protocol
+@protocol NSPlanted
+@end

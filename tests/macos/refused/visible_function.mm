@@ -1,0 +1,5 @@
+// refused by: golden
+// message: leaks_without_export_list.txt does not list: _plantedHelper
+extern "C" __attribute__((visibility("default"))) int plantedHelper() {
+    return 1;
+}

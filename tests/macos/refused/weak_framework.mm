@@ -1,0 +1,7 @@
+// refused by: rules
+// message: CoreText.framework/Versions/A/CoreText only weakly
+// link option: -weak_framework
+// link option: CoreText
+int answer() {
+    return 1;
+}

@@ -1,0 +1,3 @@
+// refused by: declarations
+// message: CFOptionFlags: stands for unsigned int, recorded is unsigned long
+typedef unsigned int CFOptionFlags;

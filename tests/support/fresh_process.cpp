@@ -1,0 +1,41 @@
+#include "tests/support/fresh_process.h"
+
+#include <cstdlib>
+#include <exception>
+#include <gtest/gtest.h>
+#include <iostream>
+
+namespace zqm::support {
+
+namespace {
+
+// The framework keeps a child's failures to itself.
+void printFailures() {
+    const testing::TestResult* result = testing::UnitTest::GetInstance()->current_test_info()->result();
+    for (int part = 0; part < result->total_part_count(); ++part) {
+        const testing::TestPartResult& one = result->GetTestPartResult(part);
+        if (one.failed()) {
+            std::cerr << (one.file_name() == nullptr ? "" : one.file_name()) << ':' << one.line_number()
+                      << ": " << one.message() << '\n';
+        }
+    }
+}
+
+} // namespace
+
+void inFreshProcess(const std::function<void()>& body) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe"; // a new program, not a mere fork
+    EXPECT_EXIT(
+        {
+            try {
+                body();
+            } catch (const std::exception& error) {
+                ADD_FAILURE() << error.what();
+            }
+            printFailures();
+            std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
+        },
+        testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+} // namespace zqm::support
