@@ -1,9 +1,8 @@
 #import <AppKit/NSSpeechSynthesizer.h>
 
 #include "platform/autorelease_pool.h"
+#include "platform/foundation_text.h"
 #include "platform/speech_session.h"
-#include "platform/surrogates.h"
-#include "platform/text_encoding.h"
 #include "platform/voice_catalogue.h"
 #include "platform/voice_strings.h"
 
@@ -14,30 +13,14 @@ using zqm::platform::OutputFile;
 using zqm::platform::SpeechEvent;
 using zqm::platform::SpeechRequest;
 using zqm::platform::SpeechSession;
+using zqm::platform::stringOf;
+using zqm::platform::utf8Of;
 using zqm::protocol::Voice;
 
 namespace {
 
-constexpr std::uint32_t kUtf8 = 0x08000100;
-constexpr char16_t kReplacement = 0xFFFD;
 constexpr float kDefaultRate = 175; // the engine's own
 constexpr float kDefaultVolume = 1;
-
-NSString* stringOf(const std::string& text) {
-    return [[[NSString alloc] initWithBytes:text.data() length:text.size()
-                                   encoding:NSUTF8StringEncoding] autorelease];
-}
-
-// Lone surrogates become U+FFFD, one unit for one, so that positions stay what they are.
-std::string utf8Of(NSString* string) {
-    std::u16string text([string length], u'\0');
-    [string getCharacters:reinterpret_cast<unichar*>(text.data()) range:NSMakeRange(0, text.size())];
-    for (std::size_t index = zqm::platform::findLoneSurrogate(text); index < text.size();
-         index = zqm::platform::findLoneSurrogate(text, index)) {
-        text[index] = kReplacement;
-    }
-    return zqm::platform::encodeText(kUtf8, text, zqm::platform::ByteOrderMark::IsText)->bytes;
-}
 
 const Voice* defaultVoice() {
     return zqm::platform::voiceForLocale(zqm::platform::availableVoices(), zqm::platform::messageLocale());
@@ -250,6 +233,10 @@ Synthesizer& of(void* speech) {
     return found != nullptr ? attributesOf(*found) : nil;
 }
 
++ (BOOL)isAnyApplicationSpeaking {
+    return NO;
+}
+
 - (instancetype)init {
     return [self initWithVoice:nil];
 }
@@ -287,6 +274,33 @@ Synthesizer& of(void* speech) {
 
 - (void)stopSpeaking {
     of(_speech).stop();
+}
+
+- (void)stopSpeakingAtBoundary:(NSSpeechBoundary)boundary {
+    if (boundary == NSSpeechImmediateBoundary) {
+        [self stopSpeaking];
+    }
+}
+
+- (void)pauseSpeakingAtBoundary:(NSSpeechBoundary)boundary {
+}
+
+- (void)continueSpeaking {
+}
+
+- (NSString*)phonemesFromText:(NSString*)text {
+    return nil;
+}
+
+- (void)addSpeechDictionary:(NSDictionary*)speechDictionary {
+}
+
+- (id)objectForProperty:(NSSpeechPropertyKey)property error:(NSError**)outError {
+    return nil;
+}
+
+- (BOOL)setObject:(id)object forProperty:(NSSpeechPropertyKey)property error:(NSError**)outError {
+    return NO;
 }
 
 - (id<NSSpeechSynthesizerDelegate>)delegate {

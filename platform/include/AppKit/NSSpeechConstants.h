@@ -19,7 +19,7 @@ typedef NSString* NSSpeechDictionaryKey;
 
 // NSDictionary of NSSpeechStatus keys; read-only.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechStatusProperty;
-// NSDictionary of NSSpeechError keys; read-only.
+// NSDictionary of NSSpeechError keys, of the errors since it was last read; read-only.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechErrorsProperty;
 // NSSpeechModeText or NSSpeechModePhoneme.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechInputModeProperty;
@@ -29,25 +29,27 @@ APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechCharacterModeProperty;
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechNumberModeProperty;
 // NSNumber, words a minute.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechRateProperty;
-// NSNumber.
+// NSNumber, 1 to 127: 30 to 40 for a low voice, 55 to 65 for a high one.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechPitchBaseProperty;
-// NSNumber.
+// NSNumber, 0 (monotone) to 127.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechPitchModProperty;
 // NSNumber, 0 to 1.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechVolumeProperty;
 // NSDictionary of NSSpeechSynthesizerInfo keys; read-only.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechSynthesizerInfoProperty;
-// NSNumber; read-only.
+// NSNumber, the synchronization message that came last, 0 before any; read-only.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechRecentSyncProperty;
 // NSArray of NSDictionary of NSSpeechPhonemeInfo keys; read-only.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechPhonemeSymbolsProperty;
-// NSString, a voice; write-only.
+// NSDictionary with the NSVoiceIdentifier of a voice, as attributesForVoice: answers it; write-only. What
+// setVoice: does.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechCurrentVoiceProperty;
-// NSDictionary of NSSpeechCommand keys; write-only.
+// NSDictionary of NSSpeechCommand keys; write-only. For the texts to come.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechCommandDelimiterProperty;
-// No value; write-only.
+// nil; write-only. Everything set on the synthesizer but the voice, the dictionaries and the command
+// delimiters is as it was in the beginning.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechResetProperty;
-// NSURL, nil: aloud; write-only.
+// NSURL of a file, nil: aloud; write-only. Where startSpeakingString: speaks to.
 APPKIT_EXTERN NSSpeechPropertyKey const NSSpeechOutputToFileURLProperty;
 
 // Values of the mode properties.
@@ -80,13 +82,15 @@ APPKIT_EXTERN NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoExample;     // NS
 APPKIT_EXTERN NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoHiliteStart; // NSNumber
 APPKIT_EXTERN NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoHiliteEnd;   // NSNumber
 
-// Keys of NSSpeechCommandDelimiterProperty.
+// Keys of NSSpeechCommandDelimiterProperty: one or two characters each, or both empty for a text without
+// commands.
 APPKIT_EXTERN NSSpeechCommandDelimiterKey const NSSpeechCommandPrefix; // NSString
 APPKIT_EXTERN NSSpeechCommandDelimiterKey const NSSpeechCommandSuffix; // NSString
 
-// Keys of a speech dictionary and of its entries, each an NSDictionary.
+// Keys of a speech dictionary and of its entries, each an NSDictionary. The locale may be left out, for all
+// languages; so may the date, written as "2026-01-31 23:59:00 +0100"; and one of the arrays.
 APPKIT_EXTERN NSSpeechDictionaryKey const NSSpeechDictionaryLocaleIdentifier; // NSString, such as "en_US"
-APPKIT_EXTERN NSSpeechDictionaryKey const NSSpeechDictionaryModificationDate; // NSString, a date
+APPKIT_EXTERN NSSpeechDictionaryKey const NSSpeechDictionaryModificationDate; // NSString, see above
 APPKIT_EXTERN NSSpeechDictionaryKey const NSSpeechDictionaryPronunciations;   // NSArray of entries
 APPKIT_EXTERN NSSpeechDictionaryKey const NSSpeechDictionaryAbbreviations;    // NSArray of entries
 APPKIT_EXTERN NSSpeechDictionaryKey const NSSpeechDictionaryEntrySpelling;    // NSString

@@ -14,12 +14,13 @@ typedef NSString* NSSpeechSynthesizerVoiceName;
 typedef NSString* NSVoiceAttributeKey;
 typedef NSString* NSVoiceGenderName;
 
-// Keys of the dictionaries that attributesForVoice: answers.
+// Keys of the dictionaries that attributesForVoice: answers. A range of characters is an NSDictionary with
+// the NSNumbers "UnicodeCharBegin" and "UnicodeCharEnd", the first and the last of them.
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceName;                // NSString, for people
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceIdentifier;          // NSString
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceAge;                 // NSNumber, years; absent: not known
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceGender;              // one of the NSVoiceGender strings
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceDemoText;            // NSString
+APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceDemoText;            // NSString, in the voice's language
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceLanguage;            // NSString, such as "en-US"
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceLocaleIdentifier;    // NSString, such as "en_US"
 APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceSupportedCharacters; // NSArray of ranges
@@ -29,6 +30,7 @@ APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderNeuter;
 APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderMale;
 APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderFemale;
 
+// Where speech pauses or ends: at once, after the word or after the sentence that is being spoken.
 typedef NS_ENUM(NSUInteger, NSSpeechBoundary) {
     NSSpeechImmediateBoundary = 0,
     NSSpeechWordBoundary,
@@ -53,14 +55,18 @@ __attribute__((visibility("default")))
 // What is known about a voice; nil for an identifier that is not one of availableVoices.
 + (NSDictionary*)attributesForVoice:(NSSpeechSynthesizerVoiceName)voice;
 
+// YES while any program of this user speaks aloud, this one included: not into a file, not while paused.
++ (BOOL)isAnyApplicationSpeaking;
+
 // A synthesizer with the default voice; nil when there is none.
 - (instancetype)init;
 
 // nil is the default voice. Answers nil for a voice that does not exist, and when there is no engine.
 - (instancetype)initWithVoice:(NSSpeechSynthesizerVoiceName)voice;
 
-// Starts to speak aloud. NO for a nil text or when it can't be spoken; the reason is then logged. A text
-// already being spoken is ended first.
+// Starts to speak aloud, or into the file of NSSpeechOutputToFileURLProperty. NO for a nil text or when it
+// can't be spoken; the reason is then logged. A text already being spoken is ended first. Commands within the
+// text, such as "[[rate 300]]", are carried out, not spoken.
 - (BOOL)startSpeakingString:(NSString*)string;
 
 // The same into a sound file, whose format follows from its extension (wav, aiff, flac, ogg). An existing
@@ -68,11 +74,39 @@ __attribute__((visibility("default")))
 // written, for an unknown extension.
 - (BOOL)startSpeakingString:(NSString*)string toURL:(NSURL*)url;
 
-// YES from a successful start until the end of the sound or file.
+// YES from a successful start until the end of the sound or file, also while paused.
 - (BOOL)isSpeaking;
 
 // Ends the speech at once; the delegate hears of it later, from the run loop.
 - (void)stopSpeaking;
+
+// The same at a boundary; beyond the end of the text there is none, so it is then spoken to its end. Nothing
+// happens for a boundary that does not exist.
+- (void)stopSpeakingAtBoundary:(NSSpeechBoundary)boundary;
+
+// Pauses the sound, or the writing of the file. A word that is cut by an immediate pause is spoken and told
+// again afterwards.
+- (void)pauseSpeakingAtBoundary:(NSSpeechBoundary)boundary;
+
+// Goes on after a pause, or takes back one that is still to come.
+- (void)continueSpeaking;
+
+// The phonemes that the voice speaks for a text, in the symbols of NSSpeechPhonemeSymbolsProperty; nil for nil
+// and without an engine. They can be spoken in the input mode NSSpeechModePhoneme.
+- (NSString*)phonemesFromText:(NSString*)text;
+
+// Words and abbreviations to be pronounced otherwise from the next start on, as the NSSpeechDictionary keys
+// tell. Dictionaries add up; of several that have the same word the newest counts. One that is malformed is
+// logged and changes nothing.
+- (void)addSpeechDictionary:(NSDictionary*)speechDictionary;
+
+// A property of NSSpeechConstants.h. nil with an error for an unknown or write-only one. outError may be null;
+// it is left alone when there is no error.
+- (id)objectForProperty:(NSSpeechPropertyKey)property error:(NSError**)outError;
+
+// NO with an error for an unknown or read-only property and for a value that it can't take; then nothing has
+// changed. What tells how to speak is for the texts to come and the rest of the one being spoken.
+- (BOOL)setObject:(id)object forProperty:(NSSpeechPropertyKey)property error:(NSError**)outError;
 
 // Not retained.
 - (id<NSSpeechSynthesizerDelegate>)delegate;
@@ -80,7 +114,8 @@ __attribute__((visibility("default")))
 
 - (NSSpeechSynthesizerVoiceName)voice;
 
-// nil is the default voice. NO while speaking and for a voice that does not exist. Resets rate and volume.
+// nil is the default voice. NO while speaking and for a voice that does not exist. Resets rate, volume and
+// pitch.
 - (BOOL)setVoice:(NSSpeechSynthesizerVoiceName)voice;
 
 // Words a minute.
