@@ -2,8 +2,10 @@
 
 #include "engine/file_output.h"
 #include "engine/sound_output.h"
+#include "engine/voices.h"
 
 #include <array>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -123,7 +125,7 @@ void Engine::readRequests() {
 }
 
 void Engine::handle(const protocol::ListVoices&) {
-    report(protocol::Voices{speaker_.voices()});
+    report(protocol::Voices{speaker_.voices(), kSynthesizer, synthesizerVersion()});
 }
 
 void Engine::handle(protocol::Speak& request) {
@@ -154,7 +156,7 @@ void Engine::handle(protocol::Speak& request) {
         report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
         return;
     }
-    speaker_.setRate(request.rate);
+    speaker_.setRate(request.manner.rate.value_or(std::nan("")));
     if (!output && !request.text.empty()) {
         output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
     }
@@ -177,6 +179,16 @@ void Engine::handle(const protocol::Adjust& request) {
     if (utterance_ && utterance_->number() == request.utterance) {
         utterance_->adjust(request);
     }
+}
+
+void Engine::handle(const protocol::Pause&) {}
+
+void Engine::handle(const protocol::Continue&) {}
+
+void Engine::handle(const protocol::SetLexicon&) {}
+
+void Engine::handle(const protocol::GetPhonemes&) {
+    report(protocol::Phonemes{});
 }
 
 void Engine::report(const protocol::Event& event) {

@@ -35,7 +35,11 @@ private:
     void handle(const protocol::ListVoices& request);
     void handle(protocol::Speak& request);
     void handle(const protocol::Stop& request);
+    void handle(const protocol::Pause& request);
+    void handle(const protocol::Continue& request);
     void handle(const protocol::Adjust& request);
+    void handle(const protocol::SetLexicon& request);
+    void handle(const protocol::GetPhonemes& request);
 
     void report(const protocol::Event& event);
     void quit(int exitCode);

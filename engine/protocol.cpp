@@ -1,19 +1,60 @@
 #include "engine/protocol.h"
 
+#include "engine/json_members.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <exception>
-#include <initializer_list>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <set>
+#include <utility>
 
 namespace zqm::protocol {
 
 namespace {
 
 using Json = nlohmann::json;
+
+// ---- names
+
+template <typename Value>
+struct Name {
+    Value value;
+    std::string_view name;
+};
+
+constexpr auto kInputModes =
+    std::to_array<Name<InputMode>>({{InputMode::Text, "TEXT"}, {InputMode::Phonemes, "PHON"}});
+constexpr auto kSpellingModes =
+    std::to_array<Name<SpellingMode>>({{SpellingMode::Normal, "NORM"}, {SpellingMode::Literal, "LTRL"}});
+constexpr auto kBoundaries = std::to_array<Name<Boundary>>(
+    {{Boundary::Immediate, "immediate"}, {Boundary::Word, "word"}, {Boundary::Sentence, "sentence"}});
+
+template <typename Value, std::size_t count>
+std::string_view nameOf(const std::array<Name<Value>, count>& names, Value value) {
+    return std::find_if(names.begin(), names.end(), [&](const auto& each) { return each.value == value; })
+        ->name;
+}
+
+template <typename Value, std::size_t count>
+Value named(const std::array<Name<Value>, count>& names, const std::string& name) {
+    const auto found =
+        std::find_if(names.begin(), names.end(), [&](const auto& each) { return each.name == name; });
+    require(found != names.end());
+    return found->value;
+}
+
+// The numbers of a manner.
+constexpr auto kMannerNumbers = std::to_array<Name<std::optional<double> Manner::*>>({
+    {&Manner::rate, "rate"},
+    {&Manner::volume, "volume"},
+    {&Manner::pitchBase, "pitchBase"},
+    {&Manner::pitchModulation, "pitchModulation"},
+});
+constexpr auto kMannerSpellings = std::to_array<Name<std::optional<SpellingMode> Manner::*>>({
+    {&Manner::characters, "characters"},
+    {&Manner::numbers, "numbers"},
+});
 
 // ---- writing
 
@@ -29,13 +70,35 @@ Json number(double value) {
     return std::clamp(value, -kLargest, kLargest);
 }
 
+Json write(const Manner& manner) {
+    Json object = Json::object();
+    for (const auto& [member, name] : kMannerNumbers) {
+        if (manner.*member) {
+            object[std::string(name)] = number(*(manner.*member));
+        }
+    }
+    for (const auto& [member, name] : kMannerSpellings) {
+        if (manner.*member) {
+            object[std::string(name)] = nameOf(kSpellingModes, *(manner.*member));
+        }
+    }
+    if (manner.input) {
+        object["input"] = nameOf(kInputModes, *manner.input);
+    }
+    return object;
+}
+
 Json write(const ListVoices&) {
     return {{"type", "voices"}};
 }
 
 Json write(const Speak& speak) {
-    Json message{{"type", "speak"},      {"utterance", speak.utterance}, {"text", speak.text},
-                 {"voice", speak.voice}, {"rate", number(speak.rate)},   {"volume", number(speak.volume)}};
+    Json message{{"type", "speak"},
+                 {"utterance", speak.utterance},
+                 {"text", speak.text},
+                 {"voice", speak.voice},
+                 {"manner", write(speak.manner)},
+                 {"delimiters", {{"prefix", speak.delimiters.prefix}, {"suffix", speak.delimiters.suffix}}}};
     if (speak.output) {
         message["output"] = {{"extension", speak.output->extension},
                              {"temporaryName", speak.output->temporaryName},
@@ -45,18 +108,44 @@ Json write(const Speak& speak) {
 }
 
 Json write(const Stop& stop) {
-    return {{"type", "stop"}, {"utterance", stop.utterance}};
+    return {
+        {"type", "stop"}, {"utterance", stop.utterance}, {"boundary", nameOf(kBoundaries, stop.boundary)}};
+}
+
+Json write(const Pause& pause) {
+    return {
+        {"type", "pause"}, {"utterance", pause.utterance}, {"boundary", nameOf(kBoundaries, pause.boundary)}};
+}
+
+Json write(const Continue& request) {
+    return {{"type", "continue"}, {"utterance", request.utterance}};
 }
 
 Json write(const Adjust& adjust) {
-    Json message{{"type", "adjust"}, {"utterance", adjust.utterance}};
-    if (adjust.rate) {
-        message["rate"] = number(*adjust.rate);
+    return {{"type", "adjust"}, {"utterance", adjust.utterance}, {"manner", write(adjust.manner)}};
+}
+
+Json write(const std::vector<LexiconEntry>& entries) {
+    Json list = Json::array();
+    for (const LexiconEntry& entry : entries) {
+        list.push_back({{"spelling", entry.spelling}, {"phonemes", entry.phonemes}});
     }
-    if (adjust.volume) {
-        message["volume"] = number(*adjust.volume);
+    return list;
+}
+
+Json write(const SetLexicon& request) {
+    Json list = Json::array();
+    for (const LexiconDictionary& dictionary : request.dictionaries) {
+        list.push_back({{"locale", dictionary.locale},
+                        {"modificationDate", dictionary.modificationDate},
+                        {"pronunciations", write(dictionary.pronunciations)},
+                        {"abbreviations", write(dictionary.abbreviations)}});
     }
-    return message;
+    return {{"type", "lexicon"}, {"dictionaries", std::move(list)}};
+}
+
+Json write(const GetPhonemes& request) {
+    return {{"type", "phonemes"}, {"text", request.text}, {"voice", request.voice}};
 }
 
 Json write(const Voices& voices) {
@@ -66,9 +155,15 @@ Json write(const Voices& voices) {
                         {"name", voice.name},
                         {"language", voice.language},
                         {"gender", voice.gender},
-                        {"age", voice.age}});
+                        {"age", voice.age},
+                        {"rate", number(voice.rate)},
+                        {"pitchBase", number(voice.pitchBase)},
+                        {"pitchModulation", number(voice.pitchModulation)}});
     }
-    return {{"type", "voices"}, {"voices", std::move(list)}};
+    return {{"type", "voices"},
+            {"voices", std::move(list)},
+            {"synthesizer", voices.synthesizer},
+            {"version", voices.version}};
 }
 
 Json write(const Started& started) {
@@ -86,6 +181,30 @@ Json write(const Word& word) {
             {"length", word.length}};
 }
 
+Json write(const Phoneme& phoneme) {
+    return {{"type", "phoneme"}, {"utterance", phoneme.utterance}, {"opcode", phoneme.opcode}};
+}
+
+Json write(const Problem& problem) {
+    return {{"type", "problem"},
+            {"utterance", problem.utterance},
+            {"code", problem.code},
+            {"position", problem.position},
+            {"message", problem.message}};
+}
+
+Json write(const Sync& sync) {
+    return {{"type", "sync"}, {"utterance", sync.utterance}, {"message", sync.message}};
+}
+
+Json write(const Paused& paused) {
+    return {{"type", "paused"}, {"utterance", paused.utterance}};
+}
+
+Json write(const Continued& continued) {
+    return {{"type", "continued"}, {"utterance", continued.utterance}};
+}
+
 Json write(const Finished& finished) {
     Json message{{"type", "finished"}, {"utterance", finished.utterance}, {"completed", finished.completed}};
     if (!finished.error.empty()) {
@@ -94,146 +213,98 @@ Json write(const Finished& finished) {
     return message;
 }
 
+Json write(const Phonemes& phonemes) {
+    return {{"type", "phonemes"}, {"text", phonemes.text}};
+}
+
 // ---- reading
 
-// Thrown and caught in this file only.
-struct Malformed : std::exception {};
-
-void require(bool condition) {
-    if (!condition) {
-        throw Malformed();
-    }
-}
-
-// An object whose members are taken one by one, and which must be empty in the end.
-class Members {
-public:
-    explicit Members(Json& value) : object_(value) { require(value.is_object()); }
-
-    [[nodiscard]] bool has(const char* name) const { return object_.contains(name); }
-
-    Json take(const char* name) {
-        const auto member = object_.find(name);
-        require(member != object_.end());
-        Json value = std::move(*member);
-        object_.erase(member);
-        return value;
-    }
-
-    std::string string(const char* name) {
-        Json value = take(name);
-        require(value.is_string());
-        return std::move(value.get_ref<std::string&>());
-    }
-
-    std::string oneOf(const char* name, std::initializer_list<std::string_view> known) {
-        std::string value = string(name);
-        require(std::find(known.begin(), known.end(), value) != known.end());
-        return value;
-    }
-
-    std::string nonEmpty(const char* name) {
-        std::string value = string(name);
-        require(!value.empty());
-        return value;
-    }
-
-    // A name in a folder; empty is none.
-    std::string fileName(const char* name) {
-        std::string value = string(name);
-        require(value != "." && value != ".." && value.find('/') == std::string::npos &&
-                value.find('\0') == std::string::npos);
-        return value;
-    }
-
-    std::string optionalError() { return has("error") ? nonEmpty("error") : std::string(); }
-
-    std::uint64_t natural(const char* name, std::uint64_t least = 0) {
-        const Json value = take(name);
-        require(value.is_number_unsigned());
-        const auto result = value.get<std::uint64_t>();
-        require(result >= least);
-        return result;
-    }
-
-    std::uint64_t utterance() { return natural("utterance", 1); }
-
-    int smallNatural(const char* name) {
-        const std::uint64_t value = natural(name);
-        require(value <= static_cast<std::uint64_t>(std::numeric_limits<int>::max()));
-        return static_cast<int>(value);
-    }
-
-    double real(const char* name) {
-        const Json value = take(name);
-        require(value.is_number() || value.is_null());
-        return value.is_null() ? std::numeric_limits<double>::quiet_NaN() : value.get<double>();
-    }
-
-    bool boolean(const char* name) {
-        const Json value = take(name);
-        require(value.is_boolean());
-        return value.get<bool>();
-    }
-
-    void end() const { require(object_.empty()); }
-
-private:
-    Json& object_;
-};
-
-// Refuses what the library alone would let pass: a member that stands twice, nesting that no message has,
-// and a NUL, which it takes for the end.
-Json parse(std::string_view text) {
-    require(text.find('\0') == std::string_view::npos);
-    constexpr int kDeepest = 3;
-    std::array<std::set<std::string>, kDeepest + 1> names;
-    const auto watch = [&names](int depth, Json::parse_event_t event, Json& value) {
-        require(depth <= kDeepest);
-        const auto level = static_cast<std::size_t>(depth);
-        if (event == Json::parse_event_t::object_start) {
-            names.at(level).clear();
-        } else if (event == Json::parse_event_t::key) {
-            require(names.at(level - 1).insert(value.get<std::string>()).second);
+Manner readManner(Members& members) {
+    Json object = members.take("manner");
+    Members inner(object);
+    Manner manner;
+    for (const auto& [member, name] : kMannerNumbers) {
+        if (inner.has(name.data())) {
+            manner.*member = inner.real(name.data());
         }
-        return true;
-    };
-    Json value = Json::parse(text.begin(), text.end(), watch, false);
-    require(!value.is_discarded());
-    return value;
+    }
+    for (const auto& [member, name] : kMannerSpellings) {
+        if (inner.has(name.data())) {
+            manner.*member = named(kSpellingModes, inner.string(name.data()));
+        }
+    }
+    if (inner.has("input")) {
+        manner.input = named(kInputModes, inner.string("input"));
+    }
+    inner.end();
+    return manner;
 }
 
-Request readSpeak(Members& members) {
+Delimiters readDelimiters(Members& members) {
+    Json object = members.take("delimiters");
+    Members inner(object);
+    Delimiters delimiters{inner.string("prefix"), inner.string("suffix")};
+    inner.end();
+    return delimiters;
+}
+
+Output readOutput(Members& members) {
+    Json object = members.take("output");
+    Members inner(object);
+    Output output;
+    output.extension = inner.string("extension");
+    output.temporaryName = inner.fileName("temporaryName");
+    output.finalName = inner.fileName("finalName");
+    require(output.temporaryName.empty() || !output.finalName.empty());
+    inner.end();
+    return output;
+}
+
+Speak readSpeak(Members& members) {
     Speak speak;
     speak.utterance = members.utterance();
     speak.text = members.string("text");
     speak.voice = members.string("voice");
-    speak.rate = members.real("rate");
-    speak.volume = members.real("volume");
+    speak.manner = readManner(members);
+    speak.delimiters = readDelimiters(members);
     if (members.has("output")) {
-        Json object = members.take("output");
-        Members inner(object);
-        Output output;
-        output.extension = inner.string("extension");
-        output.temporaryName = inner.fileName("temporaryName");
-        output.finalName = inner.fileName("finalName");
-        require(output.temporaryName.empty() || !output.finalName.empty());
-        inner.end();
-        speak.output = std::move(output);
+        speak.output = readOutput(members);
     }
     return speak;
 }
 
-Request readAdjust(Members& members) {
-    Adjust adjust;
-    adjust.utterance = members.utterance();
-    if (members.has("rate")) {
-        adjust.rate = members.real("rate");
+template <typename Message>
+Message readAtBoundary(Members& members) {
+    const std::uint64_t utterance = members.utterance();
+    return {utterance, named(kBoundaries, members.string("boundary"))};
+}
+
+std::vector<LexiconEntry> readEntries(Members& members, const char* name) {
+    std::vector<LexiconEntry> entries;
+    for (Json& item : members.list(name)) {
+        Members inner(item);
+        LexiconEntry entry;
+        entry.spelling = inner.string("spelling");
+        entry.phonemes = inner.string("phonemes");
+        inner.end();
+        entries.push_back(std::move(entry));
     }
-    if (members.has("volume")) {
-        adjust.volume = members.real("volume");
+    return entries;
+}
+
+SetLexicon readLexicon(Members& members) {
+    SetLexicon request;
+    for (Json& item : members.list("dictionaries")) {
+        Members inner(item);
+        LexiconDictionary dictionary;
+        dictionary.locale = inner.string("locale");
+        dictionary.modificationDate = inner.string("modificationDate");
+        dictionary.pronunciations = readEntries(inner, "pronunciations");
+        dictionary.abbreviations = readEntries(inner, "abbreviations");
+        inner.end();
+        request.dictionaries.push_back(std::move(dictionary));
     }
-    return adjust;
+    return request;
 }
 
 Request readRequest(Members& members, std::string_view type) {
@@ -244,33 +315,91 @@ Request readRequest(Members& members, std::string_view type) {
         return readSpeak(members);
     }
     if (type == "stop") {
-        return Stop{members.utterance()};
+        return readAtBoundary<Stop>(members);
+    }
+    if (type == "pause") {
+        return readAtBoundary<Pause>(members);
+    }
+    if (type == "continue") {
+        return Continue{members.utterance()};
     }
     if (type == "adjust") {
-        return readAdjust(members);
+        const std::uint64_t utterance = members.utterance();
+        return Adjust{utterance, readManner(members)};
+    }
+    if (type == "lexicon") {
+        return readLexicon(members);
+    }
+    if (type == "phonemes") {
+        GetPhonemes request;
+        request.text = members.string("text");
+        request.voice = members.string("voice");
+        return request;
     }
     throw Malformed();
 }
 
-Event readVoices(Members& members) {
-    Json list = members.take("voices");
-    require(list.is_array());
+std::string readGender(Members& members) {
+    std::string gender = members.string("gender");
+    require(gender == "male" || gender == "female" || gender == "neuter");
+    return gender;
+}
+
+Voices readVoices(Members& members) {
     Voices voices;
-    for (Json& item : list) {
+    for (Json& item : members.list("voices")) {
         Members inner(item);
         Voice voice;
         voice.identifier = inner.nonEmpty("identifier");
         voice.name = inner.string("name");
         voice.language = inner.string("language");
-        voice.gender = inner.oneOf("gender", {"male", "female", "neuter"});
-        voice.age = inner.smallNatural("age");
+        voice.gender = readGender(inner);
+        voice.age = static_cast<int>(inner.natural("age", 0, std::numeric_limits<int>::max()));
+        voice.rate = inner.real("rate");
+        voice.pitchBase = inner.real("pitchBase");
+        voice.pitchModulation = inner.real("pitchModulation");
         inner.end();
         voices.voices.push_back(std::move(voice));
     }
+    voices.synthesizer = members.string("synthesizer");
+    voices.version = members.string("version");
     return voices;
 }
 
-Event readFinished(Members& members) {
+Word readWord(Members& members) {
+    Word word;
+    word.utterance = members.utterance();
+    word.position = members.natural("position");
+    word.length = members.natural("length", 1);
+    require(word.position <= std::numeric_limits<std::uint64_t>::max() - word.length);
+    return word;
+}
+
+Phoneme readPhoneme(Members& members) {
+    Phoneme phoneme;
+    phoneme.utterance = members.utterance();
+    phoneme.opcode = static_cast<int>(members.natural("opcode", 0, std::numeric_limits<std::int16_t>::max()));
+    return phoneme;
+}
+
+Problem readProblem(Members& members) {
+    Problem problem;
+    problem.utterance = members.utterance();
+    problem.code = members.integer("code");
+    problem.position = members.natural("position");
+    problem.message = members.nonEmpty("message");
+    return problem;
+}
+
+Sync readSync(Members& members) {
+    Sync sync;
+    sync.utterance = members.utterance();
+    sync.message =
+        static_cast<std::uint32_t>(members.natural("message", 0, std::numeric_limits<std::uint32_t>::max()));
+    return sync;
+}
+
+Finished readFinished(Members& members) {
     Finished finished;
     finished.utterance = members.utterance();
     finished.completed = members.boolean("completed");
@@ -288,15 +417,28 @@ Event readEvent(Members& members, std::string_view type) {
         return Started{utterance, members.optionalError()};
     }
     if (type == "word") {
-        Word word;
-        word.utterance = members.utterance();
-        word.position = members.natural("position");
-        word.length = members.natural("length", 1);
-        require(word.position <= std::numeric_limits<std::uint64_t>::max() - word.length);
-        return word;
+        return readWord(members);
+    }
+    if (type == "phoneme") {
+        return readPhoneme(members);
+    }
+    if (type == "problem") {
+        return readProblem(members);
+    }
+    if (type == "sync") {
+        return readSync(members);
+    }
+    if (type == "paused") {
+        return Paused{members.utterance()};
+    }
+    if (type == "continued") {
+        return Continued{members.utterance()};
     }
     if (type == "finished") {
         return readFinished(members);
+    }
+    if (type == "phonemes") {
+        return Phonemes{members.string("text")};
     }
     throw Malformed();
 }
@@ -304,7 +446,7 @@ Event readEvent(Members& members, std::string_view type) {
 template <typename Message, Message (*read)(Members&, std::string_view)>
 std::optional<Message> decode(std::string_view text) {
     try {
-        Json object = parse(text);
+        Json object = parseLine(text);
         Members members(object);
         const std::string type = members.string("type");
         Message message = read(members, type);

@@ -18,7 +18,7 @@ double validVolume(double volume) {
 
 Utterance::Utterance(const protocol::Speak& request, const protocol::Voice& voice, Speaker& speaker,
                      std::unique_ptr<Output> output, Report report)
-    : number_(request.utterance), volume_(validVolume(request.volume)), speaker_(speaker),
+    : number_(request.utterance), volume_(validVolume(request.manner.volume.value_or(1))), speaker_(speaker),
       output_(std::move(output)), report_(std::move(report)), pieces_(request.text, voice.language) {}
 
 void Utterance::begin(const std::string& error) {
@@ -165,11 +165,11 @@ void Utterance::stop() {
 }
 
 void Utterance::adjust(const protocol::Adjust& change) {
-    if (change.volume) {
-        volume_ = validVolume(*change.volume);
+    if (change.manner.volume) {
+        volume_ = validVolume(*change.manner.volume);
     }
-    if (change.rate) {
-        speaker_.setRate(*change.rate);
+    if (change.manner.rate) {
+        speaker_.setRate(*change.manner.rate);
         respeakRest();
     }
 }

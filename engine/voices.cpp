@@ -55,12 +55,16 @@ std::vector<protocol::Voice> listVoices() {
         }
         // The first of the languages; one byte of priority stands before it.
         voices.push_back({std::string(identifier), voice.name, languageTag(voice.languages + 1),
-                          genderName(voice.gender), voice.age});
+                          genderName(voice.gender), voice.age, espeakRATE_NORMAL});
     }
     std::sort(voices.begin(), voices.end(), [](const protocol::Voice& left, const protocol::Voice& right) {
         return left.identifier < right.identifier;
     });
     return voices;
+}
+
+std::string synthesizerVersion() {
+    return espeak_Info(nullptr);
 }
 
 } // namespace zqm::engine

@@ -13,6 +13,10 @@ namespace zqm::engine {
 // All but MBROLA's, whose sounds are not part of espeak-ng; sorted by identifier. espeak-ng is initialised.
 std::vector<protocol::Voice> listVoices();
 
+// What synthesizes, and its version.
+inline constexpr const char* kSynthesizer = "espeak-ng";
+std::string synthesizerVersion();
+
 // A language name of espeak-ng, such as "en-us" or "cmn-latn-pinyin", as BCP 47 writes it.
 std::string languageTag(std::string_view name);
 

@@ -116,8 +116,10 @@ public:
                 return refuse(error);
             }
         }
-        const SpeechRequest request{
-            .text = utf8Of(text), .length = [text length], .voice = voice_, .rate = rate_, .volume = volume_};
+        const SpeechRequest request{.text = utf8Of(text),
+                                    .length = [text length],
+                                    .voice = voice_,
+                                    .manner = {.rate = rate_, .volume = volume_}};
         const std::uint64_t number = session_.start(request, std::move(output), error);
         if (number == 0) {
             return refuse(error);

@@ -82,8 +82,8 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
     protocol::Speak message{.utterance = ++lastNumber_,
                             .text = request.text,
                             .voice = request.voice,
-                            .rate = request.rate,
-                            .volume = request.volume,
+                            .manner = request.manner,
+                            .delimiters = request.delimiters,
                             .output = {}};
     std::vector<protocol::Descriptor> descriptors;
     if (output) {
@@ -176,18 +176,16 @@ bool SpeechSession::isSpeaking() {
 }
 
 void SpeechSession::setRate(double rate) {
-    adjust({.utterance = 0, .rate = rate, .volume = {}});
+    adjust({.rate = rate});
 }
 
 void SpeechSession::setVolume(double volume) {
-    adjust({.utterance = 0, .rate = {}, .volume = volume});
+    adjust({.volume = volume});
 }
 
-void SpeechSession::adjust(const protocol::Adjust& change) {
+void SpeechSession::adjust(const protocol::Manner& manner) {
     if (isSpeaking()) {
-        protocol::Adjust message = change;
-        message.utterance = current()->number;
-        link_->post(message);
+        link_->post(protocol::Adjust{current()->number, manner});
     }
 }
 

@@ -34,8 +34,8 @@ struct SpeechRequest {
     std::string text;       // UTF-8
     std::size_t length = 0; // UTF-16 units
     std::string voice;
-    double rate = 0;
-    double volume = 0;
+    protocol::Manner manner{};
+    protocol::Delimiters delimiters{};
 };
 
 class SpeechSession {
@@ -92,7 +92,7 @@ private:
     bool begin(const SpeechRequest& request, const std::optional<OutputFile>& output, std::string& error);
     void end(Utterance& utterance, bool completed);
     void interrupt();
-    void adjust(const protocol::Adjust& change);
+    void adjust(const protocol::Manner& manner);
     bool accept(const protocol::Event& event);
     bool accept(const protocol::Word& word);
     bool accept(const protocol::Finished& finished);

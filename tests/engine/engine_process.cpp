@@ -190,7 +190,7 @@ std::string EngineProcess::errors() const {
 
 protocol::Speak speak(std::uint64_t utterance, std::string text) {
     constexpr double kRate = 175;
-    return {utterance, std::move(text), "gmw/en-US", kRate, 1, {}};
+    return {utterance, std::move(text), "gmw/en-US", {.rate = kRate, .volume = 1}};
 }
 
 Target::Target(const std::filesystem::path& folder, const std::string& name)

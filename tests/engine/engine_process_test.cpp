@@ -158,7 +158,7 @@ const std::vector<std::string> kGarbage{
     std::string("\0\0\0\0\n", 5),
     "\xFF\xFE\n",
     // descriptors are missing
-    (R"({"type":"speak","utterance":1,"text":"a","voice":"gmw/en","rate":1,"volume":1,"output":)"
+    (R"({"type":"speak","utterance":1,"text":"a","voice":"gmw/en","manner":{},"delimiters":{"prefix":"","suffix":""},"output":)"
      R"({"extension":"wav","temporaryName":"t","finalName":"f"}})"
      "\n"),
 };

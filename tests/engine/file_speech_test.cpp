@@ -233,7 +233,7 @@ TEST_F(FileSpeech, volumeIsLinear) {
     const std::array<double, 3> volumes{1, 0.5, 0};
     for (std::size_t index = 0; index < volumes.size(); ++index) {
         Speak request = speak(index + 1, kText);
-        request.volume = volumes[index];
+        request.manner.volume = volumes[index];
         Target target(folder.path(), std::to_string(index) + ".wav");
         write(request, target);
         loudness[index] = rms(SoundFile(target.file).samples);
@@ -246,7 +246,7 @@ TEST_F(FileSpeech, volumeOutOfRangeIsTheNearestInIt) {
     std::uint64_t utterance = 0;
     const auto loudness = [&](double volume) {
         Speak request = speak(++utterance, kText);
-        request.volume = volume;
+        request.manner.volume = volume;
         Target target(folder.path(), std::to_string(utterance) + ".wav");
         write(request, target);
         return rms(SoundFile(target.file).samples);
@@ -261,7 +261,7 @@ TEST_F(FileSpeech, rateMakesSpeechFaster) {
     std::uint64_t utterance = 0;
     const auto seconds = [&](double rate) {
         Speak request = speak(++utterance, manyWords(100));
-        request.rate = rate;
+        request.manner.rate = rate;
         return secondsOf(request);
     };
     const double slow = seconds(100);
@@ -411,7 +411,7 @@ TEST_F(FileSpeech, aNewOneEndsTheOneBefore) {
 
 TEST_F(FileSpeech, stopsAndChangesOfOtherUtterancesAreIgnored) {
     engine.send(Stop{1});
-    engine.send(Adjust{1, 100, 0});
+    engine.send(Adjust{1, {.rate = 100, .volume = 0}});
     Target target(folder.path(), "a.wav");
     Speak request = speak(2, kText);
     request.output = target.output;
@@ -428,7 +428,7 @@ TEST_F(FileSpeech, aChangeOfVolumeTakesEffect) {
     engine.send(request, std::move(target.descriptors));
     engine.flush();
     ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
-    engine.send(Adjust{1, {}, 0});
+    engine.send(Adjust{1, {.volume = 0}});
     EXPECT_THAT(finished(engine.untilEnd(1))->error, "");
     const SoundFile sound(target.file);
     EXPECT_EQ(rms(std::span(sound.samples).last(sound.samples.size() / 10)), 0);

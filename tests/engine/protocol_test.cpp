@@ -25,17 +25,36 @@ TEST_P(RequestRoundTrip, keepsEveryMember) {
     EXPECT_EQ(*back, GetParam());
 }
 
+const Manner kWholeManner{.rate = 200,
+                          .volume = 0.5,
+                          .pitchBase = 46,
+                          .pitchModulation = 127,
+                          .input = InputMode::Phonemes,
+                          .characters = SpellingMode::Literal,
+                          .numbers = SpellingMode::Normal};
+
 INSTANTIATE_TEST_SUITE_P(
     Requests, RequestRoundTrip,
-    testing::Values(Request(ListVoices{}), Request(Speak{1, "", "gmw/en", 175, 1, {}}),
-                    Request(Speak{2, "a\nb\r\t\"\\\x01 \xEF\xBF\xBD \xF0\x9F\x98\x80", "", 0.25, 0, {}}),
-                    Request(Speak{3, std::string("a\0b", 3), "gmw/en", -1, 2, Output{"wav", "", ""}}),
-                    Request(Speak{std::numeric_limits<std::uint64_t>::max(), "x", "v", 1e300, -1e300,
-                                  Output{"AIFF", ".speech.1",
-                                         "Gru\xCC\x88\xC3\x9F"
-                                         "e.AIFF"}}),
-                    Request(Stop{7}), Request(Adjust{7, 200.0, {}}), Request(Adjust{7, {}, 0.5}),
-                    Request(Adjust{7, 1.0, 0.1}), Request(Adjust{7, {}, {}})));
+    testing::Values(
+        Request(ListVoices{}), Request(Speak{1, "", "gmw/en", {.rate = 175, .volume = 1}}),
+        Request(Speak{2, "a\nb\r\t\"\\\x01 \xEF\xBF\xBD \xF0\x9F\x98\x80", "", kWholeManner}),
+        Request(Speak{3, std::string("a\0b", 3), "gmw/en", {.rate = -1}, {"<<", ">"}, Output{"wav", "", ""}}),
+        Request(Speak{std::numeric_limits<std::uint64_t>::max(),
+                      "x",
+                      "v",
+                      {.rate = 1e300, .volume = -1e300},
+                      {"", ""},
+                      Output{"AIFF", ".speech.1",
+                             "Gru\xCC\x88\xC3\x9F"
+                             "e.AIFF"}}),
+        Request(Stop{7}), Request(Stop{7, Boundary::Word}), Request(Stop{7, Boundary::Sentence}),
+        Request(Pause{7}), Request(Pause{7, Boundary::Word}), Request(Pause{7, Boundary::Sentence}),
+        Request(Continue{7}), Request(Adjust{7, kWholeManner}), Request(Adjust{7, {.volume = 0.5}}),
+        Request(Adjust{7, {.input = InputMode::Text, .characters = SpellingMode::Normal}}),
+        Request(Adjust{7, {.numbers = SpellingMode::Literal}}), Request(Adjust{7, {}}), Request(SetLexicon{}),
+        Request(SetLexicon{{{"en_US", "2024-01-31 12:00:00 +0000", {{"about", "AXbUWt"}, {"", ""}}, {}},
+                            {"", "", {}, {{"Dr", "dAAktIXr"}}}}}),
+        Request(GetPhonemes{"dog \xF0\x9F\x98\x80", "gmw/en"}), Request(GetPhonemes{})));
 
 class EventRoundTrip : public testing::TestWithParam<Event> {};
 
@@ -45,38 +64,46 @@ TEST_P(EventRoundTrip, keepsEveryMember) {
     EXPECT_EQ(*back, GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Events, EventRoundTrip,
-                         testing::Values(Event(Voices{}),
-                                         Event(Voices{{{"gmw/en-US", "English (America)", "en-US", "male", 0},
-                                                       {"sit/cmn", "\xE4\xB8\xAD", "cmn", "female", 30},
-                                                       {"x", "", "", "neuter", 2147483647}}}),
-                                         Event(Started{1, ""}), Event(Started{1, "no sound server answers"}),
-                                         Event(Word{1, 0, 5}), Event(Word{1, std::uint64_t{1} << 63, 1}),
-                                         Event(Finished{1, true, ""}), Event(Finished{1, false, ""}),
-                                         Event(Finished{1, false, "disk full"})));
+INSTANTIATE_TEST_SUITE_P(
+    Events, EventRoundTrip,
+    testing::Values(Event(Voices{}),
+                    Event(Voices{{{"gmw/en-US", "English (America)", "en-US", "male", 0, 175, 39.5, 50},
+                                  {"sit/cmn", "\xE4\xB8\xAD", "cmn", "female", 30},
+                                  {"x", "", "", "neuter", 2147483647}},
+                                 "espeak-ng",
+                                 "1.51"}),
+                    Event(Started{1, ""}), Event(Started{1, "no sound server answers"}), Event(Word{1, 0, 5}),
+                    Event(Word{1, std::uint64_t{1} << 63, 1}), Event(Phoneme{1, 0}), Event(Phoneme{1, 41}),
+                    Event(Phoneme{1, 32767}), Event(Problem{1, -245, 17, "the rate is no number"}),
+                    Event(Problem{1, 2147483647, 0, "x"}), Event(Problem{1, -2147483647 - 1, 0, "x"}),
+                    Event(Sync{1, 0}), Event(Sync{1, 0xFFFFFFFF}), Event(Paused{7}), Event(Continued{7}),
+                    Event(Finished{1, true, ""}), Event(Finished{1, false, ""}),
+                    Event(Finished{1, false, "disk full"}), Event(Phonemes{"_d1AOg."}), Event(Phonemes{})));
 
 TEST(Protocol, writesWhatIsNotANumberAsNull) {
-    const auto back = decodeRequest(withoutLineFeed(
-        encode(Request(Speak{1, "x", "v", std::nan(""), std::numeric_limits<double>::infinity(), {}}))));
+    const auto back = decodeRequest(withoutLineFeed(encode(
+        Request(Adjust{1, {.rate = std::nan(""), .volume = std::numeric_limits<double>::infinity()}}))));
     ASSERT_TRUE(back);
-    EXPECT_TRUE(std::isnan(std::get<Speak>(*back).rate));
-    EXPECT_EQ(std::get<Speak>(*back).volume, std::numeric_limits<double>::max());
+    const Manner& manner = std::get<Adjust>(*back).manner;
+    ASSERT_TRUE(manner.rate);
+    EXPECT_TRUE(std::isnan(*manner.rate));
+    EXPECT_EQ(manner.volume, std::numeric_limits<double>::max());
 }
 
 TEST(Protocol, writesBrokenBytesAsReplacementCharacters) {
-    const auto back = decodeRequest(withoutLineFeed(encode(Request(Speak{1, "a\xFFz", "v", 1, 1, {}}))));
+    const auto back = decodeRequest(withoutLineFeed(encode(Request(Speak{1, "a\xFFz", "v"}))));
     ASSERT_TRUE(back);
     EXPECT_EQ(std::get<Speak>(*back).text, "a\xEF\xBF\xBDz");
 }
 
 TEST(Protocol, takesMembersInAnyOrderAndBlanksBetween) {
-    const auto stop = decodeRequest(R"( { "utterance" : 7 , "type" : "stop" } )");
+    const auto stop = decodeRequest(R"( { "utterance" : 7 , "boundary":"word", "type" : "stop" } )");
     ASSERT_TRUE(stop);
     EXPECT_EQ(std::get<Stop>(*stop).utterance, 7U);
 }
 
 TEST(Protocol, takesATextOfTenMegabytes) {
-    const Request request(Speak{1, std::string(10'000'000, 'a'), "v", 1, 1, {}});
+    const Request request(Speak{1, std::string(10'000'000, 'a'), "v"});
     const auto back = decodeRequest(withoutLineFeed(encode(request)));
     ASSERT_TRUE(back);
     EXPECT_TRUE(*back == request);
@@ -89,18 +116,18 @@ const std::vector<std::string> kMalformedLines{
     "7",
     "[]",
     "{}",
-    "\"stop\"",
+    "\"continue\"",
     "garbage",
-    R"({"type":"stop","utterance":7)",
-    R"({"type":"stop","utterance":7}})",
-    R"({"type":"stop","utterance":7} {"type":"stop","utterance":7})",
-    R"({"type":"stop","utterance":7,})",
-    R"({'type':'stop','utterance':7})",
+    R"({"type":"continue","utterance":7)",
+    R"({"type":"continue","utterance":7}})",
+    R"({"type":"continue","utterance":7} {"type":"continue","utterance":7})",
+    R"({"type":"continue","utterance":7,})",
+    R"({'type':'continue','utterance':7})",
     R"({"type":"explode","utterance":7})",
     R"({"type":7,"utterance":7})",
     R"({"utterance":7})",
-    R"([{"type":"stop","utterance":7}])",
-    std::string("{\"type\":\"stop\",\"utterance\":7}\0", 30),
+    R"([{"type":"continue","utterance":7}])",
+    std::string("{\"type\":\"continue\",\"utterance\":7}\0", 34),
     std::string(100'000, '['),
     std::string(100'000, '{'),
 };
@@ -125,34 +152,102 @@ std::string speakWith(const std::string& members) {
     return R"({"type":"speak","utterance":1,)" + members + "}";
 }
 
+const std::string kUsual = R"("manner":{},"delimiters":{"prefix":"[[","suffix":"]]"})";
+
 INSTANTIATE_TEST_SUITE_P(
     Members, MalformedRequest,
     testing::Values(
-        R"({"type":"voices","utterance":1})", R"({"type":"stop"})", R"({"type":"stop","utterance":0})",
-        R"({"type":"stop","utterance":-1})", R"({"type":"stop","utterance":1.0})",
-        R"({"type":"stop","utterance":1.5})", R"({"type":"stop","utterance":"1"})",
-        R"({"type":"stop","utterance":null})", R"({"type":"stop","utterance":true})",
-        R"({"type":"stop","utterance":18446744073709551616})", R"({"type":"stop","utterance":1,"more":1})",
-        R"({"type":"stop","utterance":1,"utterance":1})", R"({"type":"stop","type":"stop","utterance":1})",
-        R"({"type":"word","utterance":1,"position":0,"length":1})", R"({"type":"adjust","rate":1})",
-        R"({"type":"adjust","utterance":1,"rate":"1"})", R"({"type":"adjust","utterance":1,"rate":1e999})",
-        R"({"type":"adjust","utterance":1,"volume":[]})", R"({"type":"adjust","utterance":1,"pitch":1})",
-        speakWith(R"("voice":"v","rate":1,"volume":1)"), speakWith(R"("text":"t","rate":1,"volume":1)"),
-        speakWith(R"("text":"t","voice":"v","volume":1)"), speakWith(R"("text":"t","voice":"v","rate":1)"),
-        speakWith(R"("text":1,"voice":"v","rate":1,"volume":1)"),
-        speakWith(R"("text":"t","voice":null,"rate":1,"volume":1)"),
-        speakWith(R"("text":"t","voice":"v","rate":true,"volume":1)"),
-        speakWith(R"("text":"t","voice":"v","rate":1,"volume":"1")"),
-        speakWith("\"text\":\"\xFF\",\"voice\":\"v\",\"rate\":1,\"volume\":1"),
-        speakWith("\"text\":\"\xED\xA0\x80\",\"voice\":\"v\",\"rate\":1,\"volume\":1"),
-        speakWith(R"("text":"\ud800","voice":"v","rate":1,"volume":1)"),
-        speakWith("\"text\":\"a\tb\",\"voice\":\"v\",\"rate\":1,\"volume\":1"),
-        speakWith(R"("text":"t","voice":"v","rate":1,"volume":1,"pitch":1)")));
+        R"({"type":"voices","utterance":1})", R"({"type":"continue"})",
+        R"({"type":"continue","utterance":0})", R"({"type":"continue","utterance":-1})",
+        R"({"type":"continue","utterance":1.0})", R"({"type":"continue","utterance":1.5})",
+        R"({"type":"continue","utterance":"1"})", R"({"type":"continue","utterance":null})",
+        R"({"type":"continue","utterance":true})", R"({"type":"continue","utterance":18446744073709551616})",
+        R"({"type":"continue","utterance":1,"more":1})", R"({"type":"continue","utterance":1,"utterance":1})",
+        R"({"type":"continue","type":"continue","utterance":1})",
+        R"({"type":"word","utterance":1,"position":0,"length":1})",
+        R"({"type":"adjust","manner":{"rate":1}})", R"({"type":"adjust","utterance":1})",
+        R"({"type":"adjust","utterance":1,"rate":1})", R"({"type":"stop","utterance":1})",
+        R"({"type":"stop","utterance":1,"boundary":"paragraph"})",
+        R"({"type":"stop","utterance":1,"boundary":0})", R"({"type":"stop","boundary":"word"})",
+        R"({"type":"pause","utterance":1})", R"({"type":"pause","utterance":0,"boundary":"word"})",
+        R"({"type":"continue"})", R"({"type":"continue","utterance":1,"boundary":"word"})",
+        speakWith(R"("voice":"v",)" + kUsual), speakWith(R"("text":"t",)" + kUsual),
+        speakWith(R"("text":1,"voice":"v",)" + kUsual), speakWith(R"("text":"t","voice":null,)" + kUsual),
+        speakWith("\"text\":\"\xFF\",\"voice\":\"v\"," + kUsual),
+        speakWith("\"text\":\"\xED\xA0\x80\",\"voice\":\"v\"," + kUsual),
+        speakWith(R"("text":"\ud800","voice":"v",)" + kUsual),
+        speakWith("\"text\":\"a\tb\",\"voice\":\"v\"," + kUsual),
+        speakWith(R"("text":"t","voice":"v","pitch":1,)" + kUsual),
+        speakWith(R"("text":"t","voice":"v","manner":{})"),
+        speakWith(R"("text":"t","voice":"v","delimiters":{"prefix":"[[","suffix":"]]"})"),
+        R"({"type":"lexicon"})", R"({"type":"lexicon","dictionaries":{}})",
+        R"({"type":"lexicon","dictionaries":[1]})", R"({"type":"phonemes","text":"t"})",
+        R"({"type":"phonemes","voice":"v"})", R"({"type":"phonemes","text":1,"voice":"v"})"));
+
+class MalformedManner : public testing::TestWithParam<std::string> {};
+
+TEST_P(MalformedManner, isRefused) {
+    const std::string start = R"({"type":"adjust","utterance":1,"manner":)";
+    ASSERT_TRUE(decodeRequest(start + R"({"rate":1,"input":"TEXT"}})"));
+    EXPECT_FALSE(decodeRequest(start + GetParam() + "}"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Manners, MalformedManner,
+                         testing::Values("null", "[]", "1", R"({"pitch":1})", R"({"rate":"1"})",
+                                         R"({"rate":true})", R"({"rate":1e999})", R"({"rate":1,"rate":1})",
+                                         R"({"volume":[]})", R"({"volume":"1"})", R"({"pitchBase":{}})",
+                                         R"({"pitchModulation":false})", R"({"input":"TUNE"})",
+                                         R"({"input":"text"})", R"({"input":null})",
+                                         R"({"characters":"TEXT"})", R"({"characters":1})",
+                                         R"({"numbers":"PHON"})", R"({"numbers":[]})"));
+
+class MalformedDelimiters : public testing::TestWithParam<std::string> {};
+
+TEST_P(MalformedDelimiters, areRefused) {
+    const std::string start = R"("text":"t","voice":"v","manner":{},"delimiters":)";
+    ASSERT_TRUE(decodeRequest(speakWith(start + R"({"prefix":"<","suffix":""})")));
+    EXPECT_FALSE(decodeRequest(speakWith(start + GetParam())));
+}
+
+INSTANTIATE_TEST_SUITE_P(Delimiters, MalformedDelimiters,
+                         testing::Values("null", "[]", "{}", "\"[[\"", R"({"prefix":"["})",
+                                         R"({"suffix":"]"})", R"({"prefix":1,"suffix":"]"})",
+                                         R"({"prefix":"[","suffix":null})",
+                                         R"({"prefix":"[","suffix":"]","more":1})"));
+
+class MalformedDictionary : public testing::TestWithParam<std::string> {};
+
+TEST_P(MalformedDictionary, isRefused) {
+    const auto lexicon = [](const std::string& members) {
+        return R"({"type":"lexicon","dictionaries":[{)" + members + "}]}";
+    };
+    ASSERT_TRUE(decodeRequest(lexicon(
+        R"("locale":"","modificationDate":"","pronunciations":[{"spelling":"a","phonemes":"b"}],"abbreviations":[])")));
+    EXPECT_FALSE(decodeRequest(lexicon(GetParam())));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dictionaries, MalformedDictionary,
+    testing::Values(
+        R"("modificationDate":"","pronunciations":[],"abbreviations":[])",
+        R"("locale":"","pronunciations":[],"abbreviations":[])",
+        R"("locale":"","modificationDate":"","abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":[])",
+        R"("locale":1,"modificationDate":"","pronunciations":[],"abbreviations":[])",
+        R"("locale":"","modificationDate":1,"pronunciations":[],"abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":{},"abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":[],"abbreviations":null)",
+        R"("locale":"","modificationDate":"","pronunciations":[],"abbreviations":[],"more":1)",
+        R"("locale":"","modificationDate":"","pronunciations":[{"spelling":"a"}],"abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":[{"phonemes":"a"}],"abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":[1],"abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":[{"spelling":"a","phonemes":"b","c":1}],"abbreviations":[])",
+        R"("locale":"","modificationDate":"","pronunciations":[{"spelling":"a","phonemes":"b","phonemes":"c"}],"abbreviations":[])"));
 
 class MalformedOutput : public testing::TestWithParam<std::string> {};
 
 TEST_P(MalformedOutput, isRefused) {
-    const std::string start = R"("text":"t","voice":"v","rate":1,"volume":1,"output":)";
+    const std::string start = R"("text":"t","voice":"v",)" + kUsual + R"(,"output":)";
     ASSERT_TRUE(
         decodeRequest(speakWith(start + R"({"extension":"wav","temporaryName":".t","finalName":"f.wav"})")));
     EXPECT_FALSE(decodeRequest(speakWith(start + GetParam())));
@@ -179,21 +274,39 @@ TEST_P(MalformedEvent, isRefused) {
 }
 
 std::string voicesWith(const std::string& list) {
-    return R"({"type":"voices","voices":)" + list + "}";
+    return R"({"type":"voices","synthesizer":"s","version":"1","voices":)" + list + "}";
+}
+
+std::string voiceWith(const std::string& members) {
+    return voicesWith("[{" + members + "}]");
+}
+
+const std::string kVoicesManner = R"("rate":175,"pitchBase":40,"pitchModulation":50)";
+
+TEST(Protocol, takesTheVoiceThatTheMalformedOnesDifferFrom) {
+    EXPECT_TRUE(decodeEvent(
+        voiceWith(R"("identifier":"a","name":"","language":"","gender":"male","age":0,)" + kVoicesManner)));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Members, MalformedEvent,
     testing::Values(
-        R"({"type":"voices"})", R"({"type":"stop","utterance":1})", voicesWith("{}"), voicesWith("null"),
-        voicesWith("[1]"), voicesWith("[{}]"),
-        voicesWith(R"([{"name":"","language":"","gender":"male","age":0}])"),
-        voicesWith(R"([{"identifier":"","name":"","language":"","gender":"male","age":0}])"),
-        voicesWith(R"([{"identifier":"a","name":1,"language":"","gender":"male","age":0}])"),
-        voicesWith(R"([{"identifier":"a","name":"","language":"","gender":"other","age":0}])"),
-        voicesWith(R"([{"identifier":"a","name":"","language":"","gender":"male","age":-1}])"),
-        voicesWith(R"([{"identifier":"a","name":"","language":"","gender":"male","age":2147483648}])"),
-        voicesWith(R"([{"identifier":"a","name":"","language":"","gender":"male","age":0,"x":0}])"),
+        R"({"type":"voices"})", R"({"type":"stop","utterance":1,"boundary":"word"})", voicesWith("{}"),
+        voicesWith("null"), voicesWith("[1]"), voicesWith("[{}]"),
+        R"({"type":"voices","voices":[],"synthesizer":"s"})",
+        R"({"type":"voices","voices":[],"version":"1"})",
+        voiceWith(R"("name":"","language":"","gender":"male","age":0,)" + kVoicesManner),
+        voiceWith(R"("identifier":"","name":"","language":"","gender":"male","age":0,)" + kVoicesManner),
+        voiceWith(R"("identifier":"a","name":1,"language":"","gender":"male","age":0,)" + kVoicesManner),
+        voiceWith(R"("identifier":"a","name":"","language":"","gender":"other","age":0,)" + kVoicesManner),
+        voiceWith(R"("identifier":"a","name":"","language":"","gender":"male","age":-1,)" + kVoicesManner),
+        voiceWith(R"("identifier":"a","name":"","language":"","gender":"male","age":2147483648,)" +
+                  kVoicesManner),
+        voiceWith(R"("identifier":"a","name":"","language":"","gender":"male","age":0,"x":0,)" +
+                  kVoicesManner),
+        voiceWith(R"("identifier":"a","name":"","language":"","gender":"male","age":0,"rate":1)"),
+        voiceWith(
+            R"("identifier":"a","name":"","language":"","gender":"male","age":0,"rate":"1","pitchBase":1,"pitchModulation":1)"),
         R"({"type":"started"})", R"({"type":"started","utterance":0})",
         R"({"type":"started","utterance":1,"error":""})", R"({"type":"started","utterance":1,"error":null})",
         R"({"type":"started","utterance":1,"completed":true})",
@@ -203,6 +316,21 @@ INSTANTIATE_TEST_SUITE_P(
         R"({"type":"word","utterance":1,"position":0,"length":0})",
         R"({"type":"word","utterance":1,"position":0,"length":1.0})",
         R"({"type":"word","utterance":1,"position":18446744073709551615,"length":1})",
+        R"({"type":"phoneme","utterance":1})", R"({"type":"phoneme","utterance":1,"opcode":-1})",
+        R"({"type":"phoneme","utterance":1,"opcode":32768})", R"({"type":"phoneme","opcode":1})",
+        R"({"type":"sync","utterance":1})", R"({"type":"sync","utterance":1,"message":-1})",
+        R"({"type":"sync","utterance":1,"message":4294967296})",
+        R"({"type":"sync","utterance":1,"message":"A"})",
+        R"({"type":"problem","utterance":1,"code":-245,"position":0})",
+        R"({"type":"problem","utterance":1,"code":-245,"position":0,"message":""})",
+        R"({"type":"problem","utterance":1,"code":-245,"message":"x"})",
+        R"({"type":"problem","utterance":1,"position":0,"message":"x"})",
+        R"({"type":"problem","utterance":1,"code":-2147483649,"position":0,"message":"x"})",
+        R"({"type":"problem","utterance":1,"code":9223372036854775808,"position":0,"message":"x"})",
+        R"({"type":"problem","utterance":1,"code":1.5,"position":0,"message":"x"})",
+        R"({"type":"problem","utterance":1,"code":-245,"position":-1,"message":"x"})", R"({"type":"paused"})",
+        R"({"type":"paused","utterance":1,"boundary":"word"})", R"({"type":"continued","utterance":0})",
+        R"({"type":"phonemes"})", R"({"type":"phonemes","text":"t","voice":"v"})",
         R"({"type":"finished","utterance":1})", R"({"type":"finished","utterance":1,"completed":1})",
         R"({"type":"finished","utterance":1,"completed":false,"error":1})",
         R"({"type":"finished","utterance":1,"completed":true,"error":"why"})"));

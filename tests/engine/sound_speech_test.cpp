@@ -193,7 +193,7 @@ TEST_F(SoundSpeech, aChangeOfRateLosesNoWord) {
             break;
         }
         rate += 25;
-        engine.send(Adjust{1, rate, {}});
+        engine.send(Adjust{1, {.rate = rate}});
     }
     ASSERT_THAT(faults(events, 1), IsEmpty()) << engine.errors();
     EXPECT_TRUE(finished(events)->completed);
