@@ -16,6 +16,11 @@ const char* genderName(unsigned char gender) {
     return gender == kMale ? "male" : gender == kFemale ? "female" : "neuter";
 }
 
+// Some of the names end with a blank.
+std::string trimmed(std::string_view name) {
+    return std::string(name.substr(0, name.find_last_not_of(' ') + 1));
+}
+
 char upper(char letter) {
     return static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
 }
@@ -54,7 +59,7 @@ std::vector<protocol::Voice> listVoices() {
             continue;
         }
         // The first of the languages; one byte of priority stands before it.
-        voices.push_back({std::string(identifier), voice.name, languageTag(voice.languages + 1),
+        voices.push_back({std::string(identifier), trimmed(voice.name), languageTag(voice.languages + 1),
                           genderName(voice.gender), voice.age, espeakRATE_NORMAL});
     }
     std::sort(voices.begin(), voices.end(), [](const protocol::Voice& left, const protocol::Voice& right) {

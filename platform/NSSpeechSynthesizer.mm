@@ -3,8 +3,8 @@
 #include "platform/autorelease_pool.h"
 #include "platform/foundation_text.h"
 #include "platform/speech_session.h"
+#include "platform/voice_attributes.h"
 #include "platform/voice_catalogue.h"
-#include "platform/voice_strings.h"
 
 #include <map>
 
@@ -29,28 +29,6 @@ const Voice* defaultVoice() {
 // nil: the default one. Null: there is no such voice.
 const Voice* voiceNamed(NSString* identifier) {
     return identifier != nil ? zqm::platform::findVoice(utf8Of(identifier)) : defaultVoice();
-}
-
-NSString* genderOf(const Voice& voice) {
-    if (voice.gender == "male") {
-        return ZQM_VOICE_GENDER_MALE;
-    }
-    return voice.gender == "female" ? ZQM_VOICE_GENDER_FEMALE : ZQM_VOICE_GENDER_NEUTER;
-}
-
-NSDictionary* attributesOf(const Voice& voice) {
-    NSMutableDictionary* const attributes = [NSMutableDictionary dictionary];
-    NSString* const language = stringOf(voice.language);
-    [attributes setObject:stringOf(voice.name) forKey:ZQM_VOICE_NAME];
-    [attributes setObject:stringOf(voice.identifier) forKey:ZQM_VOICE_IDENTIFIER];
-    [attributes setObject:genderOf(voice) forKey:ZQM_VOICE_GENDER];
-    [attributes setObject:language forKey:ZQM_VOICE_LANGUAGE];
-    [attributes setObject:[language stringByReplacingOccurrencesOfString:@"-" withString:@"_"]
-                   forKey:ZQM_VOICE_LOCALE_IDENTIFIER];
-    if (voice.age > 0) {
-        [attributes setObject:[NSNumber numberWithInt:voice.age] forKey:ZQM_VOICE_AGE];
-    }
-    return attributes;
 }
 
 bool sameButCase(NSString* left, NSString* right) {
@@ -232,7 +210,7 @@ Synthesizer& of(void* speech) {
 
 + (NSDictionary*)attributesForVoice:(NSSpeechSynthesizerVoiceName)voice {
     const Voice* const found = voice != nil ? voiceNamed(voice) : nullptr;
-    return found != nullptr ? attributesOf(*found) : nil;
+    return found != nullptr ? zqm::platform::attributesOf(*found) : nil;
 }
 
 + (BOOL)isAnyApplicationSpeaking {

@@ -9,11 +9,11 @@ NSVoiceAttributeKey const NSVoiceName = ZQM_VOICE_NAME;
 NSVoiceAttributeKey const NSVoiceIdentifier = ZQM_VOICE_IDENTIFIER;
 NSVoiceAttributeKey const NSVoiceAge = ZQM_VOICE_AGE;
 NSVoiceAttributeKey const NSVoiceGender = ZQM_VOICE_GENDER;
-NSVoiceAttributeKey const NSVoiceDemoText = @"VoiceDemoText";
+NSVoiceAttributeKey const NSVoiceDemoText = ZQM_VOICE_DEMO_TEXT;
 NSVoiceAttributeKey const NSVoiceLanguage = ZQM_VOICE_LANGUAGE;
 NSVoiceAttributeKey const NSVoiceLocaleIdentifier = ZQM_VOICE_LOCALE_IDENTIFIER;
-NSVoiceAttributeKey const NSVoiceSupportedCharacters = @"VoiceSupportedCharacters";
-NSVoiceAttributeKey const NSVoiceIndividuallySpokenCharacters = @"VoiceIndividuallySpokenCharacters";
+NSVoiceAttributeKey const NSVoiceSupportedCharacters = ZQM_VOICE_SUPPORTED_CHARACTERS;
+NSVoiceAttributeKey const NSVoiceIndividuallySpokenCharacters = ZQM_VOICE_INDIVIDUALLY_SPOKEN_CHARACTERS;
 
 NSVoiceGenderName const NSVoiceGenderNeuter = ZQM_VOICE_GENDER_NEUTER;
 NSVoiceGenderName const NSVoiceGenderMale = ZQM_VOICE_GENDER_MALE;

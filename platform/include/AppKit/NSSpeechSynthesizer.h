@@ -91,8 +91,8 @@ __attribute__((visibility("default")))
 // Goes on after a pause, or takes back one that is still to come.
 - (void)continueSpeaking;
 
-// The phonemes that the voice speaks for a text, in the symbols of NSSpeechPhonemeSymbolsProperty; nil for nil
-// and without an engine. They can be spoken in the input mode NSSpeechModePhoneme.
+// The phonemes that the voice speaks for a text, in the symbols of NSSpeechPhonemeSymbolsProperty; nil for
+// nil and without an engine. They can be spoken in the input mode NSSpeechModePhoneme.
 - (NSString*)phonemesFromText:(NSString*)text;
 
 // Words and abbreviations to be pronounced otherwise from the next start on, as the NSSpeechDictionary keys
@@ -100,8 +100,8 @@ __attribute__((visibility("default")))
 // logged and changes nothing.
 - (void)addSpeechDictionary:(NSDictionary*)speechDictionary;
 
-// A property of NSSpeechConstants.h. nil with an error for an unknown or write-only one. outError may be null;
-// it is left alone when there is no error.
+// A property of NSSpeechConstants.h. nil with an error for an unknown or write-only one. outError may be
+// null; it is left alone when there is no error.
 - (id)objectForProperty:(NSSpeechPropertyKey)property error:(NSError**)outError;
 
 // NO with an error for an unknown or read-only property and for a value that it can't take; then nothing has
