@@ -6,6 +6,9 @@
 #include "platform/voice_attributes.h"
 #include "platform/voice_catalogue.h"
 
+#include <algorithm>
+#include <array>
+#include <climits>
 #include <map>
 
 using zqm::platform::EventSource;
@@ -21,6 +24,18 @@ namespace {
 
 constexpr float kDefaultRate = 175; // the engine's own
 constexpr float kDefaultVolume = 1;
+
+// A number of four characters as such, without the leading ones that are not there: 0x41 is "A".
+NSString* charactersOf(std::uint32_t number) {
+    std::array<char, sizeof number> bytes{};
+    for (std::size_t index = bytes.size(); index > 0; number >>= CHAR_BIT) {
+        bytes[--index] = static_cast<char>(number & UCHAR_MAX);
+    }
+    const auto first = std::find_if(bytes.begin(), bytes.end(), [](char byte) { return byte != 0; });
+    return [[[NSString alloc] initWithBytes:first
+                                     length:static_cast<NSUInteger>(bytes.end() - first)
+                                   encoding:NSMacOSRomanStringEncoding] autorelease];
+}
 
 const Voice* defaultVoice() {
     return zqm::platform::voiceForLocale(zqm::platform::availableVoices(), zqm::platform::messageLocale());
@@ -122,12 +137,12 @@ public:
 
     void setRate(float rate) {
         rate_ = rate;
-        session_.setRate(rate);
+        session_.adjust({.rate = rate});
     }
 
     void setVolume(float volume) {
         volume_ = volume;
-        session_.setVolume(volume);
+        session_.adjust({.volume = volume});
     }
 
     NSString* voice() const { return stringOf(voice_); }
@@ -142,15 +157,13 @@ public:
             if (const std::string failure = session_.takeFailure(); !failure.empty()) {
                 NSLog(@"Speech ended early: %s", failure.c_str());
             }
-            const bool isWord = event->kind == SpeechEvent::Kind::Word;
             const auto text = texts_.find(event->utterance);
             NSString* const string = [[text->second retain] autorelease];
-            if (!isWord) {
+            if (event->kind == SpeechEvent::Kind::Finished) {
                 [text->second release];
                 texts_.erase(text);
             }
-            if ([delegate respondsToSelector:isWord ? @selector(speechSynthesizer:willSpeakWord:ofString:)
-                                                    : @selector(speechSynthesizer:didFinishSpeaking:)]) {
+            if ([delegate respondsToSelector:selectorOf(event->kind)]) {
                 tell(*event, string);
                 return true;
             }
@@ -167,15 +180,46 @@ private:
         return NO;
     }
 
+    static SEL selectorOf(SpeechEvent::Kind kind) {
+        switch (kind) {
+        case SpeechEvent::Kind::Word:
+            return @selector(speechSynthesizer:willSpeakWord:ofString:);
+        case SpeechEvent::Kind::Phoneme:
+            return @selector(speechSynthesizer:willSpeakPhoneme:);
+        case SpeechEvent::Kind::Problem:
+            return @selector(speechSynthesizer:didEncounterErrorAtIndex:ofString:message:);
+        case SpeechEvent::Kind::Sync:
+            return @selector(speechSynthesizer:didEncounterSyncMessage:);
+        case SpeechEvent::Kind::Finished:
+            break;
+        }
+        return @selector(speechSynthesizer:didFinishSpeaking:);
+    }
+
     void tell(const SpeechEvent& event, NSString* string) {
         NSSpeechSynthesizer* const object = object_;
         const Retained keep(object);
-        if (event.kind == SpeechEvent::Kind::Word) {
+        switch (event.kind) {
+        case SpeechEvent::Kind::Word:
             [delegate speechSynthesizer:object
                           willSpeakWord:NSMakeRange(event.position, event.length)
                                ofString:string];
-        } else {
+            break;
+        case SpeechEvent::Kind::Phoneme:
+            [delegate speechSynthesizer:object willSpeakPhoneme:static_cast<short>(event.value)];
+            break;
+        case SpeechEvent::Kind::Problem:
+            [delegate speechSynthesizer:object
+                didEncounterErrorAtIndex:event.position
+                                ofString:string
+                                 message:stringOf(event.message)];
+            break;
+        case SpeechEvent::Kind::Sync:
+            [delegate speechSynthesizer:object didEncounterSyncMessage:charactersOf(event.value)];
+            break;
+        case SpeechEvent::Kind::Finished:
             [delegate speechSynthesizer:object didFinishSpeaking:event.completed ? YES : NO];
+            break;
         }
     }
 

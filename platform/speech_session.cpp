@@ -1,6 +1,7 @@
 #include "platform/speech_session.h"
 
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 namespace zqm::platform {
@@ -9,6 +10,7 @@ namespace {
 // Read at one go; what is beyond is read in the next round of the run loop.
 constexpr int kMostMessages = 100'000;
 
+constexpr const char* kForked = "the synthesizer belongs to the process that this one was forked from";
 constexpr const char* kDeaf = "the speech engine does not listen";
 constexpr const char* kMute = "the speech engine does not answer";
 constexpr const char* kEnded = "the speech engine ended unexpectedly";
@@ -33,13 +35,12 @@ std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<O
                                    std::string& error) {
     reapEngines();
     if (!owner_.isCurrent()) {
-        error = "the synthesizer belongs to the process that this one was forked from";
+        error = kForked;
         return 0;
     }
     if (request.text.empty() && !output) {
         interrupt();
-        utterances_.push_back(
-            {.number = ++lastNumber_, .length = 0, .words = {}, .isOver = true, .completed = true});
+        utterances_.push_back({.number = ++lastNumber_, .length = 0, .isOver = true, .completed = true});
         tellHub();
         return lastNumber_;
     }
@@ -71,6 +72,9 @@ bool SpeechSession::openLink(std::string& error) {
     if (link_ && !EventHub::shared().watch(link_->descriptor(), source_)) {
         error = "the system can't watch another engine";
         link_.reset();
+    }
+    if (link_ && !lexicon_.empty()) {
+        link_->post(protocol::SetLexicon{lexicon_});
     }
     return link_ != nullptr;
 }
@@ -110,7 +114,7 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
             error = started->error;
             return false;
         }
-        utterances_.push_back({.number = lastNumber_, .length = request.length, .words = {}});
+        utterances_.push_back({.number = lastNumber_, .length = request.length});
         return true;
     }
 }
@@ -136,24 +140,46 @@ bool SpeechSession::fail(const char* reason, std::string& error) {
     return false;
 }
 
-// Words that are not delivered yet come to nobody. But what the engine had completed before the stop reached
-// it ends as completed, because the sound or file is whole. A file is waited for here, so its end is told as
-// the engine tells it.
-void SpeechSession::stop() {
+// What is not delivered yet comes to nobody. But what the engine had completed before the stop reached it
+// ends as completed, because the sound or file is whole. A file is waited for here, so its end is told as the
+// engine tells it.
+void SpeechSession::stop(protocol::Boundary boundary) {
     if (!owner_.isCurrent()) {
         return;
     }
     takeMessages();
-    for (Utterance& utterance : utterances_) {
-        utterance.words.clear();
+    Utterance* const utterance = current();
+    if (boundary != protocol::Boundary::Immediate) {
+        if (utterance != nullptr) {
+            link_->post(protocol::Stop{utterance->number, boundary});
+        }
+        return;
     }
-    if (Utterance* const utterance = current()) {
+    for (Utterance& each : utterances_) {
+        each.events.clear();
+    }
+    if (utterance != nullptr) {
         utterance->isStopped = true;
         link_->post(protocol::Stop{utterance->number});
         awaitOutput(utterance->number);
         interrupt();
     }
     tellHub();
+}
+
+void SpeechSession::pause(protocol::Boundary boundary) {
+    if (isSpeaking()) {
+        link_->post(protocol::Pause{current()->number, boundary});
+    }
+}
+
+void SpeechSession::resume() {
+    if (isSpeaking()) {
+        Utterance& utterance = *current();
+        utterance.isPaused = false;
+        ++utterance.continues;
+        link_->post(protocol::Continue{utterance.number});
+    }
 }
 
 void SpeechSession::awaitOutput(std::uint64_t number) {
@@ -175,12 +201,63 @@ bool SpeechSession::isSpeaking() {
     return current() != nullptr;
 }
 
-void SpeechSession::setRate(double rate) {
-    adjust({.rate = rate});
+SpeechStatus SpeechSession::status() {
+    if (!isSpeaking()) {
+        return {};
+    }
+    const Utterance& utterance = *current();
+    return {.isSpeaking = true,
+            .isPaused = utterance.isPaused,
+            .charactersLeft = utterance.length - utterance.end,
+            .phoneme = utterance.phoneme};
 }
 
-void SpeechSession::setVolume(double volume) {
-    adjust({.volume = volume});
+Problems SpeechSession::takeProblems() {
+    takeMessages();
+    return std::exchange(problems_, {});
+}
+
+std::uint32_t SpeechSession::recentSync() {
+    takeMessages();
+    return sync_;
+}
+
+void SpeechSession::setLexicon(std::vector<protocol::LexiconDictionary> dictionaries) {
+    lexicon_ = std::move(dictionaries);
+    if (link_ && owner_.isCurrent()) {
+        link_->post(protocol::SetLexicon{lexicon_});
+    }
+}
+
+std::optional<std::string> SpeechSession::phonemes(const std::string& text, const std::string& voice,
+                                                   std::string& error) {
+    if (!owner_.isCurrent()) {
+        error = kForked;
+        return std::nullopt;
+    }
+    takeMessages();
+    if (!openLink(error)) {
+        return std::nullopt;
+    }
+    const auto deadline = engineDeadline();
+    if (!link_->send(protocol::GetPhonemes{text, voice}, {}, deadline)) {
+        fail(kDeaf, error);
+        return std::nullopt;
+    }
+    for (;;) {
+        std::optional<protocol::Event> event = await(deadline, error);
+        if (!event) {
+            return std::nullopt;
+        }
+        if (auto* const phonemes = std::get_if<protocol::Phonemes>(&*event)) {
+            tellHub();
+            return std::move(phonemes->text);
+        }
+        if (!accept(*event)) {
+            fail(kNonsense, error);
+            return std::nullopt;
+        }
+    }
 }
 
 void SpeechSession::adjust(const protocol::Manner& manner) {
@@ -218,14 +295,11 @@ std::optional<SpeechEvent> SpeechSession::nextEvent() {
     std::optional<SpeechEvent> event;
     if (hasEvent()) {
         Utterance& first = utterances_.front();
-        event = {.utterance = first.number};
-        if (!first.words.empty()) {
-            event->position = first.words.front().position;
-            event->length = first.words.front().length;
-            first.words.pop_front();
-        } else {
-            event->kind = SpeechEvent::Kind::Finished;
-            event->completed = first.completed;
+        event = first.events.isEmpty()
+                    ? SpeechEvent{.kind = SpeechEvent::Kind::Finished, .completed = first.completed}
+                    : first.events.take();
+        event->utterance = first.number;
+        if (event->kind == SpeechEvent::Kind::Finished) {
             utterances_.pop_front();
         }
     }
@@ -249,43 +323,92 @@ void SpeechSession::end(Utterance& utterance, bool completed) {
 
 void SpeechSession::interrupt() {
     if (Utterance* const utterance = current()) {
-        utterance->words.clear();
+        utterance->events.clear();
         end(*utterance, false);
     }
 }
 
 bool SpeechSession::accept(const protocol::Event& event) {
-    if (const auto* const word = std::get_if<protocol::Word>(&event)) {
-        return accept(*word);
-    }
-    if (const auto* const finished = std::get_if<protocol::Finished>(&event)) {
-        return accept(*finished);
-    }
-    return false; // nothing else is said without being asked for
+    return std::visit(
+        [&]<typename Message>(const Message& message) {
+            if constexpr (std::is_same_v<Message, protocol::Finished>) {
+                return finish(message);
+            } else if constexpr (requires(Utterance & utterance) { hear(utterance, message); }) {
+                Utterance* const utterance = current();
+                const bool isOfCurrent = utterance != nullptr && message.utterance == utterance->number;
+                // Of others it was said before the engine heard of their end.
+                return isOfCurrent ? hear(*utterance, message) : message.utterance <= lastNumber_;
+            } else {
+                return false; // it is not said without being asked for
+            }
+        },
+        event);
 }
 
-bool SpeechSession::accept(const protocol::Word& word) {
-    if (word.utterance > lastNumber_) {
-        return false;
-    }
-    Utterance* const utterance = current();
-    if (utterance == nullptr || utterance->isStopped || word.utterance != utterance->number) {
-        return true; // said before the engine heard of its end
-    }
-    const bool isWord = word.length > 0 && word.position >= utterance->end &&
-                        word.position <= utterance->length &&
-                        word.length <= utterance->length - word.position &&
-                        utterance->length <= std::numeric_limits<std::uint32_t>::max();
+bool SpeechSession::hear(Utterance& utterance, const protocol::Word& word) {
+    const bool isWord = word.length > 0 && word.position >= utterance.floor &&
+                        word.position <= utterance.length &&
+                        word.length <= utterance.length - word.position &&
+                        utterance.length <= std::numeric_limits<std::uint32_t>::max();
     if (!isWord) {
-        return false;
+        return utterance.isStopped;
     }
-    utterance->words.push_back(
-        {static_cast<std::uint32_t>(word.position), static_cast<std::uint32_t>(word.length)});
-    utterance->end = word.position + word.length;
+    utterance.begin = word.position;
+    utterance.end = word.position + word.length;
+    utterance.floor = utterance.end;
+    if (!utterance.isStopped) {
+        utterance.events.add(word);
+    }
     return true;
 }
 
-bool SpeechSession::accept(const protocol::Finished& finished) {
+bool SpeechSession::hear(Utterance& utterance, const protocol::Phoneme& phoneme) {
+    utterance.phoneme = phoneme.opcode;
+    if (!utterance.isStopped) {
+        utterance.events.add(phoneme);
+    }
+    return true;
+}
+
+bool SpeechSession::hear(Utterance& utterance, const protocol::Problem& problem) {
+    if (problem.position > utterance.length) {
+        return false;
+    }
+    const Problems::Place place{problem.code, problem.position};
+    if (problems_.count++ == 0) {
+        problems_.oldest = place;
+    }
+    problems_.newest = place;
+    if (!utterance.isStopped) {
+        utterance.events.add(problem);
+    }
+    return true;
+}
+
+bool SpeechSession::hear(Utterance& utterance, const protocol::Sync& sync) {
+    sync_ = sync.message;
+    if (!utterance.isStopped) {
+        utterance.events.add(sync);
+    }
+    return true;
+}
+
+// A pause that was continued since lies behind. The word that was cut is told again.
+bool SpeechSession::hear(Utterance& utterance, const protocol::Paused&) {
+    utterance.isPaused = utterance.continues == 0;
+    utterance.floor = utterance.begin;
+    return true;
+}
+
+bool SpeechSession::hear(Utterance& utterance, const protocol::Continued&) {
+    if (utterance.continues == 0) {
+        return false;
+    }
+    --utterance.continues;
+    return true;
+}
+
+bool SpeechSession::finish(const protocol::Finished& finished) {
     if (finished.utterance > lastNumber_) {
         return false;
     }
@@ -313,7 +436,7 @@ void SpeechSession::loseEngine(const char* reason) {
 }
 
 bool SpeechSession::hasEvent() const {
-    return !utterances_.empty() && (utterances_.front().isOver || !utterances_.front().words.empty());
+    return !utterances_.empty() && (utterances_.front().isOver || !utterances_.front().events.isEmpty());
 }
 
 void SpeechSession::tellHub() {

@@ -7,8 +7,10 @@
 #include "platform/deadline.h"
 #include "platform/engine_link.h"
 #include "platform/event_hub.h"
+#include "platform/event_queue.h"
 #include "platform/output_file.h"
 #include "platform/process_identity.h"
+#include "platform/speech_event.h"
 
 #include <cstdint>
 #include <deque>
@@ -16,18 +18,27 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zqm::platform {
 
-// One thing to be told to the delegate.
-struct SpeechEvent {
-    enum class Kind : std::uint8_t { Word, Finished };
+// How things stand with an utterance, as far as it was heard.
+struct SpeechStatus {
+    bool isSpeaking = false; // paused or not
+    bool isPaused = false;
+    std::size_t charactersLeft = 0; // UTF-16 units behind the last word heard
+    int phoneme = 0;                // opcode of the last one heard
+};
 
-    std::uint64_t utterance = 0;
-    Kind kind = Kind::Word;
-    std::size_t position = 0; // of the word, in UTF-16 units
-    std::size_t length = 0;
-    bool completed = false; // of the finish
+// The mistakes met in texts.
+struct Problems {
+    struct Place {
+        int code = 0;
+        std::size_t position = 0;
+    };
+    std::size_t count = 0;
+    Place oldest;
+    Place newest;
 };
 
 struct SpeechRequest {
@@ -55,13 +66,33 @@ public:
     // Nothing but the ends is delivered of the utterances begun so far, and of one that the engine had
     // completed that it is completed. A file that was being written is whole and in its place when this
     // returns.
-    void stop();
+    // At a later boundary all is delivered up to there, and the utterance may still be spoken when this
+    // returns.
+    void stop(protocol::Boundary boundary = protocol::Boundary::Immediate);
+
+    // Holds the utterance being spoken at the boundary.
+    void pause(protocol::Boundary boundary);
+    // Goes on with it, where it was or is still to be held.
+    void resume();
 
     // From a successful start to the end of the sound or file.
     bool isSpeaking();
 
-    void setRate(double rate);
-    void setVolume(double volume);
+    SpeechStatus status();
+    // Those heard of since they were taken last.
+    Problems takeProblems();
+    // The last one heard of; 0: none.
+    std::uint32_t recentSync();
+
+    // Changes the rest of the utterance being spoken.
+    void adjust(const protocol::Manner& manner);
+
+    // Replaces the lexicon, for the utterances to come.
+    void setLexicon(std::vector<protocol::LexiconDictionary> dictionaries);
+
+    // The phoneme symbols of a text; nothing when no engine answers, and `error` says why.
+    std::optional<std::string> phonemes(const std::string& text, const std::string& voice,
+                                        std::string& error);
 
     // Reads what has come.
     void takeMessages();
@@ -73,16 +104,17 @@ public:
     std::string takeFailure();
 
 private:
-    struct Word {
-        std::uint32_t position;
-        std::uint32_t length;
-    };
     struct Utterance {
         std::uint64_t number;
         std::size_t length;
-        std::deque<Word> words;
-        std::size_t end = 0;    // of the last word heard
-        bool isStopped = false; // its words are of no interest any more
+        EventQueue events{};
+        std::size_t begin = 0; // of the last word heard
+        std::size_t end = 0;
+        std::size_t floor = 0; // no word comes from before
+        int phoneme = 0;       // the last one heard
+        bool isPaused = false;
+        std::uint64_t continues = 0; // not answered yet
+        bool isStopped = false;      // what is heard of it is of no interest any more
         bool isOver = false;
         bool completed = false;
     };
@@ -92,10 +124,15 @@ private:
     bool begin(const SpeechRequest& request, const std::optional<OutputFile>& output, std::string& error);
     void end(Utterance& utterance, bool completed);
     void interrupt();
-    void adjust(const protocol::Manner& manner);
+    // What the engine says unasked; false when it makes no sense.
     bool accept(const protocol::Event& event);
-    bool accept(const protocol::Word& word);
-    bool accept(const protocol::Finished& finished);
+    bool hear(Utterance& utterance, const protocol::Word& word);
+    bool hear(Utterance& utterance, const protocol::Phoneme& phoneme);
+    bool hear(Utterance& utterance, const protocol::Problem& problem);
+    bool hear(Utterance& utterance, const protocol::Sync& sync);
+    bool hear(Utterance& utterance, const protocol::Paused& paused);
+    bool hear(Utterance& utterance, const protocol::Continued& continued);
+    bool finish(const protocol::Finished& finished);
     // The next message; nothing when the engine failed, and `error` then says how.
     std::optional<protocol::Event> await(Clock::time_point deadline, std::string& error);
     void awaitOutput(std::uint64_t number);
@@ -110,6 +147,9 @@ private:
     std::uint64_t lastNumber_ = 0;
     std::deque<Utterance> utterances_;            // not delivered to their end; only the last may be spoken
     std::map<std::uint64_t, OutputFile> outputs_; // being written
+    std::vector<protocol::LexiconDictionary> lexicon_;
+    Problems problems_;
+    std::uint32_t sync_ = 0;
     std::string failure_;
     bool mayHaveMore_ = false; // the engine said more than was read at one go
 };

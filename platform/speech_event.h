@@ -1,0 +1,23 @@
+// What a synthesizer tells its delegate.
+
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace zqm::platform {
+
+struct SpeechEvent {
+    enum class Kind : std::uint8_t { Word, Phoneme, Problem, Sync, Finished };
+
+    std::uint64_t utterance = 0;
+    Kind kind = Kind::Word;
+    std::size_t position = 0; // of a word or problem, in UTF-16 units
+    std::size_t length = 0;   // of a word
+    std::uint32_t value = 0;  // a phoneme's opcode, a sync message
+    std::string message{};    // of a problem, in UTF-8
+    bool completed = false;   // of the finish
+};
+
+} // namespace zqm::platform
