@@ -153,8 +153,8 @@ struct Voice {
 
 struct Voices {
     std::vector<Voice> voices; // in the engine's stable order
-    std::string synthesizer;
-    std::string version;
+    std::string synthesizer{};
+    std::string version{};
 
     bool operator==(const Voices&) const = default;
 };
