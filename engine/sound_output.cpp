@@ -49,6 +49,7 @@ void SoundOutput::update() {
         } else if (!playing) {
             failWith("the sound server ended the sound");
         } else if (drain_ != nullptr && pa_operation_get_state(drain_) != PA_OPERATION_RUNNING) {
+            lock_.release();
             become(State::Ended);
         }
         return;
@@ -62,6 +63,7 @@ void SoundOutput::update() {
     } else if (!playing) {
         failWith(std::string("the sound server takes no sound: ") + pa_strerror(pa_context_errno(context_)));
     } else if (stream_ != nullptr && pa_stream_get_state(stream_) == PA_STREAM_READY) {
+        lock_.hold();
         become(State::Open);
     }
 }
@@ -123,6 +125,7 @@ void SoundOutput::stop() {
 }
 
 void SoundOutput::closeStream() {
+    lock_.release();
     if (drain_ != nullptr) {
         pa_operation_cancel(drain_);
         pa_operation_unref(std::exchange(drain_, nullptr));

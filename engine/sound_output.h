@@ -4,6 +4,7 @@
 
 #include "engine/output.h"
 #include "engine/sound_server.h"
+#include "engine/speaking_lock.h"
 
 #include <chrono>
 #include <pulse/operation.h>
@@ -35,6 +36,7 @@ private:
     pa_context* context_;
     pa_stream* stream_ = nullptr;
     pa_operation* drain_ = nullptr;
+    protocol::SpeakingLock lock_; // while there is a stream that is open
     std::chrono::steady_clock::time_point deadline_;
 };
 

@@ -1,5 +1,6 @@
 #import <AppKit/NSSpeechSynthesizer.h>
 
+#include "engine/speaking_lock.h"
 #include "platform/autorelease_pool.h"
 #include "platform/foundation_text.h"
 #include "platform/speech_session.h"
@@ -258,7 +259,7 @@ Synthesizer& of(void* speech) {
 }
 
 + (BOOL)isAnyApplicationSpeaking {
-    return NO;
+    return zqm::protocol::SpeakingLock::isHeld() ? YES : NO;
 }
 
 - (instancetype)init {

@@ -1,17 +1,22 @@
+#include "engine/speaking_lock.h"
 #include "tests/engine/engine_process.h"
 
 #include "tests/support/monitor_recording.h"
 #include "tests/support/process.h"
 #include "tests/support/pulse_server.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
 
 #include <algorithm>
+#include <csignal>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <span>
 #include <string>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <thread>
 
@@ -82,6 +87,91 @@ std::size_t firstSound(std::span<const float> samples) {
     return static_cast<std::size_t>(std::find_if(samples.begin(), samples.end(),
                                                  [](float sample) { return std::abs(sample) > kAudible; }) -
                                     samples.begin());
+}
+
+class SpeakingSign : public testing::Test {
+protected:
+    // Until the first word is heard.
+    static void begin(EngineProcess& engine) {
+        engine.send(speak(1, longText()));
+        ASSERT_EQ(std::get<Started>(*engine.next()), (Started{1, ""}));
+        ASSERT_TRUE(engine.next());
+    }
+
+    TemporaryFolder runtime;
+    ScopedEnvironment folder{"XDG_RUNTIME_DIR", runtime.path().string()};
+    PulseServer server;
+    EngineProcess engine{server.environment()};
+};
+
+TEST_F(SpeakingSign, isThereFromTheStartToTheEndOfTheSound) {
+    EXPECT_FALSE(SpeakingLock::isHeld());
+    engine.send(speak(1, longText()));
+    ASSERT_EQ(std::get<Started>(*engine.next()), (Started{1, ""}));
+    EXPECT_TRUE(SpeakingLock::isHeld());
+    EXPECT_TRUE(SpeakingLock::isHeld()) << "asking takes nothing away";
+    engine.send(speak(2, kText));
+    EXPECT_TRUE(finished(engine.untilEnd(2))->completed);
+    EXPECT_FALSE(SpeakingLock::isHeld());
+}
+
+TEST_F(SpeakingSign, isNotThereForAFile) {
+    const TemporaryFolder target;
+    ASSERT_EQ(0, ::mkfifo((target.path() / "a.ogg").c_str(), 0600));
+    const Descriptor reader(::open((target.path() / "a.ogg").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    Descriptor writer(::open((target.path() / "a.ogg").c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+    Speak request = speak(1, longText()); // more than the pipe takes, and nobody reads
+    request.output = {.extension = "ogg", .temporaryName = "", .finalName = ""};
+    std::vector<Descriptor> descriptors;
+    descriptors.push_back(std::move(writer));
+    engine.send(request, std::move(descriptors));
+    ASSERT_EQ(std::get<Started>(*engine.next()), (Started{1, ""}));
+    EXPECT_FALSE(SpeakingLock::isHeld());
+    engine.send(Stop{1});
+    engine.untilEnd(1);
+}
+
+TEST_F(SpeakingSign, isGoneWhenTheSoundIsStopped) {
+    begin(engine);
+    EXPECT_TRUE(SpeakingLock::isHeld());
+    engine.send(Stop{1});
+    engine.untilEnd(1);
+    EXPECT_FALSE(SpeakingLock::isHeld());
+}
+
+TEST_F(SpeakingSign, isThereAsLongAsAnyoneSpeaks) {
+    EngineProcess other(server.environment());
+    begin(engine);
+    begin(other);
+    engine.send(Stop{1});
+    engine.untilEnd(1);
+    EXPECT_TRUE(SpeakingLock::isHeld());
+    other.send(Stop{1});
+    other.untilEnd(1);
+    EXPECT_FALSE(SpeakingLock::isHeld());
+}
+
+TEST_F(SpeakingSign, isGoneWithAKilledEngine) {
+    begin(engine);
+    EXPECT_TRUE(SpeakingLock::isHeld());
+    ASSERT_EQ(0, ::kill(engine.pid(), SIGKILL));
+    const auto end = std::chrono::steady_clock::now() + kProcessDeadline;
+    while (SpeakingLock::isHeld() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_FALSE(SpeakingLock::isHeld());
+}
+
+TEST_F(SpeakingSign, isGoneWhenTheServerIs) {
+    begin(engine);
+    EXPECT_TRUE(SpeakingLock::isHeld());
+    server.kill();
+    engine.untilEnd(1);
+    const auto end = std::chrono::steady_clock::now() + kProcessDeadline;
+    while (SpeakingLock::isHeld() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_FALSE(SpeakingLock::isHeld());
 }
 
 TEST_F(SoundSpeech, isHeardAndToldWordByWord) {
