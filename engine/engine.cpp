@@ -5,7 +5,6 @@
 #include "engine/voices.h"
 
 #include <array>
-#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -156,7 +155,7 @@ void Engine::handle(protocol::Speak& request) {
         report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
         return;
     }
-    speaker_.setRate(request.manner.rate.value_or(std::nan("")));
+    speaker_.setManner(request.manner);
     if (!output && !request.text.empty()) {
         output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
     }

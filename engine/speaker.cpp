@@ -1,63 +1,20 @@
 #include "engine/speaker.h"
 
-#include "engine/characters.h"
+#include "engine/spoken_text.h"
 #include "engine/timeline.h"
 #include "engine/voices.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <espeak-ng/speak_lib.h>
 #include <optional>
 #include <stdexcept>
-#include <unicode/uchar.h>
-#include <unicode/utf8.h>
+#include <utility>
 
 namespace zqm::engine {
 
 namespace {
-
-// A piece as espeak-ng gets it, and where each of its characters comes from.
-struct Spoken {
-    std::string text; // UTF-8
-    std::vector<std::size_t> origin;
-};
-
-constexpr char32_t kSkipped = U'\0';
-
-// What is given to the synthesizer for a character. Some garble what follows them (U+FFFD), end the text
-// (NUL) or mean something else to it (private use).
-char32_t spokenFor(char32_t character) {
-    constexpr char32_t kJoiner = U'\u200D';
-    constexpr char32_t kNonJoiner = U'\u200C';
-    constexpr char32_t kReplacement = U'\uFFFD';
-    if (character == U'\n' || character == U'\u2028' || character == U'\u2029' || character == U'\u0085') {
-        return U'\n';
-    }
-    if (isInvisible(character)) {
-        return character == kJoiner || character == kNonJoiner ? character : kSkipped;
-    }
-    constexpr std::uint32_t kUnspeakable = U_GC_CC_MASK | U_GC_CN_MASK | U_GC_CO_MASK | U_GC_CS_MASK;
-    const bool unspeakable = (U_GET_GC_MASK(static_cast<UChar32>(character)) & kUnspeakable) != 0;
-    return unspeakable || character == kReplacement ? U' ' : character;
-}
-
-Spoken spokenText(std::u32string_view text) {
-    Spoken spoken;
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        const char32_t character = spokenFor(text[index]);
-        if (character == kSkipped) {
-            continue;
-        }
-        std::array<char, U8_MAX_LENGTH> bytes{};
-        std::size_t length = 0;
-        U8_APPEND_UNSAFE(bytes, length, static_cast<UChar32>(character));
-        spoken.text.append(bytes.data(), length);
-        spoken.origin.push_back(index);
-    }
-    return spoken;
-}
 
 // espeak-ng looks for a sound device when it is initialised, also where it is only to hand out samples: it
 // connects to the sound server, and waits for one that doesn't answer. So for that time there is none.
@@ -89,10 +46,15 @@ private:
 struct Collector {
     std::vector<std::int16_t> samples;
     Marks marks;
-    const Spoken* spoken = nullptr;
+    const EspeakText* spoken = nullptr;
 };
 
 Collector* collector = nullptr;
+
+// Not given, or none: the voice's own.
+double number(std::optional<double> given, double own) {
+    return given && !std::isnan(*given) ? *given : own;
+}
 
 bool isPause(const espeak_EVENT& event) {
     return event.id.string[0] == '_';
@@ -102,10 +64,10 @@ void collectEvent(const espeak_EVENT& event) {
     const auto sample = static_cast<std::size_t>(std::max(event.sample, 0));
     Marks& marks = collector->marks;
     if (event.type == espeakEVENT_WORD) {
-        const std::vector<std::size_t>& origin = collector->spoken->origin;
+        const std::vector<std::size_t>& origins = collector->spoken->origins();
         const auto position = static_cast<std::size_t>(std::max(event.text_position - 1, 0));
-        if (position < origin.size()) {
-            marks.words.push_back({origin[position], sample});
+        if (position < origins.size()) {
+            marks.words.push_back({origins[position], sample});
         }
     } else if (event.type == espeakEVENT_PHONEME) {
         if (!isPause(event)) {
@@ -147,34 +109,69 @@ const protocol::Voice* Speaker::findVoice(const std::string& identifier) const {
 }
 
 bool Speaker::setVoice(const protocol::Voice& voice) {
-    if (voice.identifier == current_) {
-        return true;
+    if (voice.identifier != voice_) {
+        if (!load(voice.identifier)) {
+            return false;
+        }
+        voice_ = voice.identifier;
+        pitch_ = voicePitch(voice_);
     }
-    current_.clear();
-    if (espeak_SetVoiceByName(voice.identifier.c_str()) != EE_OK) {
-        return false;
-    }
-    current_ = voice.identifier;
-    rate_ = 0;
     return true;
 }
 
-void Speaker::setRate(double wordsPerMinute) {
-    const double rate = std::isnan(wordsPerMinute) ? espeakRATE_NORMAL : wordsPerMinute;
-    const int rounded = static_cast<int>(std::lround(std::clamp(rate, kSlowest, kFastest)));
-    if (rounded != rate_) {
-        espeak_SetParameter(espeakRATE, rounded, 0);
-        rate_ = rounded;
+bool Speaker::load(const std::string& name) {
+    if (name == loaded_) {
+        return true;
+    }
+    loaded_.clear();
+    parameters_.clear();
+    if (espeak_SetVoiceByName(name.c_str()) != EE_OK) {
+        return false;
+    }
+    loaded_ = name;
+    return true;
+}
+
+void Speaker::setParameter(int parameter, int value) {
+    const auto known = parameters_.find(parameter);
+    if (known == parameters_.end() || known->second != value) {
+        espeak_SetParameter(static_cast<espeak_PARAMETER>(parameter), value, 0);
+        parameters_[parameter] = value;
     }
 }
 
-Speech Speaker::synthesize(const Piece& piece) {
-    const Spoken spoken = spokenText(piece.text);
+void Speaker::setManner(const protocol::Manner& manner) {
+    manner_ = manner;
+}
+
+int Speaker::rate() const {
+    return static_cast<int>(
+        std::lround(std::clamp(number(manner_.rate, espeakRATE_NORMAL), kSlowest, kFastest)));
+}
+
+// Brings espeak-ng to the manner in which is to be spoken.
+void Speaker::prepare() {
+    PitchParameters pitch = pitchParameters(pitch_, number(manner_.pitchBase, ownPitchBase(pitch_)),
+                                            number(manner_.pitchModulation, kOwnPitchModulation));
+    if (!load(pitch.higher ? voice_ + kHigherVariant : voice_)) {
+        load(voice_);
+    }
+    setParameter(espeakRATE, rate());
+    setParameter(espeakPITCH, pitch.pitch);
+    setParameter(espeakRANGE, pitch.range);
+}
+
+Speech Speaker::synthesize(const Piece& piece, std::optional<bool> emphasis) {
+    prepare();
+    const SpellingModes spelling{manner_.characters.value_or(protocol::SpellingMode::Normal),
+                                 manner_.numbers.value_or(protocol::SpellingMode::Normal)};
+    const EspeakText spoken = spokenText(piece, {spelling, emphasis, rate()});
     Collector collected;
     collected.spoken = &spoken;
     collector = &collected;
-    const unsigned int flags = espeakCHARS_UTF8 | (piece.endsSentence ? espeakENDPAUSE : 0U);
-    espeak_Synth(spoken.text.c_str(), spoken.text.size() + 1, 0, POS_CHARACTER, 0, flags, nullptr, nullptr);
+    const unsigned int flags = espeakCHARS_UTF8 | espeakPHONEMES | (piece.endsSentence ? espeakENDPAUSE : 0U);
+    espeak_Synth(spoken.text().c_str(), spoken.text().size() + 1, 0, POS_CHARACTER, 0, flags, nullptr,
+                 nullptr);
     collector = nullptr;
 
     Marks& marks = collected.marks;

@@ -2,11 +2,15 @@
 
 #pragma once
 
+#include "engine/manner.h"
+#include "engine/pitch.h"
 #include "engine/protocol.h"
 #include "engine/text_pieces.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,16 +41,26 @@ public:
     // One of voices(). False when its data can't be loaded.
     bool setVoice(const protocol::Voice& voice);
 
-    // Words a minute, taken to the nearest that the synthesizer can speak; not a number: its own.
-    void setRate(double wordsPerMinute);
+    // How to speak from the next piece on: the whole manner, but for the volume. What isn't given, or no
+    // number, is the voice's own; numbers are taken to the nearest that can be spoken.
+    void setManner(const protocol::Manner& manner);
 
-    Speech synthesize(const Piece& piece);
+    // The first word may be spoken with more or less emphasis than usual.
+    Speech synthesize(const Piece& piece, std::optional<bool> emphasis = std::nullopt);
 
 private:
+    bool load(const std::string& name);
+    void setParameter(int parameter, int value);
+    void prepare();
+    [[nodiscard]] int rate() const;
+
     int sampleRate_ = 0;
-    int rate_ = 0;
-    std::string current_; // identifier of the voice that is set
     std::vector<protocol::Voice> voices_;
+    std::string voice_; // identifier of the voice that is set
+    VoicePitch pitch_;  // of that voice
+    protocol::Manner manner_;
+    std::string loaded_;            // what espeak-ng knows it by, or a variant of it
+    std::map<int, int> parameters_; // of espeak-ng, as they are set since then
 };
 
 } // namespace zqm::engine

@@ -169,7 +169,7 @@ void Utterance::adjust(const protocol::Adjust& change) {
         volume_ = validVolume(*change.manner.volume);
     }
     if (change.manner.rate) {
-        speaker_.setRate(*change.manner.rate);
+        speaker_.setManner(change.manner);
         respeakRest();
     }
 }

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <espeak-ng/speak_lib.h>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace zqm::engine {
 
@@ -50,6 +53,23 @@ std::string languageTag(std::string_view name) {
     return tag;
 }
 
+VoicePitch voicePitch(const std::string& identifier) {
+    const char* data = nullptr;
+    espeak_Info(&data);
+    for (const char* const folder : {"lang", "voices"}) {
+        std::ifstream file(std::filesystem::path(data) / folder / identifier);
+        for (std::string line; std::getline(file, line);) {
+            std::istringstream words(line);
+            std::string keyword;
+            VoicePitch pitch;
+            if (words >> keyword >> pitch.low >> pitch.high && keyword == "pitch") {
+                return pitch;
+            }
+        }
+    }
+    return {};
+}
+
 std::vector<protocol::Voice> listVoices() {
     std::vector<protocol::Voice> voices;
     for (const espeak_VOICE** entry = espeak_ListVoices(nullptr); *entry != nullptr; ++entry) {
@@ -59,8 +79,10 @@ std::vector<protocol::Voice> listVoices() {
             continue;
         }
         // The first of the languages; one byte of priority stands before it.
+        const VoicePitch pitch = voicePitch(std::string(identifier));
         voices.push_back({std::string(identifier), trimmed(voice.name), languageTag(voice.languages + 1),
-                          genderName(voice.gender), voice.age, espeakRATE_NORMAL});
+                          genderName(voice.gender), voice.age, espeakRATE_NORMAL, ownPitchBase(pitch),
+                          kOwnPitchModulation});
     }
     std::sort(voices.begin(), voices.end(), [](const protocol::Voice& left, const protocol::Voice& right) {
         return left.identifier < right.identifier;

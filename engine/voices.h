@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "engine/pitch.h"
 #include "engine/protocol.h"
 
 #include <string>
@@ -16,6 +17,9 @@ std::vector<protocol::Voice> listVoices();
 // What synthesizes, and its version.
 inline constexpr const char* kSynthesizer = "espeak-ng";
 std::string synthesizerVersion();
+
+// What the voice's file says, or espeak-ng's own.
+VoicePitch voicePitch(const std::string& identifier);
 
 // A language name of espeak-ng, such as "en-us" or "cmn-latn-pinyin", as BCP 47 writes it.
 std::string languageTag(std::string_view name);

@@ -1,0 +1,80 @@
+#include "engine/espeak_text.h"
+
+#include "engine/characters.h"
+
+#include <array>
+#include <cstdint>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+namespace zqm::engine {
+
+namespace {
+
+constexpr char32_t kSkipped = U'\0';
+
+// What is given to the synthesizer for a character. Some garble what follows them (U+FFFD), end the text
+// (NUL) or mean something else to it (controls, private use).
+char32_t spokenFor(char32_t character) {
+    constexpr char32_t kJoiner = U'\u200D';
+    constexpr char32_t kNonJoiner = U'\u200C';
+    constexpr char32_t kReplacement = U'\uFFFD';
+    if (character == U'\n' || character == U'\u2028' || character == U'\u2029' || character == U'\u0085') {
+        return U'\n';
+    }
+    if (isInvisible(character)) {
+        return character == kJoiner || character == kNonJoiner ? character : kSkipped;
+    }
+    constexpr std::uint32_t kUnspeakable = U_GC_CC_MASK | U_GC_CN_MASK | U_GC_CO_MASK | U_GC_CS_MASK;
+    const bool unspeakable = (U_GET_GC_MASK(static_cast<UChar32>(character)) & kUnspeakable) != 0;
+    return unspeakable || character == kReplacement ? U' ' : character;
+}
+
+constexpr std::string_view kPhonemesBegin = "[[";
+constexpr std::string_view kPhonemesEnd = "]]";
+
+} // namespace
+
+void EspeakText::add(char32_t character, std::size_t origin) {
+    const char32_t spoken = spokenFor(character);
+    if (spoken == kSkipped) {
+        return;
+    }
+    const bool wouldBeginPhonemes = last_ == U'[' && spoken == U'[';
+    if (wouldBeginPhonemes || (afterPhonemes_ && isLetterOrNumber(spoken))) {
+        append(U' ', origin);
+    }
+    append(spoken, origin);
+}
+
+void EspeakText::addCommand(Command command, int value, std::size_t origin) {
+    append("\x01" + std::to_string(value) + static_cast<char>(command), origin);
+}
+
+void EspeakText::addPhonemes(std::string_view mnemonics, std::size_t origin) {
+    if (!isBlank(last_)) {
+        append(U' ', origin);
+    }
+    append(kPhonemesBegin, origin);
+    append(mnemonics, origin);
+    append(kPhonemesEnd, origin);
+    afterPhonemes_ = true;
+}
+
+void EspeakText::append(char32_t character, std::size_t origin) {
+    std::array<char, U8_MAX_LENGTH> bytes{};
+    std::size_t length = 0;
+    U8_APPEND_UNSAFE(bytes, length, static_cast<UChar32>(character));
+    text_.append(bytes.data(), length);
+    origins_.push_back(origin);
+    last_ = character;
+    afterPhonemes_ = false;
+}
+
+void EspeakText::append(std::string_view ascii, std::size_t origin) {
+    for (const char character : ascii) {
+        append(static_cast<unsigned char>(character), origin);
+    }
+}
+
+} // namespace zqm::engine
