@@ -3,6 +3,7 @@
 #include "engine/characters.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <unicode/brkiter.h>
 #include <unicode/filteredbrk.h>
@@ -15,7 +16,11 @@ namespace zqm::engine {
 
 // ---- sentences
 
-// Where sentences end, by ICU's rules and its lists of abbreviations.
+// What stands before names and is missing in ICU's lists of abbreviations.
+constexpr std::array kTitles{u"Dr.",  u"St.", u"Ste.", u"Sr.",  u"Sra.", u"Dra.", u"Gen.", u"Gov.",
+                             u"Sen.", u"Hr.", u"Fr.",  u"Mme.", u"Ing.", u"Mag.", u"Dipl."};
+
+// Where sentences end, by ICU's rules and lists of abbreviations.
 struct TextPieces::Sentences {
     explicit Sentences(const std::string& language) {
         UErrorCode status = U_ZERO_ERROR;
@@ -37,6 +42,9 @@ struct TextPieces::Sentences {
         const std::unique_ptr<icu::FilteredBreakIteratorBuilder> abbreviations(
             icu::FilteredBreakIteratorBuilder::createInstance(locale, status));
         if (U_SUCCESS(status)) {
+            for (const char16_t* const title : kTitles) {
+                abbreviations->suppressBreakAfter(title, status);
+            }
             iterator.reset(abbreviations->wrapIteratorWithFilter(plain.release(), status));
         }
     }
@@ -46,18 +54,24 @@ struct TextPieces::Sentences {
 
 struct TextPieces::Window {
     std::u32string text;
-    std::vector<Word> words; // UTF-16 units count in the window
-    bool reachesEnd = false;
+    std::vector<Word> words;            // UTF-16 units count in the window
+    std::vector<std::size_t> sentences; // where one begins, but for the beginning
+    bool isLast = false;                // the text or what is allowed of it goes no further
 };
 
 Piece Piece::from(std::size_t word) const {
     const std::size_t start = words.at(word).codePoints.begin;
-    Piece rest{text.substr(start), {}, endsSentence};
+    Piece rest{text.substr(start), {}, endsSentence, {}};
     for (std::size_t index = word; index < words.size(); ++index) {
         Word moved = words[index];
         moved.codePoints.begin -= start;
         moved.codePoints.end -= start;
         rest.words.push_back(moved);
+    }
+    for (const std::size_t index : sentenceStarts) {
+        if (index >= word) {
+            rest.sentenceStarts.push_back(index - word);
+        }
     }
     return rest;
 }
@@ -111,22 +125,54 @@ bool followsClause(std::u32string_view text, std::size_t at) {
     return at > 0 && kClauseEnds.find(text[at - 1]) != std::u32string_view::npos;
 }
 
-// An abbreviation that no list knows: up to three letters and a full stop.
-bool followsShortWord(std::u32string_view text, const std::vector<Word>& words, std::size_t at) {
+// What may be an abbreviation that no list knows: a word of a few letters, and a full stop.
+bool followsShortWord(std::u32string_view text, const std::vector<Word>& words, std::size_t at,
+                      std::size_t longest) {
     while (at > 0 && isBlank(text[at - 1])) {
         --at;
     }
     const auto next = std::find_if(words.begin(), words.end(),
                                    [at](const Word& word) { return word.codePoints.end >= at; });
-    constexpr std::size_t kShort = 3;
     return at > 0 && text[at - 1] == U'.' && next != words.begin() &&
-           std::prev(next)->codePoints.end == at - 1 && std::prev(next)->codePoints.length() <= kShort;
+           std::prev(next)->codePoints.end == at - 1 && std::prev(next)->codePoints.length() <= longest;
 }
 
 bool isInsideWord(const std::vector<Word>& words, std::size_t at) {
     return std::any_of(words.begin(), words.end(), [at](const Word& word) {
         return word.codePoints.begin < at && at < word.codePoints.end;
     });
+}
+
+// What stands before the word at such a place could look like part of it if the text began there.
+std::size_t wordFrom(const std::vector<Word>& words, std::size_t at) {
+    return std::find_if(words.begin(), words.end(),
+                        [at](const Word& word) { return word.codePoints.begin >= at; })
+        ->codePoints.begin;
+}
+
+// For ICU every line is a sentence; but lines are broken inside sentences too, and spoken as if they weren't.
+icu::UnicodeString withoutLoneLineEnds(std::u32string_view text) {
+    icu::UnicodeString units;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at;
+        while (end < text.size() && isBlank(text[end])) {
+            ++end;
+        }
+        for (const bool joinsLines = !followsParagraph(text, end); at < end; ++at) {
+            units.append(joinsLines ? u' ' : static_cast<char16_t>(text[at]));
+        }
+        if (at < text.size()) {
+            units.append(static_cast<UChar32>(text[at]));
+            ++at;
+        }
+    }
+    return units;
+}
+
+// Whether one of the places, which grow, is behind the one and not behind the other.
+bool anyBetween(const std::vector<std::size_t>& places, std::size_t before, std::size_t last) {
+    const auto next = std::upper_bound(places.begin(), places.end(), before);
+    return next != places.end() && *next <= last;
 }
 
 } // namespace
@@ -138,76 +184,92 @@ TextPieces::TextPieces(std::string text, const std::string& language)
 
 TextPieces::~TextPieces() = default;
 
-TextPieces::Window TextPieces::window(std::size_t codePoints) const {
+TextPieces::Window TextPieces::window(std::size_t codePoints, std::size_t limit) const {
     Window window;
     std::size_t at = byte_;
-    while (at < text_.size() && window.text.size() < codePoints) {
+    std::size_t unit = utf16_;
+    while (at < text_.size() && unit < limit && window.text.size() < codePoints) {
         UChar32 character = 0;
         U8_NEXT_UNSAFE(text_, at, character);
+        unit += static_cast<std::size_t>(U16_LENGTH(character));
         window.text.push_back(static_cast<char32_t>(character));
     }
-    window.reachesEnd = at == text_.size();
+    window.isLast = at == text_.size() || unit >= limit;
     window.words = finder_.find(window.text);
     return window;
 }
 
-std::optional<Piece> TextPieces::next() {
-    if (byte_ == text_.size()) {
+std::optional<Piece> TextPieces::next(std::size_t limit) {
+    if (byte_ == text_.size() || utf16_ >= limit) {
         return std::nullopt;
     }
     if (insideWord_ > 0) {
-        Window part = window(std::min(insideWord_, kLongest));
+        Window part = window(std::min(insideWord_, kLongest), limit);
         part.words.clear();
         const std::size_t length = part.text.size();
         insideWord_ -= length;
-        return take(part, {length, false});
+        return take(part, {length, false}, part);
     }
-    Window window = this->window(kLongest);
-    if (window.reachesEnd) {
+    Window window = this->window(kLongest, limit);
+    if (window.isLast) {
+        // What stands behind a limit tells whether a sentence ends there.
+        constexpr std::size_t kLookAhead = 100;
         const std::size_t length = window.text.size();
-        return take(window, {length, true});
+        Window around = this->window(length + kLookAhead, kNoLimit);
+        findSentences(around);
+        return take(window, {length, around.isLast && around.text.size() == length}, around);
     }
+    findSentences(window);
     const Cut cut = placeToCut(window);
     if (cut.at == 0) {
-        return longWord();
+        return longWord(limit);
     }
-    return take(window, cut);
+    return take(window, cut, window);
 }
 
 // The window is one word, or the beginning of one: finds its end, further on.
-Piece TextPieces::longWord() {
+Piece TextPieces::longWord(std::size_t limit) {
     std::size_t length = kLongest;
     Range word;
     std::size_t units = 0;
     bool complete = false;
     while (!complete) {
         length *= 2;
-        const Window wider = window(length);
+        const Window wider = window(length, limit);
         word = wider.words.front().codePoints;
         units = wider.words.front().utf16.length();
-        complete = wider.reachesEnd || wider.words.size() > 1 || word.end + 1 < wider.text.size();
+        complete = wider.isLast || wider.words.size() > 1 || word.end + 1 < wider.text.size();
     }
-    Window first = window(kLongest);
-    const std::size_t start = utf16_;
-    first.words.clear();
-    Piece piece = take(first, {kLongest, false});
-    piece.words = {{{0, std::min(word.end, kLongest)}, {start, start + units}}};
+    Window first = window(kLongest, limit);
+    first.words = {{{0, std::min(word.end, kLongest)}, {0, units}}};
     insideWord_ = word.end - std::min(word.end, kLongest);
-    return piece;
+    return take(first, {kLongest, false}, first);
 }
 
-Piece TextPieces::take(const Window& window, Cut cut) {
+// The sentences are those of a window that may reach further than the one that is cut.
+Piece TextPieces::take(const Window& window, Cut cut, const Window& around) {
     Piece piece;
     piece.text = window.text.substr(0, cut.at);
-    piece.endsSentence = cut.endsSentence;
+    std::size_t before = 0;
     for (Word word : window.words) {
         if (word.codePoints.begin >= cut.at) {
             break;
         }
+        if (startsSentence_ || anyBetween(around.sentences, before, word.codePoints.begin)) {
+            piece.sentenceStarts.push_back(piece.words.size());
+        }
+        startsSentence_ = false;
+        before = word.codePoints.begin;
         word.utf16.begin += utf16_;
         word.utf16.end += utf16_;
         piece.words.push_back(word);
     }
+    const auto next = std::find_if(around.words.begin(), around.words.end(),
+                                   [&](const Word& word) { return word.codePoints.end > cut.at; });
+    const bool nextStartsSentence =
+        next != around.words.end() && anyBetween(around.sentences, before, next->codePoints.begin);
+    piece.endsSentence = cut.endsSentence || nextStartsSentence;
+    startsSentence_ = startsSentence_ || nextStartsSentence;
     byte_ += utf8Length(piece.text);
     utf16_ += utf16Length(piece.text);
     return piece;
@@ -215,14 +277,21 @@ Piece TextPieces::take(const Window& window, Cut cut) {
 
 // The best place in a window that the text goes beyond; 0 when it is all one word. Before the cut no word
 // can look different for what follows the window: only the last one could.
-TextPieces::Cut TextPieces::placeToCut(const Window& window) const {
+TextPieces::Cut TextPieces::placeToCut(const Window& window) {
     const std::u32string_view text = window.text;
     if (window.words.empty()) {
         const std::size_t blank = text.find_last_of(U" \n");
         return {blank == std::u32string_view::npos ? text.size() : blank + 1, false};
     }
-    if (const std::size_t end = std::max(lastParagraph(window), lastSentence(window)); end > 0) {
-        return {end, true};
+    // There are sentences to choose from, so those count that surely end.
+    constexpr std::size_t kLongestAbbreviation = 3;
+    const auto sentence =
+        std::find_if(window.sentences.rbegin(), window.sentences.rend(), [&](std::size_t at) {
+            return followsParagraph(text, at) ||
+                   !followsShortWord(text, window.words, at, kLongestAbbreviation);
+        });
+    if (sentence != window.sentences.rend()) {
+        return {*sentence, true};
     }
     if (const std::size_t start = lastWordAfter(window, followsClause); start > 0) {
         return {start, false};
@@ -235,31 +304,28 @@ TextPieces::Cut TextPieces::placeToCut(const Window& window) const {
     return {last.begin > 0 || last.end + kLookAhead > text.size() ? last.begin : last.end, false};
 }
 
-std::size_t TextPieces::lastSentence(const Window& window) const {
-    icu::UnicodeString units;
+// Only those that what follows the window can't change.
+void TextPieces::findSentences(Window& window) const {
+    const icu::UnicodeString units = withoutLoneLineEnds(window.text);
     std::vector<std::size_t> codePointAt;
-    for (const char32_t character : window.text) {
-        units.append(static_cast<UChar32>(character));
-        codePointAt.resize(static_cast<std::size_t>(units.length()),
-                           codePointAt.empty() ? 0 : codePointAt.back() + 1);
+    for (std::size_t index = 0; index < window.text.size(); ++index) {
+        codePointAt.resize(codePointAt.size() + static_cast<std::size_t>(U16_LENGTH(window.text[index])),
+                           index);
     }
     codePointAt.push_back(window.text.size());
 
+    const std::size_t last = window.words.empty() ? 0 : window.words.back().codePoints.begin;
     icu::BreakIterator& sentences = *sentences_->iterator;
     sentences.setText(units);
-    std::size_t found = 0;
-    for (std::int32_t unit = sentences.first(); unit != icu::BreakIterator::DONE; unit = sentences.next()) {
+    sentences.first();
+    for (std::int32_t unit = sentences.next(); unit != icu::BreakIterator::DONE; unit = sentences.next()) {
         const std::size_t at = codePointAt[static_cast<std::size_t>(unit)];
-        if (at <= window.words.back().codePoints.begin && !isInsideWord(window.words, at) &&
-            !followsShortWord(window.text, window.words, at)) {
-            found = at;
+        const bool isInitial =
+            followsShortWord(window.text, window.words, at, 1) && !followsParagraph(window.text, at);
+        if (at <= last && !isInsideWord(window.words, at) && !isInitial) {
+            window.sentences.push_back(isBlank(window.text[at - 1]) ? at : wordFrom(window.words, at));
         }
     }
-    return found;
-}
-
-std::size_t TextPieces::lastParagraph(const Window& window) {
-    return lastWordAfter(window, followsParagraph);
 }
 
 std::size_t TextPieces::lastWordAfter(const Window& window,

@@ -6,6 +6,7 @@
 #include "engine/words.h"
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@ struct Piece {
     std::u32string text;
     std::vector<Word> words;  // code points count in the piece, UTF-16 units in the whole text
     bool endsSentence = true; // a pause belongs behind it
+    std::vector<std::size_t> sentenceStarts{}; // indices of the words that begin a sentence
 
     // What is left from a word on, as a piece of its own.
     [[nodiscard]] Piece from(std::size_t word) const;
@@ -34,9 +36,12 @@ public:
     TextPieces(const TextPieces&) = delete;
     TextPieces& operator=(const TextPieces&) = delete;
 
+    static constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
+
     // The next piece, cut at the end of a paragraph or sentence if there is one, and never inside a word;
-    // but a word longer than a piece goes through several, and only the first lists it. None at the end.
-    std::optional<Piece> next();
+    // but a word longer than a piece goes through several, and only the first lists it. No piece goes beyond
+    // the limit, a UTF-16 unit of the text, wherever that is. None at the end, or at the limit.
+    std::optional<Piece> next(std::size_t limit = kNoLimit);
 
 private:
     struct Window;
@@ -46,18 +51,18 @@ private:
         bool endsSentence = true;
     };
 
-    [[nodiscard]] Window window(std::size_t codePoints) const;
-    Piece longWord();
-    Piece take(const Window& window, Cut cut);
-    [[nodiscard]] Cut placeToCut(const Window& window) const;
-    [[nodiscard]] std::size_t lastSentence(const Window& window) const;
-    static std::size_t lastParagraph(const Window& window);
+    [[nodiscard]] Window window(std::size_t codePoints, std::size_t limit) const;
+    [[nodiscard]] Piece longWord(std::size_t limit);
+    Piece take(const Window& window, Cut cut, const Window& around);
+    [[nodiscard]] static Cut placeToCut(const Window& window);
+    void findSentences(Window& window) const;
     static std::size_t lastWordAfter(const Window& window, bool (*follows)(std::u32string_view, std::size_t));
 
     std::string text_;
     std::size_t byte_ = 0;       // of text_, where the next piece begins
     std::size_t utf16_ = 0;      // the same place
     std::size_t insideWord_ = 0; // code points of a long word that are still to come
+    bool startsSentence_ = true; // the next word does
     WordFinder finder_;
     std::unique_ptr<Sentences> sentences_;
 };
