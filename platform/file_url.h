@@ -9,7 +9,8 @@
 
 namespace zqm::platform {
 
-// Its absolute path, with a slash behind where the URL has one. Nothing when it is no file URL of this machine.
+// Its absolute path, with a slash behind where the URL has one. Nothing when it is no file URL of this
+// machine.
 std::optional<std::string> pathOf(NSURL* url);
 
 } // namespace zqm::platform

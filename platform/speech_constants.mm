@@ -3,6 +3,7 @@
 
 #import <AppKit/NSSpeechSynthesizer.h>
 
+#include "platform/speech_strings.h"
 #include "platform/voice_strings.h"
 
 NSVoiceAttributeKey const NSVoiceName = ZQM_VOICE_NAME;
@@ -19,54 +20,54 @@ NSVoiceGenderName const NSVoiceGenderNeuter = ZQM_VOICE_GENDER_NEUTER;
 NSVoiceGenderName const NSVoiceGenderMale = ZQM_VOICE_GENDER_MALE;
 NSVoiceGenderName const NSVoiceGenderFemale = ZQM_VOICE_GENDER_FEMALE;
 
-NSSpeechPropertyKey const NSSpeechStatusProperty = @"stat";
-NSSpeechPropertyKey const NSSpeechErrorsProperty = @"erro";
-NSSpeechPropertyKey const NSSpeechInputModeProperty = @"inpt";
-NSSpeechPropertyKey const NSSpeechCharacterModeProperty = @"char";
-NSSpeechPropertyKey const NSSpeechNumberModeProperty = @"nmbr";
-NSSpeechPropertyKey const NSSpeechRateProperty = @"rate";
-NSSpeechPropertyKey const NSSpeechPitchBaseProperty = @"pbas";
-NSSpeechPropertyKey const NSSpeechPitchModProperty = @"pmod";
-NSSpeechPropertyKey const NSSpeechVolumeProperty = @"volm";
-NSSpeechPropertyKey const NSSpeechSynthesizerInfoProperty = @"vers";
-NSSpeechPropertyKey const NSSpeechRecentSyncProperty = @"sync";
-NSSpeechPropertyKey const NSSpeechPhonemeSymbolsProperty = @"phsy";
-NSSpeechPropertyKey const NSSpeechCurrentVoiceProperty = @"cvox";
-NSSpeechPropertyKey const NSSpeechCommandDelimiterProperty = @"dlim";
-NSSpeechPropertyKey const NSSpeechResetProperty = @"rset";
-NSSpeechPropertyKey const NSSpeechOutputToFileURLProperty = @"opaf";
+NSSpeechPropertyKey const NSSpeechStatusProperty = ZQM_SPEECH_STATUS_PROPERTY;
+NSSpeechPropertyKey const NSSpeechErrorsProperty = ZQM_SPEECH_ERRORS_PROPERTY;
+NSSpeechPropertyKey const NSSpeechInputModeProperty = ZQM_SPEECH_INPUT_MODE_PROPERTY;
+NSSpeechPropertyKey const NSSpeechCharacterModeProperty = ZQM_SPEECH_CHARACTER_MODE_PROPERTY;
+NSSpeechPropertyKey const NSSpeechNumberModeProperty = ZQM_SPEECH_NUMBER_MODE_PROPERTY;
+NSSpeechPropertyKey const NSSpeechRateProperty = ZQM_SPEECH_RATE_PROPERTY;
+NSSpeechPropertyKey const NSSpeechPitchBaseProperty = ZQM_SPEECH_PITCH_BASE_PROPERTY;
+NSSpeechPropertyKey const NSSpeechPitchModProperty = ZQM_SPEECH_PITCH_MOD_PROPERTY;
+NSSpeechPropertyKey const NSSpeechVolumeProperty = ZQM_SPEECH_VOLUME_PROPERTY;
+NSSpeechPropertyKey const NSSpeechSynthesizerInfoProperty = ZQM_SPEECH_SYNTHESIZER_INFO_PROPERTY;
+NSSpeechPropertyKey const NSSpeechRecentSyncProperty = ZQM_SPEECH_RECENT_SYNC_PROPERTY;
+NSSpeechPropertyKey const NSSpeechPhonemeSymbolsProperty = ZQM_SPEECH_PHONEME_SYMBOLS_PROPERTY;
+NSSpeechPropertyKey const NSSpeechCurrentVoiceProperty = ZQM_SPEECH_CURRENT_VOICE_PROPERTY;
+NSSpeechPropertyKey const NSSpeechCommandDelimiterProperty = ZQM_SPEECH_COMMAND_DELIMITER_PROPERTY;
+NSSpeechPropertyKey const NSSpeechResetProperty = ZQM_SPEECH_RESET_PROPERTY;
+NSSpeechPropertyKey const NSSpeechOutputToFileURLProperty = ZQM_SPEECH_OUTPUT_TO_FILE_URL_PROPERTY;
 
-NSSpeechMode const NSSpeechModeText = @"TEXT";
-NSSpeechMode const NSSpeechModePhoneme = @"PHON";
-NSSpeechMode const NSSpeechModeNormal = @"NORM";
-NSSpeechMode const NSSpeechModeLiteral = @"LTRL";
+NSSpeechMode const NSSpeechModeText = ZQM_SPEECH_MODE_TEXT;
+NSSpeechMode const NSSpeechModePhoneme = ZQM_SPEECH_MODE_PHONEME;
+NSSpeechMode const NSSpeechModeNormal = ZQM_SPEECH_MODE_NORMAL;
+NSSpeechMode const NSSpeechModeLiteral = ZQM_SPEECH_MODE_LITERAL;
 
-NSSpeechStatusKey const NSSpeechStatusOutputBusy = @"OutputBusy";
-NSSpeechStatusKey const NSSpeechStatusOutputPaused = @"OutputPaused";
-NSSpeechStatusKey const NSSpeechStatusNumberOfCharactersLeft = @"NumberOfCharactersLeft";
-NSSpeechStatusKey const NSSpeechStatusPhonemeCode = @"PhonemeCode";
+NSSpeechStatusKey const NSSpeechStatusOutputBusy = ZQM_SPEECH_STATUS_OUTPUT_BUSY;
+NSSpeechStatusKey const NSSpeechStatusOutputPaused = ZQM_SPEECH_STATUS_OUTPUT_PAUSED;
+NSSpeechStatusKey const NSSpeechStatusNumberOfCharactersLeft = ZQM_SPEECH_STATUS_NUMBER_OF_CHARACTERS_LEFT;
+NSSpeechStatusKey const NSSpeechStatusPhonemeCode = ZQM_SPEECH_STATUS_PHONEME_CODE;
 
-NSSpeechErrorKey const NSSpeechErrorCount = @"ErrorCount";
-NSSpeechErrorKey const NSSpeechErrorOldestCode = @"ErrorOldestCode";
-NSSpeechErrorKey const NSSpeechErrorOldestCharacterOffset = @"ErrorOldestCharacterOffset";
-NSSpeechErrorKey const NSSpeechErrorNewestCode = @"ErrorNewestCode";
-NSSpeechErrorKey const NSSpeechErrorNewestCharacterOffset = @"ErrorNewestCharacterOffset";
+NSSpeechErrorKey const NSSpeechErrorCount = ZQM_SPEECH_ERROR_COUNT;
+NSSpeechErrorKey const NSSpeechErrorOldestCode = ZQM_SPEECH_ERROR_OLDEST_CODE;
+NSSpeechErrorKey const NSSpeechErrorOldestCharacterOffset = ZQM_SPEECH_ERROR_OLDEST_CHARACTER_OFFSET;
+NSSpeechErrorKey const NSSpeechErrorNewestCode = ZQM_SPEECH_ERROR_NEWEST_CODE;
+NSSpeechErrorKey const NSSpeechErrorNewestCharacterOffset = ZQM_SPEECH_ERROR_NEWEST_CHARACTER_OFFSET;
 
-NSSpeechSynthesizerInfoKey const NSSpeechSynthesizerInfoIdentifier = @"SynthesizerInfoIdentifier";
-NSSpeechSynthesizerInfoKey const NSSpeechSynthesizerInfoVersion = @"SynthesizerInfoVersion";
+NSSpeechSynthesizerInfoKey const NSSpeechSynthesizerInfoIdentifier = ZQM_SPEECH_SYNTHESIZER_INFO_IDENTIFIER;
+NSSpeechSynthesizerInfoKey const NSSpeechSynthesizerInfoVersion = ZQM_SPEECH_SYNTHESIZER_INFO_VERSION;
 
-NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoOpcode = @"Opcode";
-NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoSymbol = @"Symbol";
-NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoExample = @"Example";
-NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoHiliteStart = @"HiliteStart";
-NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoHiliteEnd = @"HiliteEnd";
+NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoOpcode = ZQM_SPEECH_PHONEME_INFO_OPCODE;
+NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoSymbol = ZQM_SPEECH_PHONEME_INFO_SYMBOL;
+NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoExample = ZQM_SPEECH_PHONEME_INFO_EXAMPLE;
+NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoHiliteStart = ZQM_SPEECH_PHONEME_INFO_HILITE_START;
+NSSpeechPhonemeInfoKey const NSSpeechPhonemeInfoHiliteEnd = ZQM_SPEECH_PHONEME_INFO_HILITE_END;
 
-NSSpeechCommandDelimiterKey const NSSpeechCommandPrefix = @"CommandPrefix";
-NSSpeechCommandDelimiterKey const NSSpeechCommandSuffix = @"CommandSuffix";
+NSSpeechCommandDelimiterKey const NSSpeechCommandPrefix = ZQM_SPEECH_COMMAND_PREFIX;
+NSSpeechCommandDelimiterKey const NSSpeechCommandSuffix = ZQM_SPEECH_COMMAND_SUFFIX;
 
-NSSpeechDictionaryKey const NSSpeechDictionaryLocaleIdentifier = @"DictionaryLocaleIdentifier";
-NSSpeechDictionaryKey const NSSpeechDictionaryModificationDate = @"DictionaryModificationDate";
-NSSpeechDictionaryKey const NSSpeechDictionaryPronunciations = @"DictionaryPronunciations";
-NSSpeechDictionaryKey const NSSpeechDictionaryAbbreviations = @"DictionaryAbbreviations";
-NSSpeechDictionaryKey const NSSpeechDictionaryEntrySpelling = @"DictionaryEntrySpelling";
-NSSpeechDictionaryKey const NSSpeechDictionaryEntryPhonemes = @"DictionaryEntryPhonemes";
+NSSpeechDictionaryKey const NSSpeechDictionaryLocaleIdentifier = ZQM_SPEECH_DICTIONARY_LOCALE_IDENTIFIER;
+NSSpeechDictionaryKey const NSSpeechDictionaryModificationDate = ZQM_SPEECH_DICTIONARY_MODIFICATION_DATE;
+NSSpeechDictionaryKey const NSSpeechDictionaryPronunciations = ZQM_SPEECH_DICTIONARY_PRONUNCIATIONS;
+NSSpeechDictionaryKey const NSSpeechDictionaryAbbreviations = ZQM_SPEECH_DICTIONARY_ABBREVIATIONS;
+NSSpeechDictionaryKey const NSSpeechDictionaryEntrySpelling = ZQM_SPEECH_DICTIONARY_ENTRY_SPELLING;
+NSSpeechDictionaryKey const NSSpeechDictionaryEntryPhonemes = ZQM_SPEECH_DICTIONARY_ENTRY_PHONEMES;

@@ -35,8 +35,9 @@ bool isNothing(id value) {
     return value == nil || [value isKindOfClass:[NSNull class]];
 }
 
-template <typename Class> Class* as(id value, Class* none = nil) {
-    return [value isKindOfClass:[Class class]] ? value : none;
+template <typename Kind>
+Kind* as(id value) {
+    return [value isKindOfClass:[Kind class]] ? value : nil;
 }
 
 NSNumber* number(double value) {
@@ -51,7 +52,8 @@ NSNumber* integer(long long value) {
 
 constexpr double kMost = std::numeric_limits<double>::max();
 
-template <std::optional<double> Manner::*Member> id readNumber(PropertyOwner& owner) {
+template <std::optional<double> Manner::*Member>
+id readNumber(PropertyOwner& owner) {
     return number(*(owner.manner().*Member));
 }
 
@@ -68,7 +70,8 @@ Outcome writeNumber(PropertyOwner& owner, id value) {
     return std::nullopt;
 }
 
-template <typename Mode> struct ModeName {
+template <typename Mode>
+struct ModeName {
     Mode mode;
     NSString* name;
 };
@@ -85,7 +88,8 @@ std::span<const ModeName<SpellingMode>> namesOf(SpellingMode) {
     return names;
 }
 
-template <auto Member> id readMode(PropertyOwner& owner) {
+template <auto Member>
+id readMode(PropertyOwner& owner) {
     const auto mode = *(owner.manner().*Member);
     for (const auto& each : namesOf(mode)) {
         if (each.mode == mode) {
@@ -95,9 +99,10 @@ template <auto Member> id readMode(PropertyOwner& owner) {
     return nil;
 }
 
-template <auto Member> Outcome writeMode(PropertyOwner& owner, id value) {
+template <auto Member>
+Outcome writeMode(PropertyOwner& owner, id value) {
     Manner change;
-    for (const auto& each : namesOf(*owner.manner().*Member)) {
+    for (const auto& each : namesOf(*(owner.manner().*Member))) {
         if ([each.name isEqual:value]) {
             change.*Member = each.mode;
             owner.change(change);
@@ -111,13 +116,13 @@ template <auto Member> Outcome writeMode(PropertyOwner& owner, id value) {
 
 id readStatus(PropertyOwner& owner) {
     const SpeechStatus status = owner.status();
-    return [NSDictionary
-        dictionaryWithObjectsAndKeys:integer(status.isSpeaking && !status.isPaused),
-                                     ZQM_SPEECH_STATUS_OUTPUT_BUSY, integer(status.isPaused),
-                                     ZQM_SPEECH_STATUS_OUTPUT_PAUSED,
-                                     integer(static_cast<long long>(status.charactersLeft)),
-                                     ZQM_SPEECH_STATUS_NUMBER_OF_CHARACTERS_LEFT, integer(status.phoneme),
-                                     ZQM_SPEECH_STATUS_PHONEME_CODE, nil];
+    return [NSDictionary dictionaryWithObjectsAndKeys:integer(status.isSpeaking && !status.isPaused),
+                                                      ZQM_SPEECH_STATUS_OUTPUT_BUSY, integer(status.isPaused),
+                                                      ZQM_SPEECH_STATUS_OUTPUT_PAUSED,
+                                                      integer(static_cast<long long>(status.charactersLeft)),
+                                                      ZQM_SPEECH_STATUS_NUMBER_OF_CHARACTERS_LEFT,
+                                                      integer(status.phoneme), ZQM_SPEECH_STATUS_PHONEME_CODE,
+                                                      nil];
 }
 
 id readErrors(PropertyOwner& owner) {
@@ -140,25 +145,25 @@ id readRecentSync(PropertyOwner& owner) {
 
 id readSynthesizerInfo(PropertyOwner&) {
     const EngineInfo info = engineInfo();
-    return [NSDictionary dictionaryWithObjectsAndKeys:stringOf(info.name),
-                                                      ZQM_SPEECH_SYNTHESIZER_INFO_IDENTIFIER,
-                                                      stringOf(info.version),
-                                                      ZQM_SPEECH_SYNTHESIZER_INFO_VERSION, nil];
+    return [NSDictionary
+        dictionaryWithObjectsAndKeys:stringOf(info.name), ZQM_SPEECH_SYNTHESIZER_INFO_IDENTIFIER,
+                                     stringOf(info.version), ZQM_SPEECH_SYNTHESIZER_INFO_VERSION, nil];
 }
 
 id readPhonemeSymbols(PropertyOwner&) {
     NSMutableArray* const symbols = [NSMutableArray array];
     for (const protocol::PhonemeSymbol& symbol : protocol::phonemeSymbols()) {
-        [symbols addObject:[NSDictionary dictionaryWithObjectsAndKeys:
-                                             integer(symbol.opcode), ZQM_SPEECH_PHONEME_INFO_OPCODE,
-                                             stringOf(std::string(symbol.symbol)),
-                                             ZQM_SPEECH_PHONEME_INFO_SYMBOL,
-                                             stringOf(std::string(symbol.example)),
-                                             ZQM_SPEECH_PHONEME_INFO_EXAMPLE,
-                                             integer(static_cast<long long>(symbol.hiliteStart)),
-                                             ZQM_SPEECH_PHONEME_INFO_HILITE_START,
-                                             integer(static_cast<long long>(symbol.hiliteEnd)),
-                                             ZQM_SPEECH_PHONEME_INFO_HILITE_END, nil]];
+        [symbols
+            addObject:[NSDictionary
+                          dictionaryWithObjectsAndKeys:integer(symbol.opcode), ZQM_SPEECH_PHONEME_INFO_OPCODE,
+                                                       stringOf(std::string(symbol.symbol)),
+                                                       ZQM_SPEECH_PHONEME_INFO_SYMBOL,
+                                                       stringOf(std::string(symbol.example)),
+                                                       ZQM_SPEECH_PHONEME_INFO_EXAMPLE,
+                                                       integer(static_cast<long long>(symbol.hiliteStart)),
+                                                       ZQM_SPEECH_PHONEME_INFO_HILITE_START,
+                                                       integer(static_cast<long long>(symbol.hiliteEnd)),
+                                                       ZQM_SPEECH_PHONEME_INFO_HILITE_END, nil]];
     }
     return symbols;
 }
@@ -222,12 +227,12 @@ Outcome writeOutput(PropertyOwner& owner, id value) {
 
 struct Property {
     NSString* key;
-    id (*read)(PropertyOwner& owner);                   // null: write-only
-    Outcome (*write)(PropertyOwner& owner, id value);   // null: read-only
-    NSString* takes;                                    // for people
+    id (*read)(PropertyOwner& owner);                 // null: write-only
+    Outcome (*write)(PropertyOwner& owner, id value); // null: read-only
+    NSString* takes;                                  // for people
 };
 
-constexpr double kLeastRate = 1;
+constexpr double kLeastRate = 1.0;
 
 const Property kProperties[] = {
     {ZQM_SPEECH_STATUS_PROPERTY, readStatus, nullptr, nil},
@@ -240,11 +245,11 @@ const Property kProperties[] = {
      @"\"NORM\" or \"LTRL\""},
     {ZQM_SPEECH_RATE_PROPERTY, readNumber<&Manner::rate>, writeNumber<&Manner::rate, kLeastRate, kMost>,
      @"a number of words a minute"},
-    {ZQM_SPEECH_PITCH_BASE_PROPERTY, readNumber<&Manner::pitchBase>, writeNumber<&Manner::pitchBase, 1, 127>,
-     @"a number from 1 to 127"},
+    {ZQM_SPEECH_PITCH_BASE_PROPERTY, readNumber<&Manner::pitchBase>,
+     writeNumber<&Manner::pitchBase, 1.0, 127.0>, @"a number from 1 to 127"},
     {ZQM_SPEECH_PITCH_MOD_PROPERTY, readNumber<&Manner::pitchModulation>,
-     writeNumber<&Manner::pitchModulation, 0, 127>, @"a number from 0 to 127"},
-    {ZQM_SPEECH_VOLUME_PROPERTY, readNumber<&Manner::volume>, writeNumber<&Manner::volume, 0, 1>,
+     writeNumber<&Manner::pitchModulation, 0.0, 127.0>, @"a number from 0 to 127"},
+    {ZQM_SPEECH_VOLUME_PROPERTY, readNumber<&Manner::volume>, writeNumber<&Manner::volume, 0.0, 1.0>,
      @"a number from 0 to 1"},
     {ZQM_SPEECH_SYNTHESIZER_INFO_PROPERTY, readSynthesizerInfo, nullptr, nil},
     {ZQM_SPEECH_RECENT_SYNC_PROPERTY, readRecentSync, nullptr, nil},

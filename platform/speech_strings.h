@@ -1,4 +1,5 @@
-// The strings of the speech constants, for the library's own use; see voice_strings.h for why they are macros.
+// The strings of the speech constants, for the library's own use; see voice_strings.h for why they are
+// macros.
 
 #pragma once
 

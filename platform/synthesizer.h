@@ -17,7 +17,8 @@ namespace zqm::platform {
 class Synthesizer final : public EventSource, public PropertyOwner {
 public:
     // The object is the one that programs see. The voice is one of the catalogue.
-    Synthesizer(NSSpeechSynthesizer* object, const protocol::Voice& voice) : object_(object), voice_(&voice) {}
+    Synthesizer(NSSpeechSynthesizer* object, const protocol::Voice& voice)
+        : object_(object), voice_(&voice) {}
     Synthesizer(const Synthesizer&) = delete;
     Synthesizer& operator=(const Synthesizer&) = delete;
     ~Synthesizer() override;

@@ -58,7 +58,8 @@ Manner ownManner(const protocol::Voice& voice) {
 } // namespace
 
 const protocol::Voice* voiceNamed(NSString* identifier) {
-    return identifier != nil ? findVoice(utf8Of(identifier)) : voiceForLocale(availableVoices(), messageLocale());
+    return identifier != nil ? findVoice(utf8Of(identifier))
+                             : voiceForLocale(availableVoices(), messageLocale());
 }
 
 Synthesizer::~Synthesizer() {

@@ -52,7 +52,8 @@ std::optional<std::string> universalTime(std::string_view date) {
     const seconds second(number(17, 2));
     const hours zoneHour(number(kSign + 1, 2));
     const minutes zoneMinute(number(kSign + 3, 2));
-    const bool isTime = hour < days(1) && minute < hours(1) && second <= minutes(1) && // a leap second included
+    const bool isTime = hour < days(1) && minute < hours(1) &&
+                        second <= minutes(1) && // a leap second included
                         zoneHour < days(1) && zoneMinute < hours(1);
     if (!day.ok() || givenYear < kFirstYear || givenYear > kLastYear || !isTime) {
         return std::nullopt;

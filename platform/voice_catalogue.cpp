@@ -22,7 +22,7 @@ struct LanguageAlias {
 };
 constexpr auto kAliases = std::to_array<LanguageAlias>({{"no", "nb"}, {"zh", "cmn"}});
 
-std::optional<std::vector<Voice>> askEngine() {
+std::optional<protocol::Voices> askEngine() {
     std::string error;
     const auto link = EngineLink::open(error);
     if (!link) {
@@ -33,7 +33,7 @@ std::optional<std::vector<Voice>> askEngine() {
     if (link->send(protocol::ListVoices{}, {}, deadline) &&
         link->wait(event, deadline) == EngineLink::Input::Event) {
         if (auto* const voices = std::get_if<protocol::Voices>(&event)) {
-            return std::move(voices->voices);
+            return std::move(*voices);
         }
     }
     link->kill();
@@ -61,10 +61,8 @@ std::string languageOfLocale(std::string_view locale) {
     return language;
 }
 
-} // namespace
-
-const std::vector<Voice>& availableVoices() {
-    static std::vector<Voice> voices;
+const protocol::Voices& catalogue() {
+    static protocol::Voices voices;
     static bool known = false;
     if (!known) {
         if (auto answer = askEngine()) {
@@ -73,6 +71,16 @@ const std::vector<Voice>& availableVoices() {
         }
     }
     return voices;
+}
+
+} // namespace
+
+const std::vector<Voice>& availableVoices() {
+    return catalogue().voices;
+}
+
+EngineInfo engineInfo() {
+    return {catalogue().synthesizer, catalogue().version};
 }
 
 const Voice* findVoice(std::string_view identifier) {

@@ -15,6 +15,13 @@ namespace zqm::platform {
 // is asked again the next time.
 const std::vector<protocol::Voice>& availableVoices();
 
+// What the engine is called; empty when it did not say, and while none answers.
+struct EngineInfo {
+    std::string name;
+    std::string version;
+};
+EngineInfo engineInfo();
+
 // Null: there is none of that identifier.
 const protocol::Voice* findVoice(std::string_view identifier);
 
