@@ -1,0 +1,268 @@
+#include "engine/phoneme_tables.h"
+
+namespace zqm::engine {
+
+namespace {
+
+// Parts of phonemes count too: what isn't listed is taken apart, "uI" into "u" and "I", and a sign behind a
+// letter ("t;", "i2", "a:") that no row knows changes nothing.
+constexpr PhonemeRow kCommon[] = {
+    // Pauses; the shorter ones part words that no listener hears as parted.
+    {"_:", "%"},
+    {"_::", "%"},
+    {"_!", "%"},
+    {"_", ""},
+    {"_|", ""},
+    {"||", ""},
+    {"_^_", ""},
+    {"_;_", ""},
+    {"_X1", ""},
+    // Signs that change the phoneme before or after them.
+    {":", ""},
+    {";", ""},
+    {"-", ""},
+    {">", ""},
+    {"!", ""},
+    {"~", ""},
+    {"#", ""},
+    {"1", ""},
+    // Consonants
+    {"b", "b"},
+    {"tS", "C"},
+    {"tS;", "C"},
+    {"ts;", "C"},
+    {"ts.", "C"},
+    {"t_s\\", "C"},
+    {"tS;h", "C"},
+    {"ts.h", "C"},
+    {"c", "C"},
+    {"d", "d"},
+    {"D", "D"},
+    {"f", "f"},
+    {"p\\", "f"},
+    {"g", "g"},
+    {"Q", "g"},
+    {"Q\"", "g"},
+    {"G", "g"},
+    {"gH", "g"},
+    {"h", "h"},
+    {"H", "h"},
+    {"x", "h"},
+    {"X", "h"},
+    {"<h>", "h"},
+    {"#X", "h"},
+    {"dZ", "J"},
+    {"dZ;", "J"},
+    {"dz;", "J"},
+    {"dz.", "J"},
+    {"d_z\\", "J"},
+    {"J", "J"},
+    {"k", "k"},
+    {"q", "k"},
+    {"?", "k"},
+    {"kh", "k"},
+    {"k_h", "k"},
+    {"l", "l"},
+    {"L", "l"},
+    {"l.", "l"},
+    {"ll", "l"},
+    {"K", "l"},
+    {"l-", ">l"},
+    {"m", "m"},
+    {"m-", ">m"},
+    {"n", "n"},
+    {"n-", ">n"},
+    {"N", "N"},
+    {"N\\", "N"},
+    {"N-", ">N"},
+    {"ng", "N"},
+    {"p", "p"},
+    {"ph", "p"},
+    {"p_h", "p"},
+    {"P", "p"},
+    {"r", "r"},
+    {"R", "r"},
+    {"*", "r"},
+    {"**", "r"},
+    {"rR", "r"},
+    {"r-", "UXr"},
+    {"R^", "rZ"},
+    {"s", "s"},
+    {"ss", "s"},
+    {"hs", "s"},
+    {"S", "S"},
+    {"S;", "S"},
+    {"s.", "S"},
+    {"s;", "S"},
+    {"s\\", "S"},
+    {"sx", "S"},
+    {"C", "S"},
+    {"t", "t"},
+    {"th", "t"},
+    {"ht", "t"},
+    {"t_h", "t"},
+    {"ts", "ts"},
+    {"t_s", "ts"},
+    {"tsh", "ts"},
+    {"tz", "ts"},
+    {"TS", "ts"},
+    {"T", "T"},
+    {"v", "v"},
+    {"B", "v"},
+    {"w", "w"},
+    {"w#", "hw"},
+    {"j", "y"},
+    {"_j", "y"},
+    {"J^", "y"},
+    {"z", "z"},
+    {"z#", "s"},
+    {"Z", "Z"},
+    {"z.", "Z"},
+    {"z;", "Z"},
+    {"Z;", "Z"},
+    {"l^", "ly"},
+    {"n^", "ny"},
+    // Vowels
+    {"i", "IY"},
+    {"i:", "IY"},
+    {"I", "IH"},
+    {"I#", "IX"},
+    {"i\"", "IX"},
+    {"i.", "IX"},
+    {"i[", "IX"},
+    {"e", "EH"},
+    {"e:", "EY"},
+    {"E", "EH"},
+    {"&", "AE"},
+    {"a", "AA"},
+    {"a:", "AA"},
+    {"A", "AA"},
+    {"A:", "AA"},
+    {"aa", "AA"},
+    {"a#", "UX"},
+    {"V", "UX"},
+    {"@", "AX"},
+    {"3", "AX"},
+    {"3:", "UX"},
+    {"0", "AO"},
+    {"O", "AO"},
+    {"O:", "AO"},
+    {"o", "OW"},
+    {"o:", "OW"},
+    {"o-", "UX"},
+    {"o-:", "UX"},
+    {"U", "UH"},
+    {"u", "UW"},
+    {"u:", "UW"},
+    {"u-", "UW"},
+    {"u-:", "UW"},
+    {"y", "UW"},
+    {"Y", "UH"},
+    {"8", "UH"},
+    {"W", "UX"},
+    {"ee", "EH"},
+    {"oe", "UX"},
+    {"eo", "UH"},
+    {"@r", "UXr"},
+    // Diphthongs
+    {"aI", "AY"},
+    {"ai", "AY"},
+    {"AI", "AY"},
+    {"AY", "AY"},
+    {"aY", "AY"},
+    {"eI", "EY"},
+    {"ei", "EY"},
+    {"EI", "EY"},
+    {"OI", "OY"},
+    {"OY", "OY"},
+    {"oI", "OY"},
+    {"oi", "OY"},
+    {"Oi", "OY"},
+    {"aU", "AW"},
+    {"au", "AW"},
+    {"AU", "AW"},
+    {"Au", "AW"},
+    {"oU", "OW"},
+    {"OU", "OW"},
+    {"ou", "OW"},
+    {"@U", "OW"},
+    // Vowels through the nose, as English takes them over
+    {"a~", "AAN"},
+    {"A~", "AAN"},
+    {"&~", "UXN"},
+    {"0~", "AON"},
+    {"E~", "AEN"},
+    {"e~", "EYN"},
+    {"i~", "IYN"},
+    {"I~", "IHN"},
+    {"O~", "AON"},
+    {"o~", "OWN"},
+    {"u~", "UWN"},
+    {"U~", "UHN"},
+    {"V~", "UXN"},
+    {"W~", "UXN"},
+    {"y~", "IXN"},
+    {"aI~", "AYN"},
+    {"aU~", "AWN"},
+    {"oI~", "OYN"},
+    {"&U~", "AWN"},
+};
+
+constexpr PhonemeRow kEnglish[] = {
+    {"r", "r"},       {"r-", "<r"},   {";", ""},       {"j", "y"},      {"?", ">>t"},   {"t", "t"},
+    {"t#", "t"},      {"t2", "<<t"},  {"t[", ">t"},    {"d#", "t"},     {"x", ">h"},    {"l#", ">>l"},
+    {"a", "AE"},      {"a2", "AE"},   {"aa", ">AE"},   {"a#", ">AX"},   {"@", "AX"},    {"@2", "<AX"},
+    {"@-", "<<AX"},   {"3", ">>AX"},  {"@L", "AXl"},   {"@5", "<UH"},   {"U", "UH"},    {"V", "UX"},
+    {"3:", ">UX"},    {"VR", ">UXr"}, {"IR", ">AXr"},  {"I", "IH"},     {"I2", "IX"},   {"I#", "<IX"},
+    {"I2#", ">IX"},   {"i", "<IY"},   {"i:", "IY"},    {"E", "EH"},     {"e#", "EH"},   {"e:", ">EY"},
+    {"e", "<EH"},     {"A:", "AA"},   {"A#", "AA"},    {"A@", ">AA"},   {"A~", "AAn"},  {"0", "AO"},
+    {"02", "AO"},     {"O2", "<AO"},  {"O", "<<AO"},   {"O:", ">AO"},   {"O@", ">>AO"}, {"o@", ">>>AO"},
+    {"O~", "AOn"},    {"o:", ">OW"},  {"o", "<OW"},    {"oU", "OW"},    {"oU#", "OW"},  {"u:", "UW"},
+    {"u", "<UW"},     {"e@", "EHAX"}, {"i@", "IYAX"},  {"i@3", "IHAX"}, {"U@", "UHAX"}, {"aI@", "AYAX"},
+    {"aI3", "<AYAX"}, {"aI2", "<AY"}, {"aU@", "AWAX"},
+};
+
+// America says the r that Britain drops.
+constexpr PhonemeRow kAmerican[] = {
+    {"3", "AXr"},  {"3:", "UXr"},  {"A@", "AAr"}, {"O@", "AOr"},    {"o@", "OWr"},
+    {"e@", "EHr"}, {"i@3", "IHr"}, {"U@", "UHr"}, {"aI3", "AYAXr"}, {"aU@", "AWAXr"},
+    {"I#", "IX"},  {"I2", "<IX"},  {"02", "UX"},  {"@2", "<IX_"},
+};
+
+// A schwa at the end of a word turns into another vowel, but for this one.
+constexpr PhonemeRow kScottish[] = {{"@2", "AX"}, {"@2", "IX_"}};
+
+// "the", which ends in another vowel before a vowel. These sets have no other word that ends so.
+constexpr PhonemeRow kReceived[] = {{"@2", "IX_"}};
+constexpr PhonemeRow kNewYork[] = {{"I#", "IX"}, {"I2", "<IX"}, {"02", "UX"}, {"@2", "<IX_"}};
+
+constexpr PhonemeTable kTables[] = {
+    {"en", "", kEnglish},       {"en-n", "en", {}},         {"en-rp", "en", kReceived},
+    {"en-sc", "en", kScottish}, {"en-us", "en", kAmerican}, {"en-us-nyc", "en", kNewYork},
+    {"en-wi", "en", {}},        {"en-wm", "en", {}},        {"qdb", "en", {}},
+};
+
+constexpr PhonemeRow kSubstitutes[] = {
+    {"@", "_:"},         {"AE", "& E a"},        {"EY", "eI ei e: e"},
+    {"AO", "O O: 0 o"},  {"AX", "@ V a"},        {"IY", "i: i"},
+    {"EH", "E e"},       {"IH", "I i"},          {"AY", "aI ai a+i"},
+    {"IX", "I i"},       {"AA", "A: a: A a"},    {"UW", "u: u"},
+    {"UH", "U u"},       {"UX", "V a# @ a"},     {"OW", "oU ou o: o"},
+    {"AW", "aU au a+u"}, {"OY", "OI oI oi o+i"},
+};
+
+} // namespace
+
+std::span<const PhonemeTable> phonemeTables() {
+    return kTables;
+}
+
+std::span<const PhonemeRow> commonPhonemes() {
+    return kCommon;
+}
+
+std::span<const PhonemeRow> symbolSubstitutes() {
+    return kSubstitutes;
+}
+
+} // namespace zqm::engine

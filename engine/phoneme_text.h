@@ -1,0 +1,42 @@
+// Text in phoneme symbols: prosody marks, punctuation and all, as programs read and write it.
+
+#pragma once
+
+#include "engine/phoneme_set.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zqm::engine {
+
+// What espeak_TextToPhonemes is to put between phonemes, so that their names can be told apart.
+constexpr char kPhonemeSeparator = '\x1F';
+constexpr int kPhonemeMode = kPhonemeSeparator << 8;
+
+// The words of a clause as symbols, out of what espeak_TextToPhonemes says of it in kPhonemeMode, without a
+// mark of punctuation at the end.
+std::string symbolText(std::string_view phonemes, const PhonemeSet& set);
+
+// What stands for a mark of punctuation of any script among symbols: one of . , ; : ! ? or a zero byte.
+char punctuationFor(char32_t character);
+
+struct SymbolMistake {
+    std::size_t at; // code point
+    std::string message;
+
+    bool operator==(const SymbolMistake&) const = default;
+};
+
+// A text for espeak-ng, to be spoken with espeakPHONEMES.
+struct PhonemeInput {
+    std::string text;                // ASCII
+    std::vector<std::size_t> origin; // of each character, the code point that it comes from
+    std::vector<SymbolMistake> mistakes;
+};
+
+// What isn't a symbol is left out and told as a mistake.
+PhonemeInput phonemeInput(std::u32string_view symbols, const PhonemeSet& set);
+
+} // namespace zqm::engine
