@@ -58,9 +58,7 @@ int Engine::run() {
         loop_.run(utterance_ ? utterance_->idleTime() : kForever);
         if (utterance_ && !exitCode_) {
             utterance_->advance();
-            if (utterance_->isOver()) {
-                utterance_.reset();
-            }
+            dropIfOver();
         }
         flush();
     }
@@ -129,7 +127,7 @@ void Engine::handle(const protocol::ListVoices&) {
 
 void Engine::handle(protocol::Speak& request) {
     if (utterance_) {
-        utterance_->stop();
+        utterance_->stop(protocol::Boundary::Immediate);
         utterance_.reset();
     }
     protocol::Descriptor file;
@@ -155,34 +153,49 @@ void Engine::handle(protocol::Speak& request) {
         report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
         return;
     }
-    speaker_.setManner(request.manner);
     if (!output && !request.text.empty()) {
         output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
     }
-    utterance_.emplace(request, *voice, speaker_, std::move(output),
+    utterance_.emplace(std::move(request), *voice, speaker_, std::move(output),
                        [this](const protocol::Event& event) { report(event); });
     utterance_->advance();
+    dropIfOver();
+}
+
+void Engine::dropIfOver() {
     if (utterance_->isOver()) {
         utterance_.reset();
     }
 }
 
+bool Engine::isSpeaking(std::uint64_t utterance) const {
+    return utterance_ && utterance_->number() == utterance;
+}
+
 void Engine::handle(const protocol::Stop& request) {
-    if (utterance_ && utterance_->number() == request.utterance) {
-        utterance_->stop();
-        utterance_.reset();
+    if (isSpeaking(request.utterance)) {
+        utterance_->stop(request.boundary);
+        dropIfOver();
     }
 }
 
 void Engine::handle(const protocol::Adjust& request) {
-    if (utterance_ && utterance_->number() == request.utterance) {
-        utterance_->adjust(request);
+    if (isSpeaking(request.utterance)) {
+        utterance_->adjust(request.manner);
     }
 }
 
-void Engine::handle(const protocol::Pause&) {}
+void Engine::handle(const protocol::Pause& request) {
+    if (isSpeaking(request.utterance)) {
+        utterance_->pause(request.boundary);
+    }
+}
 
-void Engine::handle(const protocol::Continue&) {}
+void Engine::handle(const protocol::Continue& request) {
+    if (isSpeaking(request.utterance)) {
+        utterance_->resume();
+    }
+}
 
 void Engine::handle(const protocol::SetLexicon&) {}
 

@@ -41,6 +41,8 @@ private:
     void handle(const protocol::SetLexicon& request);
     void handle(const protocol::GetPhonemes& request);
 
+    [[nodiscard]] bool isSpeaking(std::uint64_t utterance) const;
+    void dropIfOver();
     void report(const protocol::Event& event);
     void quit(int exitCode);
     void refuse(const char* reason);

@@ -41,6 +41,14 @@ public:
     // No more samples follow: ends once all are heard.
     virtual void finish() = 0;
 
+    // Whether it is heard while it is written. What was written and is not heard yet can then be taken back:
+    // silence plays in its place, and the next samples go there. And it can make room for others for a while;
+    // after that it is opening again, and what is heard is counted from nothing.
+    [[nodiscard]] virtual bool isLive() const { return false; }
+    virtual void truncate(std::uint64_t /*samples*/) {}
+    virtual void pause() {}
+    virtual void resume() {}
+
     // Ends now, with what is heard or written so far.
     virtual void stop() = 0;
 

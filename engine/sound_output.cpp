@@ -5,6 +5,7 @@
 #include <pulse/error.h>
 #include <pulse/timeval.h>
 #include <utility>
+#include <vector>
 
 namespace zqm::engine {
 
@@ -20,21 +21,32 @@ constexpr auto kStreamFlags = static_cast<pa_stream_flags_t>(
 
 } // namespace
 
-SoundOutput::SoundOutput(SoundServer& server, int sampleRate)
-    : server_(server), sampleRate_(sampleRate), context_(server.acquire()),
-      deadline_(std::chrono::steady_clock::now() + kPatience) {
-    if (context_ != nullptr) {
-        pa_context_ref(context_);
-    }
+SoundOutput::SoundOutput(SoundServer& server, int sampleRate) : server_(server), sampleRate_(sampleRate) {
+    connect();
     update();
 }
 
 SoundOutput::~SoundOutput() {
     closeStream();
+    disconnect();
+}
+
+void SoundOutput::connect() {
+    context_ = server_.acquire();
     if (context_ != nullptr) {
-        pa_context_unref(context_);
+        pa_context_ref(context_);
     }
-    server_.release();
+    deadline_ = std::chrono::steady_clock::now() + kPatience;
+    isConnected_ = true;
+}
+
+void SoundOutput::disconnect() {
+    if (pa_context* const context = std::exchange(context_, nullptr); context != nullptr) {
+        pa_context_unref(context);
+    }
+    if (std::exchange(isConnected_, false)) {
+        server_.release();
+    }
 }
 
 void SoundOutput::update() {
@@ -89,14 +101,43 @@ std::size_t SoundOutput::room() const {
         return 0;
     }
     const std::size_t bytes = pa_stream_writable_size(stream_);
-    return bytes == static_cast<std::size_t>(-1) ? 0 : bytes / kSampleBytes;
+    return bytes == static_cast<std::size_t>(-1) ? 0 : bytes / kSampleBytes + takenBack_;
 }
 
 void SoundOutput::write(std::span<const std::int16_t> samples) {
-    if (state() == State::Open &&
-        pa_stream_write(stream_, samples.data(), samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) < 0) {
+    if (state() == State::Open) {
+        put(samples, std::exchange(takenBack_, 0));
+        written_ += samples.size();
+    }
+}
+
+void SoundOutput::truncate(std::uint64_t samples) {
+    if (state() == State::Open && samples < written_) {
+        cancelDrain();
+        takenBack_ += written_ - samples;
+        written_ = samples;
+        put(std::vector<std::int16_t>(static_cast<std::size_t>(takenBack_)), takenBack_);
+    }
+}
+
+// Where the stream ends, or so many samples before.
+void SoundOutput::put(std::span<const std::int16_t> samples, std::uint64_t before) {
+    const auto offset = -static_cast<std::int64_t>(before * kSampleBytes);
+    if (pa_stream_write(stream_, samples.data(), samples.size_bytes(), nullptr, offset, PA_SEEK_RELATIVE) <
+        0) {
         failWith(std::string("the sound server takes no sound: ") + pa_strerror(pa_context_errno(context_)));
     }
+}
+
+void SoundOutput::pause() {
+    closeStream();
+    disconnect();
+}
+
+void SoundOutput::resume() {
+    connect();
+    become(State::Opening);
+    update();
 }
 
 std::uint64_t SoundOutput::heard() const {
@@ -124,12 +165,18 @@ void SoundOutput::stop() {
     }
 }
 
-void SoundOutput::closeStream() {
-    lock_.release();
+void SoundOutput::cancelDrain() {
     if (drain_ != nullptr) {
         pa_operation_cancel(drain_);
         pa_operation_unref(std::exchange(drain_, nullptr));
     }
+}
+
+void SoundOutput::closeStream() {
+    lock_.release();
+    cancelDrain();
+    written_ = 0;
+    takenBack_ = 0;
     if (pa_stream* const stream = std::exchange(stream_, nullptr); stream != nullptr) {
         pa_stream_disconnect(stream);
         pa_stream_unref(stream);

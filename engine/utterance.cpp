@@ -1,25 +1,33 @@
 #include "engine/utterance.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
-#include <span>
 #include <utility>
 
 namespace zqm::engine {
 
+using protocol::Boundary;
+
 namespace {
 
-double validVolume(double volume) {
-    return std::isnan(volume) ? 1.0 : std::clamp(volume, 0.0, 1.0);
-}
+// Beyond the end of what is to be heard silence plays, so that the sound server's idea of the time need not
+// be exact: what follows a boundary by less is sure not to be heard.
+constexpr int kMarginMilliseconds = 20;
+
+// A word that goes on for longer isn't repeated after a pause.
+constexpr int kLongestRepeatedSeconds = 10;
+
+constexpr int kMilliseconds = 1000;
 
 } // namespace
 
-Utterance::Utterance(const protocol::Speak& request, const protocol::Voice& voice, Speaker& speaker,
+Utterance::Utterance(protocol::Speak request, const protocol::Voice& voice, Speaker& speaker,
                      std::unique_ptr<Output> output, Report report)
-    : number_(request.utterance), volume_(validVolume(request.manner.volume.value_or(1))), speaker_(speaker),
-      output_(std::move(output)), report_(std::move(report)), pieces_(request.text, voice.language) {}
+    : number_(request.utterance), sampleRate_(speaker.sampleRate()), output_(std::move(output)),
+      report_(std::move(report)), volume_(request.manner.volume.value_or(1)),
+      narration_(std::move(request), voice, speaker) {}
 
 void Utterance::begin(const std::string& error) {
     if (!begun_) {
@@ -35,7 +43,7 @@ void Utterance::end(bool completed, const std::string& error) {
 }
 
 void Utterance::advance() {
-    if (over_) {
+    if (over_ || isPaused_) {
         return;
     }
     if (!output_) {
@@ -46,9 +54,15 @@ void Utterance::advance() {
     output_->update();
     if (output_->state() == Output::State::Open) {
         begin({});
+        reportUpTo(heard());
+        placeHold();
         feed();
-        // The clock of a device may run on beyond what it was given.
-        reportWords(std::min(output_->heard(), written_));
+        reportUpTo(heard());
+        reachHold();
+        forgetTheRest();
+    }
+    if (over_ || isPaused_) {
+        return;
     }
     if (output_->state() == Output::State::Failed) {
         if (begun_) {
@@ -57,102 +71,158 @@ void Utterance::advance() {
             begin(output_->error());
         }
     } else if (output_->state() == Output::State::Ended) {
-        reportWords(std::numeric_limits<std::uint64_t>::max());
+        reportUpTo(std::numeric_limits<std::uint64_t>::max());
         end(true, {});
     }
 }
 
+// ---- making sound
+
+// A file has room without end: other work gets its turn after each stretch. It is written up to the end of
+// its last word, and the pause behind that with what follows, so that the file can end with the word.
 void Utterance::feed() {
     std::size_t room = output_->room();
-    bool fed = false;
-    while (room > 0 && !exhausted_ && output_->state() == Output::State::Open) {
-        if (handedOver_ == speech_.samples.size()) {
-            // A file has room without end: other work gets its turn after each piece.
-            if (fed) {
-                return;
-            }
-            if (!nextPiece()) {
-                exhausted_ = true;
-                output_->finish();
-                return;
-            }
-            continue;
+    bool isTurnOver = false;
+    while (room > 0 && !isTurnOver && output_->state() == Output::State::Open) {
+        if (hold_ && hold_->at && cursor_ >= *hold_->at) {
+            pad(room);
+            return;
         }
-        const std::size_t count = std::min(room, speech_.samples.size() - handedOver_);
-        const auto begin = speech_.samples.begin() + static_cast<std::ptrdiff_t>(handedOver_);
-        std::vector<std::int16_t> samples(begin, begin + static_cast<std::ptrdiff_t>(count));
-        scale(samples);
-        output_->write(samples);
-        handedOver_ += count;
-        written_ += count;
-        room -= count;
-        fed = true;
+        if (!exhausted_ && cursor_ >= (isLive() ? track_.end() : soundEnd_)) {
+            exhausted_ = !makeMore();
+            placeHold();
+        } else if (cursor_ < track_.end()) {
+            const std::size_t count = amountToWrite(room);
+            std::vector<std::int16_t> samples = track_.copy(cursor_, count);
+            volume_.scale(cursor_, samples);
+            output_->write(samples);
+            cursor_ += count;
+            room -= count;
+            isTurnOver = !isLive() && cursor_ == soundEnd_;
+        } else {
+            if (!finished_) {
+                output_->finish();
+                finished_ = true;
+            }
+            return;
+        }
     }
 }
 
-bool Utterance::nextPiece() {
-    std::optional<Piece> next = respoken_ ? std::exchange(respoken_, std::nullopt) : pieces_.next();
-    if (!next) {
+// A device that is given nothing for a while stops, and its clock with it.
+void Utterance::pad(std::size_t count) {
+    if (isLive()) {
+        output_->write(std::vector<std::int16_t>(count));
+        isPadded_ = true;
+    }
+}
+
+// Into a file up to the end of a word, if there is one.
+std::size_t Utterance::amountToWrite(std::size_t room) const {
+    const std::uint64_t last = hold_ && hold_->at ? std::min(*hold_->at, track_.end()) : track_.end();
+    std::uint64_t end = std::min(cursor_ + room, last);
+    if (!isLive()) {
+        for (auto cue = cues_.rbegin(); cue != cues_.rend(); ++cue) {
+            if (cue->end > cursor_ && cue->end <= end) {
+                end = cue->end;
+                break;
+            }
+        }
+    }
+    return static_cast<std::size_t>(end - cursor_);
+}
+
+bool Utterance::makeMore() {
+    const std::optional<Stretch> stretch = narration_.next();
+    if (!stretch) {
         return false;
     }
-    piece_ = std::move(*next);
-    speech_ = speaker_.synthesize(piece_);
-    handedOver_ = 0;
-    for (std::size_t index = 0; index < piece_.words.size(); ++index) {
-        pending_.push_back({piece_.words[index].utf16, written_ + speech_.wordTimes[index]});
+    stretch_ = track_.end();
+    track_.append(stretch->samples);
+    // A silence between words is sound of its own.
+    const bool hasWords = stretch->soundEnd > 0;
+    soundEnd_ = hasWords ? stretch_ + stretch->soundEnd : track_.end();
+    for (const Cue& cue : stretch->cues) {
+        cues_.push_back({stretch_ + cue.sample, stretch_ + cue.end, cue.event, cue.startsSentence});
+    }
+    for (const Stretch::VolumeChange& change : stretch->volumes) {
+        volume_.change(stretch_ + change.sample, change.volume);
     }
     return true;
 }
 
-// Words from the first on that isn't handed over are made anew, with the rate that is set now.
-void Utterance::respeakRest() {
-    const auto next = std::lower_bound(speech_.wordTimes.begin(), speech_.wordTimes.end(), handedOver_);
-    if (handedOver_ == speech_.samples.size() || next == speech_.wordTimes.end()) {
+// Words from the first on that isn't handed over are made anew, in the manner that is set now.
+void Utterance::makeRestAnew() {
+    if (cursor_ == track_.end()) {
         return;
     }
-    const auto word = static_cast<std::size_t>(next - speech_.wordTimes.begin());
-    respoken_ = piece_.from(word);
-    pending_.resize(pending_.size() - respoken_->words.size());
-    speech_.samples.resize(*next);
-    speech_.wordTimes.resize(word);
-}
-
-void Utterance::reportWords(std::uint64_t heard) {
-    while (!pending_.empty() && pending_.front().sample < heard) {
-        const Range& word = pending_.front().utf16;
-        report_(protocol::Word{number_, word.begin, word.length()});
-        pending_.pop_front();
+    const auto from = static_cast<std::size_t>(std::max(cursor_, stretch_) - stretch_);
+    const std::optional<std::size_t> begin = narration_.makeAnew(from);
+    if (!begin) {
+        return;
+    }
+    const std::uint64_t cut = stretch_ + *begin;
+    track_.truncate(cut);
+    volume_.truncate(cut);
+    soundEnd_ = std::min(soundEnd_, cut);
+    while (cues_.size() > told_ && cues_.back().sample >= cut) {
+        cues_.pop_back();
+    }
+    if (hold_ && hold_->at > cut) {
+        hold_->at.reset();
     }
 }
 
-void Utterance::scale(std::vector<std::int16_t>& samples) const {
-    if (volume_ < 1) {
-        for (std::int16_t& sample : samples) {
-            sample = static_cast<std::int16_t>(std::lround(sample * volume_));
+// ---- telling
+
+// The clock of a device may run on beyond what it was given.
+std::uint64_t Utterance::heard() const {
+    return std::min(origin_ + output_->heard(), cursor_);
+}
+
+void Utterance::reportUpTo(std::uint64_t sample) {
+    while (told_ < cues_.size() && cues_[told_].sample < sample) {
+        if (std::holds_alternative<protocol::Word>(cues_[told_].event)) {
+            word_ = {cues_[told_].sample, cues_[told_].end};
+            dropTold();
         }
+        report_(cues_[told_].event);
+        ++told_;
+    }
+    if (!isLive()) {
+        dropTold(); // it is never told again
     }
 }
 
-std::chrono::microseconds Utterance::idleTime() const {
-    constexpr std::chrono::milliseconds kLongest{50};
-    if (over_ || !output_ || output_->state() != Output::State::Open) {
-        return kLongest;
-    }
-    if (!exhausted_ && output_->room() > 0) {
-        return std::chrono::microseconds(0);
-    }
-    if (pending_.empty()) {
-        return kLongest;
-    }
-    const std::uint64_t heard = output_->heard();
-    const std::uint64_t due = pending_.front().sample + 1;
-    const std::uint64_t samples = due > heard ? due - heard : 0;
-    const auto wait = std::chrono::microseconds(samples * std::micro::den /
-                                                static_cast<std::uint64_t>(speaker_.sampleRate()));
-    return std::clamp<std::chrono::microseconds>(wait, std::chrono::milliseconds(1), kLongest);
+void Utterance::dropTold() {
+    cues_.erase(cues_.begin(), cues_.begin() + static_cast<std::ptrdiff_t>(told_));
+    told_ = 0;
 }
 
-void Utterance::stop() {
+// From where on sound is still needed when so much is heard: a word that is cut is heard again.
+std::uint64_t Utterance::wantedFrom(std::uint64_t sample) const {
+    const auto longest = static_cast<std::uint64_t>(sampleRate_) * kLongestRepeatedSeconds;
+    const bool isInWord = word_ && sample < word_->end && sample - word_->begin <= longest;
+    return isInWord ? word_->begin : sample;
+}
+
+void Utterance::forgetTheRest() {
+    const std::uint64_t wanted = isLive() ? wantedFrom(heard()) : cursor_;
+    track_.forgetBefore(wanted);
+    volume_.forgetBefore(wanted);
+}
+
+// ---- being held
+
+void Utterance::stop(Boundary boundary) {
+    if (boundary == Boundary::Immediate || isPaused_) {
+        stopNow();
+    } else {
+        hold({boundary, true});
+    }
+}
+
+void Utterance::stopNow() {
     if (over_) {
         return;
     }
@@ -164,14 +234,158 @@ void Utterance::stop() {
     end(false, failed ? output_->error() : std::string());
 }
 
-void Utterance::adjust(const protocol::Adjust& change) {
-    if (change.manner.volume) {
-        volume_ = validVolume(*change.manner.volume);
+void Utterance::pause(Boundary boundary) {
+    const bool willStop = hold_ && hold_->isStop;
+    if (!over_ && !isPaused_ && !willStop) {
+        hold({boundary, false});
     }
-    if (change.manner.rate) {
-        speaker_.setManner(change.manner);
-        respeakRest();
+}
+
+void Utterance::resume() {
+    if (over_) {
+        return;
     }
+    report_(protocol::Continued{number_});
+    if (isPaused_) {
+        isPaused_ = false;
+        output_->resume();
+    } else if (hold_ && !hold_->isStop) {
+        letGo();
+    }
+}
+
+void Utterance::hold(const Hold& hold) {
+    letGo();
+    hold_ = hold;
+}
+
+// What was to follow the boundary is heard after all.
+void Utterance::letGo() {
+    hold_.reset();
+    if (std::exchange(isPadded_, false)) {
+        output_->truncate(cursor_ - origin_);
+    }
+}
+
+void Utterance::placeHold() {
+    if (!hold_ || hold_->at) {
+        return;
+    }
+    if (const std::optional<std::uint64_t> place = placeOf(hold_->boundary)) {
+        hold_->at = std::max(*place, heard());
+        if (isLive() && cursor_ > *hold_->at) {
+            output_->truncate(*hold_->at - origin_);
+            cursor_ = *hold_->at;
+            isPadded_ = true;
+            finished_ = false;
+        }
+    }
+}
+
+std::optional<std::uint64_t> Utterance::placeOf(Boundary boundary) const {
+    if (boundary == Boundary::Immediate || !word_) {
+        return heard();
+    }
+    return boundary == Boundary::Word ? word_->end : endOfSentence();
+}
+
+// Nothing when it is not made yet.
+std::optional<std::uint64_t> Utterance::endOfSentence() const {
+    std::uint64_t end = word_->end;
+    for (std::size_t index = told_; index < cues_.size(); ++index) {
+        if (cues_[index].startsSentence) {
+            return end;
+        }
+        end = std::max(end, cues_[index].end);
+    }
+    return exhausted_ ? std::optional(end) : std::nullopt;
+}
+
+// Up to where the output has to have played.
+std::uint64_t Utterance::holdReached() const {
+    const int margin = isPadded_ ? sampleRate_ * kMarginMilliseconds / kMilliseconds : 0;
+    return *hold_->at + static_cast<std::uint64_t>(margin);
+}
+
+void Utterance::reachHold() {
+    if (!hold_ || !hold_->at || output_->state() != Output::State::Open) {
+        return;
+    }
+    const bool isImmediate = hold_->boundary == Boundary::Immediate;
+    if (isLive() && !isImmediate && origin_ + output_->heard() < holdReached()) {
+        return;
+    }
+    if (cursor_ < *hold_->at) {
+        return;
+    }
+    if (hold_->isStop) {
+        stopNow();
+    } else {
+        standStill();
+    }
+}
+
+void Utterance::standStill() {
+    if (isLive()) {
+        output_->pause();
+        const std::uint64_t at = wantedFrom(*hold_->at);
+        if (at < cursor_) {
+            // The cut word is told again with what belongs to it, but nothing that stands in the text.
+            std::erase_if(cues_, [](const PlacedCue& cue) {
+                return std::holds_alternative<protocol::Sync>(cue.event) ||
+                       std::holds_alternative<protocol::Problem>(cue.event);
+            });
+        }
+        cursor_ = at;
+        origin_ = at;
+        finished_ = false;
+    }
+    hold_.reset();
+    isPadded_ = false;
+    isPaused_ = true;
+    report_(protocol::Paused{number_});
+}
+
+void Utterance::adjust(const protocol::Manner& manner) {
+    if (manner.volume) {
+        volume_.set(cursor_, *manner.volume);
+    }
+    narration_.adjust(manner);
+    protocol::Manner rest = manner;
+    rest.volume.reset();
+    if (rest != protocol::Manner{}) {
+        makeRestAnew();
+    }
+}
+
+std::chrono::microseconds Utterance::idleTime() const {
+    constexpr std::chrono::microseconds kForEver{-1};
+    constexpr std::chrono::milliseconds kLongest{50};
+    if (isPaused_) {
+        return kForEver;
+    }
+    if (over_ || !output_ || output_->state() != Output::State::Open) {
+        return kLongest;
+    }
+    const bool isHeld = hold_ && hold_->at && cursor_ >= *hold_->at;
+    if (!isHeld && !finished_ && output_->room() > 0) {
+        return std::chrono::microseconds(0);
+    }
+    std::optional<std::uint64_t> due;
+    if (isHeld) {
+        due = holdReached();
+    }
+    if (told_ < cues_.size()) {
+        due = std::min(cues_[told_].sample + 1, due.value_or(std::numeric_limits<std::uint64_t>::max()));
+    }
+    if (!due) {
+        return kLongest;
+    }
+    const std::uint64_t heard = origin_ + output_->heard();
+    const std::uint64_t samples = *due > heard ? *due - heard : 0;
+    const auto wait =
+        std::chrono::microseconds(samples * std::micro::den / static_cast<std::uint64_t>(sampleRate_));
+    return std::clamp<std::chrono::microseconds>(wait, std::chrono::milliseconds(1), kLongest);
 }
 
 } // namespace zqm::engine

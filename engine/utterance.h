@@ -2,15 +2,17 @@
 
 #pragma once
 
+#include "engine/narration.h"
 #include "engine/output.h"
 #include "engine/protocol.h"
-#include "engine/speaker.h"
-#include "engine/text_pieces.h"
+#include "engine/track.h"
+#include "engine/volume_curve.h"
 
 #include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace zqm::engine {
 
@@ -18,8 +20,8 @@ class Utterance {
 public:
     using Report = std::function<void(const protocol::Event&)>;
 
-    // The voice is set. The output of an empty text that is only to be heard may be null.
-    Utterance(const protocol::Speak& request, const protocol::Voice& voice, Speaker& speaker,
+    // The output of an empty text that is only to be heard may be null.
+    Utterance(protocol::Speak request, const protocol::Voice& voice, Speaker& speaker,
               std::unique_ptr<Output> output, Report report);
 
     [[nodiscard]] std::uint64_t number() const { return number_; }
@@ -27,43 +29,80 @@ public:
     // Whether its last word is said: then it is to be dropped.
     [[nodiscard]] bool isOver() const { return over_; }
 
-    // Does what can be done now: makes sound as far as the output takes it, reports words being heard.
+    // Does what can be done now: makes sound as far as the output takes it, reports what is being heard.
     void advance();
 
-    // How long nothing will be to do, unless the output has news.
+    // How long nothing will be to do, unless the output has news; negative: for ever.
     [[nodiscard]] std::chrono::microseconds idleTime() const;
 
-    void stop();
-    void adjust(const protocol::Adjust& change);
+    void stop(protocol::Boundary boundary);
+    void pause(protocol::Boundary boundary);
+    void resume();
+    void adjust(const protocol::Manner& manner);
 
 private:
-    struct PendingWord {
-        Range utf16;
-        std::uint64_t sample = 0; // of the utterance
+    // Where the utterance is to be held, for good or until it goes on.
+    struct Hold {
+        protocol::Boundary boundary;
+        bool isStop;
+        std::optional<std::uint64_t> at{}; // sample; none: not known yet
+    };
+    struct PlacedCue {
+        std::uint64_t sample;
+        std::uint64_t end;
+        protocol::Event event;
+        bool startsSentence;
+    };
+    struct HeardWord {
+        std::uint64_t begin;
+        std::uint64_t end;
     };
 
     void begin(const std::string& error);
     void end(bool completed, const std::string& error);
+    void stopNow();
+    [[nodiscard]] bool isLive() const { return output_ && output_->isLive(); }
+
     void feed();
-    bool nextPiece();
-    void respeakRest();
-    void reportWords(std::uint64_t heard);
-    void scale(std::vector<std::int16_t>& samples) const;
+    bool makeMore();
+    void pad(std::size_t count);
+    [[nodiscard]] std::size_t amountToWrite(std::size_t room) const;
+    void makeRestAnew();
+    [[nodiscard]] std::uint64_t heard() const;
+    void reportUpTo(std::uint64_t sample);
+    void dropTold();
+    [[nodiscard]] std::uint64_t wantedFrom(std::uint64_t sample) const;
+    void forgetTheRest();
+
+    void hold(const Hold& hold);
+    void letGo();
+    void placeHold();
+    [[nodiscard]] std::optional<std::uint64_t> placeOf(protocol::Boundary boundary) const;
+    [[nodiscard]] std::optional<std::uint64_t> endOfSentence() const;
+    [[nodiscard]] std::uint64_t holdReached() const;
+    void reachHold();
+    void standStill();
 
     std::uint64_t number_;
-    double volume_;
-    Speaker& speaker_;
+    int sampleRate_;
     std::unique_ptr<Output> output_;
     Report report_;
-    TextPieces pieces_;
+    VolumeCurve volume_;
+    Narration narration_;
 
-    Piece piece_;                     // whose sound is being handed over
-    std::optional<Piece> respoken_;   // what is left of a piece after a change of rate
-    Speech speech_;                   // of piece_
-    std::size_t handedOver_ = 0;      // samples of speech_
-    std::uint64_t written_ = 0;       // samples of the utterance
-    std::deque<PendingWord> pending_; // spoken, but not heard yet
-    bool exhausted_ = false;
+    Track track_;
+    std::uint64_t stretch_ = 0;     // where the last one begins
+    std::uint64_t soundEnd_ = 0;    // of its last word
+    std::uint64_t cursor_ = 0;      // what comes before was handed over
+    std::uint64_t origin_ = 0;      // where the output began, or began again
+    std::deque<PlacedCue> cues_;    // since the word being heard, and to come
+    std::size_t told_ = 0;          // of them
+    std::optional<HeardWord> word_; // told last
+    std::optional<Hold> hold_;
+    bool isPadded_ = false; // silence was handed over beyond the cursor
+    bool isPaused_ = false;
+    bool exhausted_ = false; // all is made
+    bool finished_ = false;  // and the output knows
     bool begun_ = false;
     bool over_ = false;
 };

@@ -226,6 +226,23 @@ std::vector<std::string> cutOut(std::string_view text, const std::vector<Event>&
     return words;
 }
 
+namespace {
+
+// 0: of none.
+std::uint64_t utteranceOf(const Event& event) {
+    return std::visit(
+        [](const auto& message) -> std::uint64_t {
+            if constexpr (requires { message.utterance; }) {
+                return message.utterance;
+            } else {
+                return 0;
+            }
+        },
+        event);
+}
+
+} // namespace
+
 std::vector<std::string> faults(const std::vector<Event>& events, std::uint64_t utterance) {
     std::vector<std::string> faults;
     std::uint64_t covered = 0;
@@ -247,7 +264,7 @@ std::vector<std::string> faults(const std::vector<Event>& events, std::uint64_t 
             if (index + 1 != events.size() || end->utterance != utterance) {
                 faults.push_back("a surplus end" + place);
             }
-        } else {
+        } else if (utteranceOf(events[index]) != utterance) {
             faults.push_back("an unexpected event" + place);
         }
     }

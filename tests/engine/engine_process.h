@@ -43,6 +43,16 @@ public:
 
     // The next event; none at the end of the conversation.
     std::optional<protocol::Event> next();
+    // The next event of a kind, leaving out others.
+    template <typename Message>
+    std::optional<Message> nextOf() {
+        while (auto event = next()) {
+            if (auto* const message = std::get_if<Message>(&*event)) {
+                return *message;
+            }
+        }
+        return std::nullopt;
+    }
     // Events up to and with the last of an utterance: its "finished", or a "started" with an error.
     std::vector<protocol::Event> untilEnd(std::uint64_t utterance);
 

@@ -199,7 +199,7 @@ TEST_P(FileSpeechFormat, isValidWhenStopped) {
     engine.send(request, std::move(target.descriptors));
     engine.flush();
     ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
-    ASSERT_TRUE(std::holds_alternative<Word>(*engine.next()));
+    ASSERT_TRUE(engine.nextOf<Word>());
     engine.send(Stop{1});
     const std::vector<Event> rest = engine.untilEnd(1);
     ASSERT_TRUE(finished(rest));
@@ -348,7 +348,7 @@ TEST_F(FileSpeech, aTextOfTenMegabytesBegins) {
     engine.flush();
     ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
     for (std::size_t count = 0; count < 1000; ++count) {
-        ASSERT_TRUE(std::holds_alternative<Word>(*engine.next()));
+        ASSERT_TRUE(engine.nextOf<Word>());
     }
     engine.send(Stop{1});
     EXPECT_FALSE(finished(engine.untilEnd(1))->completed);
@@ -362,8 +362,8 @@ TEST_F(FileSpeech, aWordOfAMegabyteIsToldOnce) {
     engine.send(request, std::move(target.descriptors));
     engine.flush();
     ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
-    EXPECT_EQ(std::get<Word>(*engine.next()), (Word{1, 0, 3}));
-    EXPECT_EQ(std::get<Word>(*engine.next()), (Word{1, 4, kLength}));
+    EXPECT_EQ(engine.nextOf<Word>(), (Word{1, 0, 3}));
+    EXPECT_EQ(engine.nextOf<Word>(), (Word{1, 4, kLength}));
     engine.send(Stop{1});
     EXPECT_THAT(wordsIn(engine.untilEnd(1)).size(), testing::Le(1U));
 }

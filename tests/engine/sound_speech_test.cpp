@@ -46,8 +46,7 @@ protected:
         const auto start = engine.next();
         ASSERT_TRUE(start);
         ASSERT_EQ(std::get<Started>(*start), (Started{utterance, ""}));
-        const auto word = engine.next();
-        ASSERT_TRUE(word && std::holds_alternative<Word>(*word));
+        ASSERT_TRUE(engine.nextOf<Word>());
     }
 
     std::vector<Event> speakWhole(std::uint64_t utterance, const std::string& text) {
@@ -237,7 +236,7 @@ TEST_F(SoundSpeech, wordsDoNotRunAheadOfTheSound) {
     engine.send(speak(1, longText()));
     ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
     for (int count = 0; count < 10; ++count) {
-        ASSERT_TRUE(std::holds_alternative<Word>(*engine.next()));
+        ASSERT_TRUE(engine.nextOf<Word>());
     }
     engine.send(Stop{1});
     const std::vector<Event> rest = engine.untilEnd(1);
