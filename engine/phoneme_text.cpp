@@ -161,7 +161,6 @@ public:
             readOne();
         }
         endWord();
-        closeRun();
         return std::move(input_);
     }
 
@@ -242,8 +241,7 @@ private:
             return false;
         }
         endWord();
-        closeRun();
-        append(std::string{punctuation, ' '}, at_);
+        input_.words.push_back({"", punctuation, at_});
         return true;
     }
 
@@ -280,24 +278,21 @@ private:
 
     void endWord() {
         placeStress();
-        if (!word_.empty()) {
-            append(isOpen_ ? " " : "[[", word_.front().at);
-            isOpen_ = true;
-        }
-        bool first = true;
+        std::string mnemonics;
         for (std::size_t index = 0; index < word_.size();) {
             const Unit& unit = word_[index];
             const Match found = match(lookAhead(word_, index), set_);
-            const std::vector<std::string> phonemes = found.phoneme != nullptr
-                                                          ? std::vector<std::string>{*found.phoneme}
-                                                          : nearest(unit.symbols.front());
-            for (const std::string& phoneme : phonemes) {
-                append(first ? "" : "|", unit.at);
-                append(&phoneme == &phonemes.front() ? stressSign(unit.stress) : "", unit.at);
-                append(phoneme, unit.at);
-                first = false;
+            std::string stress = stressSign(unit.stress);
+            for (const std::string& phoneme : found.phoneme != nullptr
+                                                  ? std::vector<std::string>{*found.phoneme}
+                                                  : nearest(unit.symbols.front())) {
+                mnemonics += mnemonics.empty() ? "" : "|";
+                mnemonics += std::exchange(stress, "") + phoneme;
             }
             index += std::max<std::size_t>(found.symbols, 1);
+        }
+        if (!mnemonics.empty()) {
+            input_.words.push_back({std::move(mnemonics), kNoPunctuation, word_.front().at});
         }
         word_.clear();
         stress_ = Stress::None;
@@ -320,18 +315,6 @@ private:
         return phoneme != nullptr ? std::vector<std::string>{*phoneme} : set_.nearest(symbol);
     }
 
-    void closeRun() {
-        if (isOpen_) {
-            append("]]", at_);
-            isOpen_ = false;
-        }
-    }
-
-    void append(std::string_view text, std::size_t origin) {
-        input_.text += text;
-        input_.origin.insert(input_.origin.end(), text.size(), origin);
-    }
-
     static bool isBlank(char32_t character) {
         return std::u32string_view(U" \t\r\n\u00A0\u2028\u2029").find(character) != std::u32string_view::npos;
     }
@@ -349,7 +332,6 @@ private:
     Stress stress_ = Stress::None;
     std::string lengthMarks_;
     bool breakBefore_ = false;
-    bool isOpen_ = false;
     PhonemeInput input_;
 };
 

@@ -29,10 +29,17 @@ struct SymbolMistake {
     bool operator==(const SymbolMistake&) const = default;
 };
 
-// A text for espeak-ng, to be spoken with espeakPHONEMES.
+// A word, or a mark of punctuation between words.
+struct PhonemeWord {
+    std::string mnemonics; // for espeak-ng, which takes them in [[ ]]; empty: punctuation
+    char punctuation;
+    std::size_t at; // code point at which it begins
+
+    bool operator==(const PhonemeWord&) const = default;
+};
+
 struct PhonemeInput {
-    std::string text;                // ASCII
-    std::vector<std::size_t> origin; // of each character, the code point that it comes from
+    std::vector<PhonemeWord> words;
     std::vector<SymbolMistake> mistakes;
 };
 

@@ -1,7 +1,5 @@
 #include "tests/engine/espeak_phonemes.h"
 
-#include "engine/phoneme_text.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <espeak-ng/speak_lib.h>
@@ -85,6 +83,18 @@ const PhonemeSet& speakWith(const std::string& voice) {
         throw std::runtime_error("espeak-ng has no voice " + voice);
     }
     return sets.try_emplace(name, name, phonemeInventory().at(name)).first->second;
+}
+
+std::string asText(const std::vector<PhonemeWord>& words) {
+    std::string text;
+    for (const PhonemeWord& word : words) {
+        if (word.mnemonics.empty()) {
+            text += word.punctuation;
+        } else {
+            text += (text.empty() ? "[[" : " [[") + word.mnemonics + "]]";
+        }
+    }
+    return text;
 }
 
 std::string phonemesOf(const std::string& text, Reading reading) {

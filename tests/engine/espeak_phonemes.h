@@ -4,6 +4,7 @@
 
 #include "engine/phoneme_inventory.h"
 #include "engine/phoneme_set.h"
+#include "engine/phoneme_text.h"
 
 #include <filesystem>
 #include <string>
@@ -19,6 +20,9 @@ const PhonemeInventory& phonemeInventory();
 
 // Sets the voice, and says what its phoneme set is.
 const PhonemeSet& speakWith(const std::string& voice);
+
+// As text for espeak-ng.
+std::string asText(const std::vector<PhonemeWord>& words);
 
 enum class Reading { Text, Phonemes }; // whether [[ ]] holds phonemes
 

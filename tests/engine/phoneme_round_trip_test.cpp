@@ -94,14 +94,14 @@ Trips go(const std::vector<std::string>& texts, const std::string& voice) {
     for (std::size_t index = 0; index < texts.size(); ++index) {
         const PhonemeInput input =
             phonemeInput(std::u32string(symbols[index].begin(), symbols[index].end()), set);
-        const std::string again = phonemesOf(input.text, Reading::Phonemes);
+        const std::string again = phonemesOf(asText(input.words), Reading::Phonemes);
         const bool same = withoutSeparatorsAtPauses(again) == withoutSeparatorsAtPauses(phonemes[index]) &&
                           input.mistakes.empty();
         ++trips.all;
         trips.same += same ? 1U : 0U;
         trips.different += same ? ""
                                 : texts[index] + " " + phonemes[index] + " " + symbols[index] + " " +
-                                      input.text + " " + again + "\n";
+                                      asText(input.words) + " " + again + "\n";
     }
     return trips;
 }
