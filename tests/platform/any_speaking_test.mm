@@ -63,6 +63,16 @@ TEST_F(AnySpeaking, CountsOtherPrograms) {
     EXPECT_TRUE(waitUntil([] { return !isAnySpeaking(); })) << "a killed program does not speak";
 }
 
+TEST_F(AnySpeaking, IsNotSoWhilePaused) {
+    Speaker speaker;
+    ASSERT_TRUE([speaker.synthesizer startSpeakingString:stringOf(longText())]);
+    [speaker.synthesizer pauseSpeakingAtBoundary:NSSpeechImmediateBoundary];
+    EXPECT_TRUE(waitUntil([] { return !isAnySpeaking(); }));
+    EXPECT_TRUE([speaker.synthesizer isSpeaking]);
+    [speaker.synthesizer continueSpeaking];
+    EXPECT_TRUE(waitUntil([] { return isAnySpeaking(); }));
+}
+
 TEST_F(AnySpeaking, IsOverWithTheLastRelease) {
     Speaker speaker;
     ASSERT_TRUE([speaker.synthesizer startSpeakingString:stringOf(longText())]);

@@ -387,6 +387,69 @@ TEST_F(SpeechProperties, DelimitersAreTwoOrNone) {
     }
 }
 
+TEST_F(SpeechProperties, ErrorsAreThoseSinceTheLastRead) {
+    const auto errors = [&] {
+        NSDictionary* const all = read(NSSpeechErrorsProperty);
+        EXPECT_EQ(5U, [all count]);
+        std::vector<long long> values;
+        for (NSString* const name :
+             {NSSpeechErrorCount, NSSpeechErrorOldestCode, NSSpeechErrorOldestCharacterOffset,
+              NSSpeechErrorNewestCode, NSSpeechErrorNewestCharacterOffset}) {
+            EXPECT_TRUE([[all objectForKey:name] isKindOfClass:[NSNumber class]]);
+            values.push_back([[all objectForKey:name] longLongValue]);
+        }
+        return values;
+    };
+    const std::vector<long long> none{0, 0, 0, 0, 0};
+    EXPECT_EQ(none, errors());
+    ASSERT_TRUE(speaker_.say("One [[volm 7]] two [[none 1]] three [[rate]] four.", path("a.wav")));
+    ASSERT_TRUE(speaker_.runToEnd(1));
+    const std::vector<long long> three = errors();
+    EXPECT_EQ(3, three[0]);
+    EXPECT_EQ(-245, three[1]);
+    EXPECT_TRUE(three[2] >= 4 && three[2] < 14) << three[2];
+    EXPECT_EQ(-252, three[3]);
+    EXPECT_TRUE(three[4] >= 38 && three[4] < 46) << three[4];
+    EXPECT_EQ(none, errors());
+    ASSERT_TRUE(speaker_.say("One [[volm 7]] two.", path("a.wav")) && speaker_.runToEnd(2));
+    EXPECT_EQ(1, errors()[0]);
+}
+
+TEST_F(SpeechProperties, TheRecentSyncIsTheLastOne) {
+    ASSERT_TRUE(speaker_.say("One [[sync 7]] two [[sync 'ABCD']] three [[sync 0x10]] four.", path("a.wav")));
+    ASSERT_TRUE(speaker_.runToEnd(1));
+    EXPECT_EQ(16, readNumber(NSSpeechRecentSyncProperty));
+    ASSERT_TRUE(speaker_.say("One [[sync 0xFFFFFFFF]] two.", path("a.wav")) && speaker_.runToEnd(2));
+    EXPECT_EQ(4294967295.0, readNumber(NSSpeechRecentSyncProperty));
+}
+
+TEST_F(SpeechProperties, DelimitersSayWhatACommandIs) {
+    struct Case {
+        NSString* prefix;
+        NSString* suffix;
+        std::string text;
+        std::vector<std::size_t> words; // where they begin
+    };
+    std::size_t spoken = 0;
+    for (const Case& each : std::vector<Case>{
+             {@"[[", @"]]", "One [[rate 200]] two", {0, 17}},
+             {@"<", @">", "One <rate 200> two", {0, 15}},
+             {@"<", @">", "One [[rate 200]] two", {0, 6, 11, 17}},
+             {@"", @"", "One [[rate 200]] two", {0, 6, 11, 17}},
+             {@"é", @"你", "One érate 200你 two", {0, 15}},
+         }) {
+        speaker_.heard.words.clear();
+        ASSERT_TRUE(write(delimiters(each.prefix, each.suffix), NSSpeechCommandDelimiterProperty));
+        EXPECT_TRUE(write(nil, NSSpeechResetProperty)) << "which leaves them alone";
+        ASSERT_TRUE(speaker_.say(each.text, path("a.wav")) && speaker_.runToEnd(++spoken));
+        std::vector<std::size_t> begins;
+        for (const HeardWord& word : speaker_.heard.words) {
+            begins.push_back(word.position);
+        }
+        EXPECT_EQ(each.words, begins) << each.text;
+    }
+}
+
 class PropertiesWhileSpeaking : public SpeechProperties {
 protected:
     bool begin() {
@@ -417,6 +480,18 @@ TEST_F(PropertiesWhileSpeaking, TheStatusFollowsTheSpeech) {
     [speaker_.synthesizer stopSpeaking];
     EXPECT_EQ(0, status(NSSpeechStatusOutputBusy));
     EXPECT_EQ(0, status(NSSpeechStatusNumberOfCharactersLeft));
+}
+
+TEST_F(PropertiesWhileSpeaking, TheStatusTellsAPause) {
+    ASSERT_TRUE(begin());
+    [speaker_.synthesizer pauseSpeakingAtBoundary:NSSpeechWordBoundary];
+    ASSERT_TRUE(runUntil([&] { return status(NSSpeechStatusOutputPaused) == 1; }));
+    EXPECT_EQ(0, status(NSSpeechStatusOutputBusy));
+    EXPECT_TRUE([speaker_.synthesizer isSpeaking]);
+    EXPECT_GT(status(NSSpeechStatusNumberOfCharactersLeft), 0);
+    [speaker_.synthesizer continueSpeaking];
+    EXPECT_EQ(0, status(NSSpeechStatusOutputPaused));
+    EXPECT_EQ(1, status(NSSpeechStatusOutputBusy));
 }
 
 TEST_F(PropertiesWhileSpeaking, TheVoiceStays) {
