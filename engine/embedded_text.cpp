@@ -154,8 +154,10 @@ struct Choice {
     Value value;
 };
 
-constexpr std::array kSpellings{Choice{"NORM", SpellingMode::Normal}, Choice{"LTRL", SpellingMode::Literal}};
-constexpr std::array kInputs{Choice{"TEXT", InputMode::Text}, Choice{"PHON", InputMode::Phonemes}};
+constexpr std::array kSpellings{Choice<SpellingMode>{"NORM", SpellingMode::Normal},
+                                Choice<SpellingMode>{"LTRL", SpellingMode::Literal}};
+constexpr std::array kInputs{Choice<InputMode>{"TEXT", InputMode::Text},
+                             Choice<InputMode>{"PHON", InputMode::Phonemes}};
 constexpr std::array<std::string_view, 5> kContexts{"WSKP", "WORD", "NORM", "TSKP", "TEXT"};
 constexpr std::string_view kTune = "TUNE";
 
@@ -244,7 +246,7 @@ Outcome input(const Arguments& arguments) {
 }
 
 Outcome emphasis(const Arguments& arguments) {
-    constexpr std::array kDegrees{Choice{"+", true}, Choice{"-", false}};
+    constexpr std::array kDegrees{Choice<bool>{"+", true}, Choice<bool>{"-", false}};
     return commandOf<Emphasis>(choose(kDegrees, arguments.front()));
 }
 
