@@ -1,13 +1,13 @@
-// The host class "NSSpeechSynthesizerZQM": its life cycle, its members and its record.
+// The host class "NSSpeechSynthesizerZQM": its life cycle, its constants and its record.
 
 #include "plugin/autorelease_pool.h"
 #include "plugin/guard.h"
-#include "plugin/instance_data.h"
 #include "plugin/platform_strings.h"
 #include "plugin/set_up.h"
-#import "speech/MyNSSpeechSynthesizer.h"
 #include "speech/platform_constants.h"
 #include "speech/records.h"
+#include "speech/synthesizer_data.h"
+#include "speech/synthesizer_members.h"
 
 #include <iterator>
 
@@ -20,15 +20,6 @@ EventRecord synthesizerEvents[SynthesizerEventCount] = {
 };
 
 namespace {
-
-// What the host keeps for each object. One retain is the host object's; nil until it is constructed.
-struct SynthesizerData {
-    MyNSSpeechSynthesizer* synthesizer;
-};
-
-MyNSSpeechSynthesizer*& synthesizerOf(REALobject self) {
-    return instanceData<SynthesizerData>(self).synthesizer;
-}
 
 // ---- life cycle
 
@@ -89,92 +80,6 @@ REALobject DummyException(REALobject /*self*/) {
     return nullptr;
 }
 
-// ---- speaking
-
-bool startSpeakingString(REALobject self, REALstring text) {
-    return guarded([&]() -> bool {
-        MyNSSpeechSynthesizer* synthesizer = synthesizerOf(self);
-        if (synthesizer == nil) {
-            return false;
-        }
-        NSString* string = platformString(text);
-        [synthesizer setLastText:string];
-        return [synthesizer startSpeakingString:string];
-    });
-}
-
-// Autoreleased; nil for a null string and for what is no URL.
-NSURL* platformURL(REALstring string) {
-    CFStringRef text = RBString2CFString(string);
-    if (text == nullptr) {
-        return nil;
-    }
-    CFURLRef url = CFURLCreateWithString(nullptr, text, nullptr);
-    CFRelease(text);
-    return [reinterpret_cast<NSURL*>(const_cast<void*>(static_cast<const void*>(url))) autorelease];
-}
-
-bool startSpeakingStringURL(REALobject self, REALstring text, REALstring url) {
-    return guarded([&]() -> bool {
-        MyNSSpeechSynthesizer* synthesizer = synthesizerOf(self);
-        if (synthesizer == nil) {
-            return false;
-        }
-        NSString* string = platformString(text);
-        NSURL* file = platformURL(url);
-        [synthesizer setLastText:string];
-        return [synthesizer startSpeakingString:string toURL:file];
-    });
-}
-
-void stopSpeaking(REALobject self) {
-    guarded([&] { [synthesizerOf(self) stopSpeaking]; });
-}
-
-// ---- properties. A message to nil answers zero, but not reliably where the answer is a float.
-
-double volume(REALobject self, std::int64_t /*parameter*/) {
-    return guarded([&]() -> double {
-        MyNSSpeechSynthesizer* synthesizer = synthesizerOf(self);
-        return synthesizer != nil ? [synthesizer volume] : 0.0F;
-    });
-}
-
-void setVolume(REALobject self, std::int64_t /*parameter*/, double value) {
-    guarded([&] { [synthesizerOf(self) setVolume:static_cast<float>(value)]; });
-}
-
-double rate(REALobject self, std::int64_t /*parameter*/) {
-    return guarded([&]() -> double {
-        MyNSSpeechSynthesizer* synthesizer = synthesizerOf(self);
-        return synthesizer != nil ? [synthesizer rate] : 0.0F;
-    });
-}
-
-void setRate(REALobject self, std::int64_t /*parameter*/, double value) {
-    guarded([&] { [synthesizerOf(self) setRate:static_cast<float>(value)]; });
-}
-
-bool isSpeaking(REALobject self, std::int64_t /*parameter*/) {
-    return guarded([&]() -> bool { return [synthesizerOf(self) isSpeaking]; });
-}
-
-bool usesFeedbackWindow(REALobject self, std::int64_t /*parameter*/) {
-    return guarded([&]() -> bool { return [synthesizerOf(self) usesFeedbackWindow]; });
-}
-
-void setUsesFeedbackWindow(REALobject self, std::int64_t /*parameter*/, bool value) {
-    guarded([&] { [synthesizerOf(self) setUsesFeedbackWindow:value]; });
-}
-
-REALstring voice(REALobject self, std::int64_t /*parameter*/) {
-    return guarded([&] { return hostString([synthesizerOf(self) voice]); });
-}
-
-void setVoice2(REALobject self, std::int64_t /*parameter*/, REALstring value) {
-    guarded([&] { [synthesizerOf(self) setVoice:platformString(value)]; });
-}
-
 // ---- the platform's constants
 
 // NOLINTBEGIN(bugprone-macro-parentheses): The parameter is a name
@@ -201,13 +106,26 @@ constexpr PropertyRecord kProperties[] = {
 };
 
 constexpr MethodRecord kMethods[] = {
+    {.function = objectForProperty,
+     .declaration = "objectForProperty(PropertyName as string, byref error as NSErrorZQM) as Variant"},
+    {.function = setObjectForProperty,
+     .declaration = "setObjectForProperty(value as variant, PropertyName as string, "
+                    "byref error as NSErrorZQM) as boolean"},
     {.function = DummyException, .declaration = "_exception as NSExceptionZQM"},
+    {.function = addSpeechDictionary, .declaration = "addSpeechDictionary(speechDictionary as dictionary)"},
+    {.function = pauseSpeakingAtBoundary, .declaration = "pauseSpeakingAtBoundary(boundary as integer)"},
+    {.function = stopSpeakingAtBoundary, .declaration = "stopSpeakingAtBoundary(boundary as integer)"},
+    {.function = phonemesFromText, .declaration = "phonemesFromText(text as string) as string"},
+    {.function = continueSpeaking, .declaration = "continueSpeaking"},
     {.function = stopSpeaking, .declaration = "stopSpeaking"},
     {.function = initWithDefaultVoice, .declaration = "Constructor"},
     {.function = initWithVoice, .declaration = "Constructor(voice as string)"},
+    {.function = setVoice, .declaration = "setVoice(Voice as String) as boolean"},
     {.function = startSpeakingString, .declaration = "startSpeakingString(Text as String) as boolean"},
     {.function = startSpeakingStringURL,
      .declaration = "startSpeakingString(Text as String, URL as string) as boolean"},
+    {.function = startSpeakingStringFile,
+     .declaration = "startSpeakingString(Text as String, File as folderitem) as boolean"},
     {.function = Destructor, .declaration = "Destructor"},
 };
 
@@ -215,6 +133,12 @@ constexpr MethodRecord kSharedMethods[] = {
 #define SPEECH_CONSTANT(constant) {.function = get##constant, .declaration = #constant " as String"},
 #include "speech/speech_constants.def"
 #undef SPEECH_CONSTANT
+    {.function = isAnyApplicationSpeaking, .declaration = "isAnyApplicationSpeaking as Boolean"},
+    {.function = availableVoice, .declaration = "availableVoice(index as integer) as String"},
+    {.function = availableVoicesCount, .declaration = "availableVoicesCount as integer"},
+    {.function = attributesForVoice, .declaration = "attributesForVoice(voice as String) as NSVoiceZQM"},
+    {.function = defaultVoice, .declaration = "defaultVoice as String"},
+    {.function = availableVoices, .declaration = "availableVoices as String()"},
 };
 
 constexpr ConstantRecord kConstants[] = {

@@ -1,33 +1,29 @@
 // The host class "NSVoiceZQM": the attributes of one installed voice.
 
+#include "bridge/dictionaries.h"
 #include "plugin/autorelease_pool.h"
 #include "plugin/guard.h"
-#include "plugin/instance_data.h"
 #include "plugin/platform_strings.h"
 #include "plugin/set_up.h"
 #include "speech/platform_constants.h"
 #include "speech/records.h"
+#include "speech/voice_data.h"
 
 #include <iterator>
 
 namespace {
 
-// One retain is the host object's; nil until the object is made for a voice.
-struct VoiceData {
-    NSDictionary* attributes;
-};
-
 void NSVoiceConstructor(REALobject self) {
     guarded([&] {
         CocoaInit();
-        instanceData<VoiceData>(self).attributes = nil;
+        attributesOf(self) = nil;
     });
 }
 
 void NSVoiceDestructor(REALobject self) {
     guarded([&] {
         CocoaInit();
-        NSDictionary*& attributes = instanceData<VoiceData>(self).attributes;
+        NSDictionary*& attributes = attributesOf(self);
         if (attributes != nil) {
             forgetInstance(attributes);
             [attributes release];
@@ -38,6 +34,48 @@ void NSVoiceDestructor(REALobject self) {
 
 // Declared so that host code can't construct the class: voices come from the synthesizer.
 void DummyConstructor(REALobject /*self*/) {}
+
+// ---- attributes. The keys are weak: where the system has none of that name the attribute is missing.
+
+REALobject queryDictionary(REALobject self) {
+    return guarded([&] { return NSDictionaryRB(attributesOf(self)); });
+}
+
+REALstring textAttribute(REALobject self, NSString* const* key) {
+    return guarded([&] { return hostString([attributesOf(self) objectForKey:platformConstant(key)]); });
+}
+
+REALstring queryNSVoiceName(REALobject self) {
+    return textAttribute(self, &NSVoiceName);
+}
+
+REALstring queryNSVoiceIdentifier(REALobject self) {
+    return textAttribute(self, &NSVoiceIdentifier);
+}
+
+std::int64_t queryNSVoiceAge(REALobject self) {
+    return guarded([&]() -> std::int64_t {
+        return [[attributesOf(self) objectForKey:platformConstant(&NSVoiceAge)] intValue];
+    });
+}
+
+REALstring queryNSVoiceGender(REALobject self) {
+    return textAttribute(self, &NSVoiceGender);
+}
+
+REALstring queryNSVoiceDemoText(REALobject self) {
+    return textAttribute(self, &NSVoiceDemoText);
+}
+
+REALstring queryNSVoiceLanguage(REALobject self) {
+    return textAttribute(self, &NSVoiceLanguage);
+}
+
+REALstring queryNSVoiceLocaleIdentifier(REALobject self) {
+    return textAttribute(self, &NSVoiceLocaleIdentifier);
+}
+
+// ---- the platform's constants
 
 // NOLINTBEGIN(bugprone-macro-parentheses): The parameter is a name
 #define VOICE_CONSTANT(method, constant)                                                                     \
@@ -51,6 +89,14 @@ void DummyConstructor(REALobject /*self*/) {}
 
 constexpr MethodRecord kMethods[] = {
     {.function = DummyConstructor, .declaration = "Constructor", .flags = kUnconstructibleFlags},
+    {.function = queryDictionary, .declaration = "Properties as Dictionary"},
+    {.function = queryNSVoiceName, .declaration = "Name as String"},
+    {.function = queryNSVoiceIdentifier, .declaration = "Identifier as String"},
+    {.function = queryNSVoiceAge, .declaration = "Age as Integer"},
+    {.function = queryNSVoiceGender, .declaration = "Gender as String"},
+    {.function = queryNSVoiceDemoText, .declaration = "DemoText as String"},
+    {.function = queryNSVoiceLanguage, .declaration = "Language as String"},
+    {.function = queryNSVoiceLocaleIdentifier, .declaration = "LocaleIdentifier as String"},
 };
 
 constexpr MethodRecord kSharedMethods[] = {

@@ -112,6 +112,15 @@ TEST_F(LifeCycle, AnswersNeutrallyWhileUnconstructed) {
     Object object = newObject();
     EXPECT_FALSE(object.call("startSpeakingString", "text").asBool());
     EXPECT_FALSE(object.call("startSpeakingString", "text", "file:///tmp/never").asBool());
+    EXPECT_FALSE(object.call("startSpeakingString", "text", Object()).asBool());
+    EXPECT_FALSE(object.call("setVoice", "anything").asBool());
+    EXPECT_TRUE(object.call("phonemesFromText", "text").isNull());
+    EXPECT_TRUE(object.call("objectForProperty", "rate", nullptr).isNull());
+    EXPECT_FALSE(object.call("setObjectForProperty", 200, "rate", nullptr).asBool());
+    object.call("pauseSpeakingAtBoundary", 0);
+    object.call("stopSpeakingAtBoundary", 0);
+    object.call("continueSpeaking");
+    object.call("addSpeechDictionary", host->dictionary());
     object.call("stopSpeaking");
     object.call("Destructor");
     EXPECT_EQ(object.get("Volume").asDouble(), 0.0);
@@ -132,6 +141,8 @@ TEST_F(LifeCycle, DoesNotTouchTheArgumentsOfAnUnconstructedObject) {
     const auto before = host->entryPoints().calls("REALGetStringEncoding");
     object.call("startSpeakingString", "text");
     object.call("startSpeakingString", "text", "file:///tmp/never");
+    object.call("startSpeakingString", "text", host->folderItem("/tmp/never"));
+    object.call("setVoice", "anything");
     EXPECT_EQ(host->entryPoints().calls("REALGetStringEncoding"), before);
 }
 

@@ -33,7 +33,13 @@ struct Documented {
 
 const Documented kDocumented[] = {
     {"NSSpeechRecognizerZQM", &NSSpeechRecognizerClass, {}, {}, {}, {}},
-    {"NSVoiceZQM", &NSVoiceClass, {}, {"Constructor"}, {}, {}},
+    {"NSVoiceZQM",
+     &NSVoiceClass,
+     {},
+     {"Constructor", "Properties as Dictionary", "Name as String", "Identifier as String", "Age as Integer",
+      "Gender as String", "DemoText as String", "Language as String", "LocaleIdentifier as String"},
+     {},
+     {}},
     {"NSSpeechSynthesizerZQM",
      &NSSpeechSynthesizerClass,
      {
@@ -44,12 +50,22 @@ const Documented kDocumented[] = {
          {"voice", "String", true},
      },
      {
+         "objectForProperty(PropertyName as string, byref error as NSErrorZQM) as Variant",
+         "setObjectForProperty(value as variant, PropertyName as string, byref error as NSErrorZQM) as "
+         "boolean",
          "_exception as NSExceptionZQM",
+         "addSpeechDictionary(speechDictionary as dictionary)",
+         "pauseSpeakingAtBoundary(boundary as integer)",
+         "stopSpeakingAtBoundary(boundary as integer)",
+         "phonemesFromText(text as string) as string",
+         "continueSpeaking",
          "stopSpeaking",
          "Constructor",
          "Constructor(voice as string)",
+         "setVoice(Voice as String) as boolean",
          "startSpeakingString(Text as String) as boolean",
          "startSpeakingString(Text as String, URL as string) as boolean",
+         "startSpeakingString(Text as String, File as folderitem) as boolean",
          "Destructor",
      },
      {
@@ -128,6 +144,12 @@ TEST_P(Records, ListTheDocumentedSharedMethods) {
         if (constant.className == std::string(record().name)) {
             documented.push_back(std::string(constant.method) + " as String");
         }
+    }
+    if (record().name == std::string("NSSpeechSynthesizerZQM")) {
+        documented.insert(documented.end(),
+                          {"isAnyApplicationSpeaking as Boolean", "availableVoice(index as integer) as String",
+                           "availableVoicesCount as integer", "attributesForVoice(voice as String) as NSVoiceZQM",
+                           "defaultVoice as String", "availableVoices as String()"});
     }
     std::vector<std::string> built;
     for (std::uint64_t i = 0; i < record().sharedMethodCount; ++i) {

@@ -100,6 +100,28 @@ TEST_F(SetUpOfSynthesizer, RunsInTheConstructorMethodsWhichEnterTheObject) {
     }
 }
 
+TEST_F(SetUpOfSynthesizer, OpensEachVoiceMethod) {
+    const std::vector<std::vector<const char*>> methods = {
+        {"isAnyApplicationSpeaking"}, {"availableVoicesCount"}, {"attributesForVoice", "no such voice"},
+        {"defaultVoice"},             {"availableVoices"},
+    };
+    for (const auto& method : methods) {
+        zqm::support::inFreshProcess([&] {
+            addSibling();
+            const std::vector<zqm::host::Value> arguments(std::next(method.begin()), method.end());
+            host->callSharedWith("NSSpeechSynthesizerZQM", method.front(), arguments);
+            EXPECT_EQ(fetched, 1) << method.front();
+            EXPECT_EQ(prepared, 1) << method.front();
+        });
+    }
+    zqm::support::inFreshProcess([&] {
+        addSibling();
+        host->callShared("NSSpeechSynthesizerZQM", "availableVoice", 0);
+        EXPECT_EQ(fetched, 1);
+        EXPECT_EQ(prepared, 1);
+    });
+}
+
 TEST_F(SetUpOfSynthesizer, ComesAfterTheTestForAnInitialisedObject) {
     zqm::support::inFreshProcess([this] {
         Object object = newSynthesizer();
@@ -119,6 +141,14 @@ TEST_F(SetUpOfSynthesizer, IsSkippedByEveryOtherMember) {
         object.get("isSpeaking");
         object.get("voice");
         object.call("stopSpeaking");
+        object.call("stopSpeakingAtBoundary", 0);
+        object.call("pauseSpeakingAtBoundary", 0);
+        object.call("continueSpeaking");
+        object.call("setVoice", "no such voice");
+        object.call("phonemesFromText", "text");
+        object.call("objectForProperty", "rate", nullptr);
+        object.call("setObjectForProperty", 200, "rate", nullptr);
+        object.call("addSpeechDictionary", host->dictionary());
         object.call("startSpeakingString", "text", "no url");
         object.call("Destructor");
         for (const DocumentedConstant& constant : kDocumentedConstants) {

@@ -1,0 +1,127 @@
+// What each speaking member sends to the platform.
+
+#include "tests/speech/synthesizer_host.h"
+
+#include <objc/runtime.h>
+
+namespace {
+
+using zqm::host::Dictionary;
+using zqm::host::Object;
+using zqm::host::String;
+
+NSString* sentText = nil;
+NSURL* sentURL = nil;
+NSUInteger sentBoundary = 99;
+NSDictionary* sentDictionary = nil;
+NSString* sentVoice = nil;
+NSString* answeredText = nil;
+BOOL answer = NO;
+
+BOOL startInstead(id self, SEL, NSString* text, NSURL* url) {
+    sentText = text;
+    sentURL = [url retain];
+    EXPECT_EQ([self isSpeaking], NO);
+    return answer;
+}
+
+void takeBoundary(id, SEL, NSUInteger boundary) {
+    sentBoundary = boundary;
+}
+
+void takeDictionary(id, SEL, NSDictionary* dictionary) {
+    sentDictionary = [dictionary retain];
+}
+
+BOOL takeVoice(id, SEL, NSString* voice) {
+    sentVoice = [voice retain];
+    return answer;
+}
+
+NSString* takeText(id, SEL, NSString* text) {
+    sentText = [text retain];
+    return answeredText;
+}
+
+template <typename Function>
+void replace(SEL selector, Function* function) {
+    const IMP made = reinterpret_cast<IMP>(reinterpret_cast<void*>(function));
+    const Method method = class_getInstanceMethod([MyNSSpeechSynthesizer class], selector);
+    ASSERT_NE(method, nullptr);
+    class_replaceMethod([MyNSSpeechSynthesizer class], selector, made, method_getTypeEncoding(method));
+}
+
+using Speaking = SynthesizerTest;
+
+TEST_F(Speaking, SendsAFolderItemAsItsFileURL) {
+    zqm::support::inFreshProcess([&] {
+        Object object = newSynthesizer();
+        replace(@selector(startSpeakingString:toURL:), startInstead);
+        for (const bool begins : {true, false}) {
+            answer = begins ? YES : NO;
+            EXPECT_EQ(object.call("startSpeakingString", "text", host->folderItem("/tmp/a b.aiff")).asBool(),
+                      begins);
+            EXPECT_TRUE([sentText isEqualToString:@"text"]);
+            EXPECT_TRUE([sentURL isFileURL]);
+            EXPECT_TRUE([[sentURL path] isEqualToString:@"/tmp/a b.aiff"]);
+        }
+        object.call("startSpeakingString", "text", Object());
+        EXPECT_EQ(sentURL, nil);
+    });
+}
+
+TEST_F(Speaking, SendsBoundariesAsTheyAre) {
+    zqm::support::inFreshProcess([&] {
+        Object object = newSynthesizer();
+        replace(@selector(pauseSpeakingAtBoundary:), takeBoundary);
+        replace(@selector(stopSpeakingAtBoundary:), takeBoundary);
+        for (const char* method : {"pauseSpeakingAtBoundary", "stopSpeakingAtBoundary"}) {
+            for (const std::int64_t boundary : {0, 1, 2, 3, -1}) {
+                object.call(method, boundary);
+                EXPECT_EQ(sentBoundary, static_cast<NSUInteger>(boundary));
+            }
+        }
+    });
+}
+
+TEST_F(Speaking, SendsDictionariesConverted) {
+    zqm::support::inFreshProcess([&] {
+        Object object = newSynthesizer();
+        replace(@selector(addSpeechDictionary:), takeDictionary);
+        Dictionary dictionary = host->dictionary();
+        dictionary.setValue("key", "value");
+        object.call("addSpeechDictionary", dictionary);
+        EXPECT_TRUE([[sentDictionary objectForKey:@"key"] isEqual:@"value"]);
+        object.call("addSpeechDictionary", Object());
+        EXPECT_EQ(sentDictionary, nil);
+    });
+}
+
+TEST_F(Speaking, AnswersWhetherTheVoiceWasTaken) {
+    zqm::support::inFreshProcess([&] {
+        Object object = newSynthesizer();
+        replace(@selector(setVoice:), takeVoice);
+        for (const bool taken : {true, false}) {
+            answer = taken ? YES : NO;
+            EXPECT_EQ(object.call("setVoice", "some voice").asBool(), taken);
+            EXPECT_TRUE([sentVoice isEqualToString:@"some voice"]);
+        }
+        object.call("setVoice", String());
+        EXPECT_EQ(sentVoice, nil);
+    });
+}
+
+TEST_F(Speaking, AnswersPhonemesOrNil) {
+    zqm::support::inFreshProcess([&] {
+        Object object = newSynthesizer();
+        replace(@selector(phonemesFromText:), takeText);
+        answeredText = @"_d1AOg.";
+        EXPECT_EQ(object.call("phonemesFromText", "dog").asText(), "_d1AOg.");
+        EXPECT_TRUE([sentText isEqualToString:@"dog"]);
+        answeredText = nil;
+        EXPECT_TRUE(object.call("phonemesFromText", String()).isNull());
+        EXPECT_EQ(sentText, nil);
+    });
+}
+
+} // namespace

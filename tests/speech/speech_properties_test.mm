@@ -1,0 +1,159 @@
+// The platform's speech properties as the host sees them: conversions, the error that comes back by reference,
+// and the lines in the log.
+
+#include "tests/speech/synthesizer_host.h"
+
+#include <objc/runtime.h>
+
+namespace {
+
+using zqm::host::ByRef;
+using zqm::host::Object;
+using zqm::host::Value;
+
+// What the platform object is asked, and what it answers instead of itself.
+NSString* askedName = nil;
+id givenValue = nil;
+id answer = nil;
+NSError* failure = nil;
+BOOL accepted = NO;
+
+id answerInstead(id, SEL, NSString* name, NSError** error) {
+    askedName = [name retain];
+    *error = failure;
+    return answer;
+}
+
+BOOL acceptInstead(id, SEL, id value, NSString* name, NSError** error) {
+    givenValue = [value retain];
+    askedName = [name retain];
+    *error = failure;
+    return accepted;
+}
+
+template <typename Function>
+void replace(SEL selector, Function* function, const char* types) {
+    class_replaceMethod([MyNSSpeechSynthesizer class], selector,
+                        reinterpret_cast<IMP>(reinterpret_cast<void*>(function)), types);
+}
+
+// What was logged, each line without the date and process before it.
+std::vector<std::string> logged(const std::function<void()>& body) {
+    testing::internal::CaptureStderr();
+    body();
+    std::istringstream lines(testing::internal::GetCapturedStderr());
+    std::vector<std::string> texts;
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t end = line.find("] ");
+        texts.push_back(end == std::string::npos ? line : line.substr(end + 2));
+    }
+    return texts;
+}
+
+std::string hex(id object) {
+    std::ostringstream text;
+    text << std::hex << reinterpret_cast<std::uintptr_t>(object);
+    return text.str();
+}
+
+class SpeechProperties : public SynthesizerTest {
+protected:
+    void inProcess(const std::function<void(Object&)>& body) {
+        zqm::support::inFreshProcess([&] {
+            // The class that a library of the family defines.
+            host->defineClass({.name = "NSErrorZQM", .dataSize = sizeof(id)});
+            replace(@selector(objectForProperty:error:), answerInstead, "@@:@^@");
+            replace(@selector(setObject:forProperty:error:), acceptInstead, "c@:@@^@");
+            Object object = newSynthesizer();
+            body(object);
+        });
+    }
+    static NSError* someError() {
+        return [NSError errorWithDomain:@"Domain" code:-245 userInfo:nil];
+    }
+};
+
+TEST_F(SpeechProperties, AreReadAndLogged) {
+    inProcess([&](Object& object) {
+        answer = [[NSNumber alloc] initWithInt:42];
+        Value value;
+        const auto lines = logged([&] { value = object.call("objectForProperty", "some key", nullptr); });
+        EXPECT_EQ(value.asInteger(), 42);
+        EXPECT_TRUE([askedName isEqualToString:@"some key"]);
+        EXPECT_THAT(lines, testing::ElementsAre("k: some key", "v: 42 " + hex(answer), "e: (null)"));
+    });
+}
+
+TEST_F(SpeechProperties, ReadAsNilAreLoggedAsNil) {
+    inProcess([&](Object& object) {
+        answer = nil;
+        failure = someError();
+        Value error;
+        const auto lines = logged(
+            [&] { EXPECT_TRUE(object.call("objectForProperty", nullptr, ByRef{&error}).isNull()); });
+        EXPECT_EQ(askedName, nil);
+        ASSERT_EQ(lines.size(), 3U);
+        EXPECT_EQ(lines[0], "k: (null)");
+        EXPECT_EQ(lines[1], "v: (null) 0");
+        EXPECT_TRUE(lines[2].starts_with("e: ")) << lines[2];
+        EXPECT_NE(lines[2].find("Domain"), std::string::npos) << lines[2];
+    });
+}
+
+TEST_F(SpeechProperties, HandTheErrorBackByReference) {
+    inProcess([&](Object& object) {
+        failure = someError();
+        for (const bool reads : {true, false}) {
+            Value error;
+            reads ? object.call("objectForProperty", "key", ByRef{&error})
+                  : object.call("setObjectForProperty", 1, "key", ByRef{&error});
+            ASSERT_FALSE(error.isNull());
+            EXPECT_EQ(error.asObject().className(), "NSErrorZQM");
+            EXPECT_EQ(error.asObject().dataAs<NSError*>(), failure);
+        }
+    });
+}
+
+TEST_F(SpeechProperties, ClearTheErrorThatWasThereBefore) {
+    inProcess([&](Object& object) {
+        for (const bool constructed : {true, false}) {
+            Object callee = constructed ? object : newObject();
+            for (const bool reads : {true, false}) {
+                failure = nil;
+                const auto before = host->ledger();
+                Value error(host->create("NSErrorZQM"));
+                reads ? callee.call("objectForProperty", "key", ByRef{&error})
+                      : callee.call("setObjectForProperty", 1, "key", ByRef{&error});
+                EXPECT_TRUE(error.isNull());
+                EXPECT_EQ(host->ledger(), before);
+            }
+        }
+    });
+}
+
+TEST_F(SpeechProperties, AreSetAndLoggedBeforeAndAfter) {
+    inProcess([&](Object& object) {
+        for (const bool accepts : {true, false}) {
+            accepted = accepts ? YES : NO;
+            const auto lines = logged([&] {
+                EXPECT_EQ(object.call("setObjectForProperty", "new", "some key", nullptr).asBool(), accepts);
+            });
+            EXPECT_TRUE([givenValue isEqual:@"new"]);
+            EXPECT_TRUE([askedName isEqualToString:@"some key"]);
+            EXPECT_THAT(lines,
+                        testing::ElementsAre("k: some key", "v: new " + hex(givenValue), "e: (null)"));
+        }
+    });
+}
+
+TEST_F(SpeechProperties, TakeNilForAValue) {
+    inProcess([&](Object& object) {
+        accepted = YES;
+        const auto lines =
+            logged([&] { object.call("setObjectForProperty", nullptr, "some key", nullptr); });
+        EXPECT_EQ(givenValue, nil);
+        EXPECT_THAT(lines, testing::ElementsAre("k: some key", "v: (null) 0", "e: (null)"));
+    });
+}
+
+} // namespace
