@@ -8,9 +8,11 @@
 
 #include <functional>
 #include <objc/runtime.h>
+#include <ostream>
 
 namespace {
 
+using zqm::host::ByRef;
 using zqm::host::HostException;
 using zqm::host::Object;
 using zqm::host::Value;
@@ -21,6 +23,10 @@ struct Member {
     std::function<Value(Object&)> use;
     bool needsConstruction = true;
 };
+
+std::ostream& operator<<(std::ostream& out, const Member& member) {
+    return out << member.name;
+}
 
 const std::vector<Member>& members() {
     static const std::vector<Member> all = {
@@ -39,10 +45,10 @@ const std::vector<Member>& members() {
          "phonemesFromText:", [](Object& o) { return o.call("phonemesFromText", "text"); }},
         {"addSpeechDictionary",
          "addSpeechDictionary:", [](Object& o) { return o.call("addSpeechDictionary", nullptr); }},
-        {"objectForProperty", "objectForProperty:error:",
-         [](Object& o) { return o.call("objectForProperty", "any", nullptr); }},
+        {"objectForProperty",
+         "objectForProperty:error:", [](Object& o) { return o.call("objectForProperty", "any", ByRef{}); }},
         {"setObjectForProperty", "setObject:forProperty:error:",
-         [](Object& o) { return o.call("setObjectForProperty", 1, "any", nullptr); }},
+         [](Object& o) { return o.call("setObjectForProperty", 1, "any", ByRef{}); }},
         {"setVoiceMethod", "setVoice:", [](Object& o) { return o.call("setVoice", "any"); }},
         {"stopSpeaking", "stopSpeaking", [](Object& o) { return o.call("stopSpeaking"); }},
         {"Constructor", "initWithVoice:andTarget:", [](Object& o) { return o.call("Constructor"); }, false},
@@ -74,15 +80,6 @@ REALobject wrap(id, SEL, NSException*) {
     return REALnewInstance("IllegalCastException");
 }
 
-// In place of the inherited method, or of the class's own.
-void makeRaise(const char* message) {
-    const SEL selector = sel_registerName(message);
-    const IMP raise = reinterpret_cast<IMP>(reinterpret_cast<void*>(raiseInstead));
-    if (!class_addMethod([MyNSSpeechSynthesizer class], selector, raise, "@@:")) {
-        class_replaceMethod([MyNSSpeechSynthesizer class], selector, raise, "@@:");
-    }
-}
-
 class Guard : public SynthesizerTest, public testing::WithParamInterface<Member> {};
 
 TEST_P(Guard, RaisesOneHostExceptionAndAnswersNeutrally) {
@@ -90,7 +87,7 @@ TEST_P(Guard, RaisesOneHostExceptionAndAnswersNeutrally) {
         ASSERT_TRUE(class_addMethod(object_getClass([NSException class]), @selector(NewNSExceptionZQM:),
                                     reinterpret_cast<IMP>(reinterpret_cast<void*>(wrap)), "^v@:@"));
         Object object = GetParam().needsConstruction ? newSynthesizer() : newObject();
-        makeRaise(GetParam().message);
+        replaceMethod(sel_registerName(GetParam().message), raiseInstead);
         const auto before = host->ledger();
         try {
             GetParam().use(object);
@@ -108,7 +105,7 @@ TEST_P(Guard, RaisesOneHostExceptionAndAnswersNeutrally) {
 TEST_P(Guard, AnswersNeutrallyWhereOnlyALogLineIsWritten) {
     zqm::support::inFreshProcess([this] {
         Object object = GetParam().needsConstruction ? newSynthesizer() : newObject();
-        makeRaise(GetParam().message);
+        replaceMethod(sel_registerName(GetParam().message), raiseInstead);
         const Value answer = GetParam().use(object);
         const auto& content = answer.content();
         if (const bool* truth = std::get_if<bool>(&content)) {

@@ -9,6 +9,7 @@
 
 namespace {
 
+using zqm::host::ByRef;
 using zqm::host::HostException;
 using zqm::host::Object;
 using zqm::host::String;
@@ -115,8 +116,8 @@ TEST_F(LifeCycle, AnswersNeutrallyWhileUnconstructed) {
     EXPECT_FALSE(object.call("startSpeakingString", "text", Object()).asBool());
     EXPECT_FALSE(object.call("setVoice", "anything").asBool());
     EXPECT_TRUE(object.call("phonemesFromText", "text").isNull());
-    EXPECT_TRUE(object.call("objectForProperty", "rate", nullptr).isNull());
-    EXPECT_FALSE(object.call("setObjectForProperty", 200, "rate", nullptr).asBool());
+    EXPECT_TRUE(object.call("objectForProperty", "rate", ByRef{}).isNull());
+    EXPECT_FALSE(object.call("setObjectForProperty", 200, "rate", ByRef{}).asBool());
     object.call("pauseSpeakingAtBoundary", 0);
     object.call("stopSpeakingAtBoundary", 0);
     object.call("continueSpeaking");

@@ -147,9 +147,10 @@ TEST_P(Records, ListTheDocumentedSharedMethods) {
     }
     if (record().name == std::string("NSSpeechSynthesizerZQM")) {
         documented.insert(documented.end(),
-                          {"isAnyApplicationSpeaking as Boolean", "availableVoice(index as integer) as String",
-                           "availableVoicesCount as integer", "attributesForVoice(voice as String) as NSVoiceZQM",
-                           "defaultVoice as String", "availableVoices as String()"});
+                          {"isAnyApplicationSpeaking as Boolean",
+                           "availableVoice(index as integer) as String", "availableVoicesCount as integer",
+                           "attributesForVoice(voice as String) as NSVoiceZQM", "defaultVoice as String",
+                           "availableVoices as String()"});
     }
     std::vector<std::string> built;
     for (std::uint64_t i = 0; i < record().sharedMethodCount; ++i) {

@@ -9,6 +9,7 @@
 
 namespace {
 
+using zqm::host::ByRef;
 using zqm::host::Object;
 
 int fetched = 0;
@@ -102,8 +103,11 @@ TEST_F(SetUpOfSynthesizer, RunsInTheConstructorMethodsWhichEnterTheObject) {
 
 TEST_F(SetUpOfSynthesizer, OpensEachVoiceMethod) {
     const std::vector<std::vector<const char*>> methods = {
-        {"isAnyApplicationSpeaking"}, {"availableVoicesCount"}, {"attributesForVoice", "no such voice"},
-        {"defaultVoice"},             {"availableVoices"},
+        {"isAnyApplicationSpeaking"},
+        {"availableVoicesCount"},
+        {"attributesForVoice", "no such voice"},
+        {"defaultVoice"},
+        {"availableVoices"},
     };
     for (const auto& method : methods) {
         zqm::support::inFreshProcess([&] {
@@ -146,8 +150,8 @@ TEST_F(SetUpOfSynthesizer, IsSkippedByEveryOtherMember) {
         object.call("continueSpeaking");
         object.call("setVoice", "no such voice");
         object.call("phonemesFromText", "text");
-        object.call("objectForProperty", "rate", nullptr);
-        object.call("setObjectForProperty", 200, "rate", nullptr);
+        object.call("objectForProperty", "rate", ByRef{});
+        object.call("setObjectForProperty", 200, "rate", ByRef{});
         object.call("addSpeechDictionary", host->dictionary());
         object.call("startSpeakingString", "text", "no url");
         object.call("Destructor");

@@ -2,8 +2,6 @@
 
 #include "tests/speech/synthesizer_host.h"
 
-#include <objc/runtime.h>
-
 namespace {
 
 using zqm::host::Dictionary;
@@ -43,20 +41,12 @@ NSString* takeText(id, SEL, NSString* text) {
     return answeredText;
 }
 
-template <typename Function>
-void replace(SEL selector, Function* function) {
-    const IMP made = reinterpret_cast<IMP>(reinterpret_cast<void*>(function));
-    const Method method = class_getInstanceMethod([MyNSSpeechSynthesizer class], selector);
-    ASSERT_NE(method, nullptr);
-    class_replaceMethod([MyNSSpeechSynthesizer class], selector, made, method_getTypeEncoding(method));
-}
-
 using Speaking = SynthesizerTest;
 
 TEST_F(Speaking, SendsAFolderItemAsItsFileURL) {
     zqm::support::inFreshProcess([&] {
         Object object = newSynthesizer();
-        replace(@selector(startSpeakingString:toURL:), startInstead);
+        replaceMethod(@selector(startSpeakingString:toURL:), startInstead);
         for (const bool begins : {true, false}) {
             answer = begins ? YES : NO;
             EXPECT_EQ(object.call("startSpeakingString", "text", host->folderItem("/tmp/a b.aiff")).asBool(),
@@ -73,8 +63,8 @@ TEST_F(Speaking, SendsAFolderItemAsItsFileURL) {
 TEST_F(Speaking, SendsBoundariesAsTheyAre) {
     zqm::support::inFreshProcess([&] {
         Object object = newSynthesizer();
-        replace(@selector(pauseSpeakingAtBoundary:), takeBoundary);
-        replace(@selector(stopSpeakingAtBoundary:), takeBoundary);
+        replaceMethod(@selector(pauseSpeakingAtBoundary:), takeBoundary);
+        replaceMethod(@selector(stopSpeakingAtBoundary:), takeBoundary);
         for (const char* method : {"pauseSpeakingAtBoundary", "stopSpeakingAtBoundary"}) {
             for (const std::int64_t boundary : {0, 1, 2, 3, -1}) {
                 object.call(method, boundary);
@@ -87,7 +77,7 @@ TEST_F(Speaking, SendsBoundariesAsTheyAre) {
 TEST_F(Speaking, SendsDictionariesConverted) {
     zqm::support::inFreshProcess([&] {
         Object object = newSynthesizer();
-        replace(@selector(addSpeechDictionary:), takeDictionary);
+        replaceMethod(@selector(addSpeechDictionary:), takeDictionary);
         Dictionary dictionary = host->dictionary();
         dictionary.setValue("key", "value");
         object.call("addSpeechDictionary", dictionary);
@@ -100,7 +90,7 @@ TEST_F(Speaking, SendsDictionariesConverted) {
 TEST_F(Speaking, AnswersWhetherTheVoiceWasTaken) {
     zqm::support::inFreshProcess([&] {
         Object object = newSynthesizer();
-        replace(@selector(setVoice:), takeVoice);
+        replaceMethod(@selector(setVoice:), takeVoice);
         for (const bool taken : {true, false}) {
             answer = taken ? YES : NO;
             EXPECT_EQ(object.call("setVoice", "some voice").asBool(), taken);
@@ -114,7 +104,7 @@ TEST_F(Speaking, AnswersWhetherTheVoiceWasTaken) {
 TEST_F(Speaking, AnswersPhonemesOrNil) {
     zqm::support::inFreshProcess([&] {
         Object object = newSynthesizer();
-        replace(@selector(phonemesFromText:), takeText);
+        replaceMethod(@selector(phonemesFromText:), takeText);
         answeredText = @"_d1AOg.";
         EXPECT_EQ(object.call("phonemesFromText", "dog").asText(), "_d1AOg.");
         EXPECT_TRUE([sentText isEqualToString:@"dog"]);

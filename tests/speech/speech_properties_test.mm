@@ -1,9 +1,10 @@
-// The platform's speech properties as the host sees them: conversions, the error that comes back by reference,
-// and the lines in the log.
+// The platform's speech properties as the host sees them: conversions, the error that comes back by
+// reference, and the lines in the log.
 
 #include "tests/speech/synthesizer_host.h"
 
-#include <objc/runtime.h>
+#include <functional>
+#include <sstream>
 
 namespace {
 
@@ -31,12 +32,6 @@ BOOL acceptInstead(id, SEL, id value, NSString* name, NSError** error) {
     return accepted;
 }
 
-template <typename Function>
-void replace(SEL selector, Function* function, const char* types) {
-    class_replaceMethod([MyNSSpeechSynthesizer class], selector,
-                        reinterpret_cast<IMP>(reinterpret_cast<void*>(function)), types);
-}
-
 // What was logged, each line without the date and process before it.
 std::vector<std::string> logged(const std::function<void()>& body) {
     testing::internal::CaptureStderr();
@@ -62,22 +57,20 @@ protected:
         zqm::support::inFreshProcess([&] {
             // The class that a library of the family defines.
             host->defineClass({.name = "NSErrorZQM", .dataSize = sizeof(id)});
-            replace(@selector(objectForProperty:error:), answerInstead, "@@:@^@");
-            replace(@selector(setObject:forProperty:error:), acceptInstead, "c@:@@^@");
+            replaceMethod(@selector(objectForProperty:error:), answerInstead);
+            replaceMethod(@selector(setObject:forProperty:error:), acceptInstead);
             Object object = newSynthesizer();
             body(object);
         });
     }
-    static NSError* someError() {
-        return [NSError errorWithDomain:@"Domain" code:-245 userInfo:nil];
-    }
+    static NSError* someError() { return [NSError errorWithDomain:@"Domain" code:-245 userInfo:nil]; }
 };
 
 TEST_F(SpeechProperties, AreReadAndLogged) {
     inProcess([&](Object& object) {
         answer = [[NSNumber alloc] initWithInt:42];
         Value value;
-        const auto lines = logged([&] { value = object.call("objectForProperty", "some key", nullptr); });
+        const auto lines = logged([&] { value = object.call("objectForProperty", "some key", ByRef{}); });
         EXPECT_EQ(value.asInteger(), 42);
         EXPECT_TRUE([askedName isEqualToString:@"some key"]);
         EXPECT_THAT(lines, testing::ElementsAre("k: some key", "v: 42 " + hex(answer), "e: (null)"));
@@ -89,8 +82,8 @@ TEST_F(SpeechProperties, ReadAsNilAreLoggedAsNil) {
         answer = nil;
         failure = someError();
         Value error;
-        const auto lines = logged(
-            [&] { EXPECT_TRUE(object.call("objectForProperty", nullptr, ByRef{&error}).isNull()); });
+        const auto lines =
+            logged([&] { EXPECT_TRUE(object.call("objectForProperty", nullptr, ByRef{&error}).isNull()); });
         EXPECT_EQ(askedName, nil);
         ASSERT_EQ(lines.size(), 3U);
         EXPECT_EQ(lines[0], "k: (null)");
@@ -136,12 +129,11 @@ TEST_F(SpeechProperties, AreSetAndLoggedBeforeAndAfter) {
         for (const bool accepts : {true, false}) {
             accepted = accepts ? YES : NO;
             const auto lines = logged([&] {
-                EXPECT_EQ(object.call("setObjectForProperty", "new", "some key", nullptr).asBool(), accepts);
+                EXPECT_EQ(object.call("setObjectForProperty", "new", "some key", ByRef{}).asBool(), accepts);
             });
             EXPECT_TRUE([givenValue isEqual:@"new"]);
             EXPECT_TRUE([askedName isEqualToString:@"some key"]);
-            EXPECT_THAT(lines,
-                        testing::ElementsAre("k: some key", "v: new " + hex(givenValue), "e: (null)"));
+            EXPECT_THAT(lines, testing::ElementsAre("k: some key", "v: new " + hex(givenValue), "e: (null)"));
         }
     });
 }
@@ -149,8 +141,7 @@ TEST_F(SpeechProperties, AreSetAndLoggedBeforeAndAfter) {
 TEST_F(SpeechProperties, TakeNilForAValue) {
     inProcess([&](Object& object) {
         accepted = YES;
-        const auto lines =
-            logged([&] { object.call("setObjectForProperty", nullptr, "some key", nullptr); });
+        const auto lines = logged([&] { object.call("setObjectForProperty", nullptr, "some key", ByRef{}); });
         EXPECT_EQ(givenValue, nil);
         EXPECT_THAT(lines, testing::ElementsAre("k: some key", "v: (null) 0", "e: (null)"));
     });

@@ -10,10 +10,22 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <objc/runtime.h>
 
 // The platform object of a host's synthesizer; nil while it is unconstructed. Borrowed.
 inline MyNSSpeechSynthesizer* platformObjectOf(const zqm::host::Object& object) {
     return instanceData<MyNSSpeechSynthesizer*>(object.handle());
+}
+
+// Gives the platform object's class a method of its own in place of the one that it has or inherits.
+template <typename Function>
+void replaceMethod(SEL selector, Function* function) {
+    const IMP made = reinterpret_cast<IMP>(reinterpret_cast<void*>(function));
+    const char* types =
+        method_getTypeEncoding(class_getInstanceMethod([MyNSSpeechSynthesizer class], selector));
+    if (!class_addMethod([MyNSSpeechSynthesizer class], selector, made, types)) {
+        class_replaceMethod([MyNSSpeechSynthesizer class], selector, made, types);
+    }
 }
 
 class SynthesizerTest : public testing::Test {

@@ -4,6 +4,7 @@
 #include "tests/speech/synthesizer_host.h"
 
 #include <functional>
+#include <limits>
 #include <objc/runtime.h>
 
 namespace {
@@ -40,7 +41,7 @@ void replaceClassMethod(SEL selector, Function* function) {
 }
 
 class Voices : public SynthesizerTest {
-protected:
+public:
     template <typename... Arguments>
     Value ask(const char* method, Arguments... arguments) {
         return host->callShared(kSynthesizer, method, arguments...);
@@ -81,8 +82,9 @@ TEST_F(Voices, AreListedInThePlatformsOrder) {
 TEST_F(Voices, OutOfRangeRaise) {
     const std::int64_t count = ask("availableVoicesCount").asInteger();
     const auto before = host->ledger();
-    for (const std::int64_t index : {std::int64_t{-1}, count, count + 1, std::numeric_limits<std::int64_t>::min(),
-                                     std::numeric_limits<std::int64_t>::max()}) {
+    for (const std::int64_t index :
+         {std::int64_t{-1}, count, count + 1, std::numeric_limits<std::int64_t>::min(),
+          std::numeric_limits<std::int64_t>::max()}) {
         expectOutOfBounds(index);
     }
     EXPECT_EQ(host->ledger(), before);
@@ -188,15 +190,12 @@ struct Reader {
 };
 
 constexpr Reader kReaders[] = {
-    {"Name", "NSVoiceName"},
-    {"Identifier", "NSVoiceIdentifier"},
-    {"Gender", "NSVoiceGender"},
-    {"DemoText", "NSVoiceDemoText"},
-    {"Language", "NSVoiceLanguage"},
-    {"LocaleIdentifier", "NSVoiceLocaleIdentifier"},
+    {"Name", "NSVoiceName"},         {"Identifier", "NSVoiceIdentifier"},
+    {"Gender", "NSVoiceGender"},     {"DemoText", "NSVoiceDemoText"},
+    {"Language", "NSVoiceLanguage"}, {"LocaleIdentifier", "NSVoiceLocaleIdentifier"},
 };
 
-NSString* keyNamed(Voices&, PluginHost& host, const char* symbol) {
+NSString* keyNamed(PluginHost& host, const char* symbol) {
     return [NSString stringWithUTF8String:host->callShared("NSVoiceZQM", symbol).asText().c_str()];
 }
 
@@ -205,9 +204,9 @@ TEST_F(Voices, TellEachAttributeByItsKey) {
         NSMutableDictionary* const dictionary = [NSMutableDictionary dictionary];
         for (const Reader& reader : kReaders) {
             [dictionary setObject:[NSString stringWithFormat:@"the %s", reader.method]
-                           forKey:keyNamed(*this, host, reader.key)];
+                           forKey:keyNamed(host, reader.key)];
         }
-        [dictionary setObject:[NSNumber numberWithInt:-35] forKey:keyNamed(*this, host, "NSVoiceAge")];
+        [dictionary setObject:[NSNumber numberWithInt:-35] forKey:keyNamed(host, "NSVoiceAge")];
         Object voice = attributes(dictionary);
         for (const Reader& reader : kReaders) {
             EXPECT_EQ(voice.call(reader.method).asText(), std::string("the ") + reader.method);
@@ -236,7 +235,7 @@ TEST_F(Voices, RaiseWhereTheAgeIsNoNumber) {
         ASSERT_TRUE(class_addMethod(object_getClass([NSException class]), @selector(NewNSExceptionZQM:),
                                     reinterpret_cast<IMP>(reinterpret_cast<void*>(wrap)), "^v@:@"));
         Object voice = attributes([NSDictionary dictionaryWithObject:[NSArray array]
-                                                              forKey:keyNamed(*this, host, "NSVoiceAge")]);
+                                                              forKey:keyNamed(host, "NSVoiceAge")]);
         EXPECT_THROW(voice.call("Age"), HostException);
     });
 }
