@@ -41,16 +41,16 @@ REALobject queryDictionary(REALobject self) {
     return guarded([&] { return NSDictionaryRB(attributesOf(self)); });
 }
 
-REALstring textAttribute(REALobject self, NSString* const* key) {
-    return guarded([&] { return hostString([attributesOf(self) objectForKey:platformConstant(key)]); });
+REALstring textAttribute(REALobject self, NSString* key) {
+    return guarded([&] { return hostString([attributesOf(self) objectForKey:key]); });
 }
 
 REALstring queryNSVoiceName(REALobject self) {
-    return textAttribute(self, &NSVoiceName);
+    return textAttribute(self, platformConstant(&NSVoiceName));
 }
 
 REALstring queryNSVoiceIdentifier(REALobject self) {
-    return textAttribute(self, &NSVoiceIdentifier);
+    return textAttribute(self, platformConstant(&NSVoiceIdentifier));
 }
 
 std::int64_t queryNSVoiceAge(REALobject self) {
@@ -60,19 +60,19 @@ std::int64_t queryNSVoiceAge(REALobject self) {
 }
 
 REALstring queryNSVoiceGender(REALobject self) {
-    return textAttribute(self, &NSVoiceGender);
+    return textAttribute(self, platformConstant(&NSVoiceGender));
 }
 
 REALstring queryNSVoiceDemoText(REALobject self) {
-    return textAttribute(self, &NSVoiceDemoText);
+    return textAttribute(self, platformConstant(&NSVoiceDemoText));
 }
 
 REALstring queryNSVoiceLanguage(REALobject self) {
-    return textAttribute(self, &NSVoiceLanguage);
+    return textAttribute(self, platformConstant(&NSVoiceLanguage));
 }
 
 REALstring queryNSVoiceLocaleIdentifier(REALobject self) {
-    return textAttribute(self, &NSVoiceLocaleIdentifier);
+    return textAttribute(self, platformConstant(&NSVoiceLocaleIdentifier));
 }
 
 // ---- the platform's constants
