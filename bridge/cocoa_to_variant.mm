@@ -38,20 +38,24 @@ OwnedObject newObjectArray() {
 }
 
 REALobject arrayVariant(NSArray* elements) {
-    return convertedCollection([&]() -> REALobject {
+    OwnedObject converted = convertedCollection([&] {
         OwnedObject result = newObjectArray();
         if (!result) {
-            return nullptr;
+            return result;
         }
         NSEnumerator* each = [elements objectEnumerator];
         std::int64_t index = 0;
         while (id element = [each nextObject]) {
             const OwnedObject value{NewVariantFromNSObject(element)};
+            if (isConversionAbandoned()) {
+                break;
+            }
             REALInsertArrayValueObject(reinterpret_cast<REALarray>(result.get()), index, value.get());
             ++index;
         }
-        return result.release();
+        return result;
     });
+    return converted.release();
 }
 
 REALobject viewVariant(NSObject* view) {
