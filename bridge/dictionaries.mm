@@ -101,6 +101,9 @@ NSDictionary* NewNSDictionary(REALobject dictionary) {
         }
         NSMutableDictionary* result =
             [NSMutableDictionary dictionaryWithCapacity:static_cast<NSUInteger>(count)];
+        if (result == nil) {
+            return nil;
+        }
         const MethodsInUse methods;
         for (std::int64_t i = 0; i < count; ++i) {
             OwnedObject value; // given back after the key
