@@ -7,6 +7,7 @@
 #import "speech/MyNSSpeechSynthesizer.h"
 #include "tests/plugin/plugin_host.h"
 #include "tests/support/fresh_process.h"
+#include "tests/support/sibling_library.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,12 +17,19 @@ inline MyNSSpeechSynthesizer* platformObjectOf(const zqm::host::Object& object) 
     return instanceData<MyNSSpeechSynthesizer*>(object.handle());
 }
 
+enum class Sibling { OfThisRun, None };
+
 class SynthesizerTest : public testing::Test {
 public:
     ~SynthesizerTest() override { EXPECT_THAT(host->reports(), testing::IsEmpty()); }
 
 protected:
-    explicit SynthesizerTest(double hostVersion = zqm::host::kDefaultVersion) : host(hostVersion) {
+    explicit SynthesizerTest(double hostVersion = zqm::host::kDefaultVersion,
+                             Sibling sibling = Sibling::OfThisRun)
+        : host(hostVersion) {
+        if (sibling == Sibling::OfThisRun) {
+            zqm::support::loadSibling(*host);
+        }
         host.start();
     }
 
@@ -35,4 +43,11 @@ protected:
 
     AutoreleasePool pool;
     PluginHost host;
+};
+
+// For what happens where there is no sibling, or before one appears, whatever the run. A library stays in its
+// process, so each of these tests has a process of its own.
+class SynthesizerAloneTest : public SynthesizerTest {
+protected:
+    SynthesizerAloneTest() : SynthesizerTest(zqm::host::kDefaultVersion, Sibling::None) {}
 };
