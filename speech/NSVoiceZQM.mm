@@ -27,12 +27,7 @@ void NSVoiceConstructor(REALobject self) {
 void NSVoiceDestructor(REALobject self) {
     guarded([&] {
         CocoaInit();
-        NSDictionary*& attributes = instanceData<VoiceData>(self).attributes;
-        if (attributes != nil) {
-            forgetInstance(attributes);
-            [attributes release];
-            attributes = nil;
-        }
+        releaseInstance(instanceData<VoiceData>(self).attributes);
     });
 }
 
