@@ -163,8 +163,8 @@ REALobject NewVariantFromNSObject(NSObject* object) {
     if (object == nil || object == [NSNull null]) {
         return nullptr;
     }
-    if (REALobject owner = lockedInstance(object)) {
-        return owner;
+    if (const auto owner = lockedInstance(object)) {
+        return *owner;
     }
     if (const auto variant = variantOfFoundationObject(object)) {
         return *variant;

@@ -6,6 +6,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 #import <Foundation/Foundation.h>
+#include <optional>
 
 // Maps each platform object that a host object owns to that host object: plain pointers, neither retained
 // nor locked. Supplied by a sibling; null while there is none.
@@ -30,5 +31,6 @@ void releaseInstance(Pointer& platformObject) {
     }
 }
 
-// The host object that owns the platform object, locked once more for the caller; null where there is none.
-REALobject lockedInstance(const void* platformObject);
+// The host object that owns the platform object, locked once more for the caller, or null from a host that
+// can't lock it. Nothing where there is none.
+std::optional<REALobject> lockedInstance(const void* platformObject);

@@ -50,6 +50,22 @@ TEST_F(BasicsToHost, TruthValuesWithAHostObjectComeBackAsThat) {
     CFDictionaryRemoveValue(instances, kCFBooleanTrue);
 }
 
+TEST_F(BasicsToHost, NullIsNilEvenWithAHostObject) {
+    const Object owner = host->date(2020);
+    CFDictionarySetValue(instances, [NSNull null], owner.handle());
+    EXPECT_EQ(NewVariantFromNSObject(reinterpret_cast<NSObject*>([NSNull null])), nullptr);
+    CFDictionaryRemoveValue(instances, [NSNull null]);
+}
+
+// Given without a lock it would end in the caller's hands.
+TEST_F(BasicsToHost, HostObjectThatCantBeLockedIsNil) {
+    PluginHost::refuse("REALLockObject");
+    const Object owner = host->date(2020);
+    CFDictionarySetValue(instances, @"text", owner.handle());
+    EXPECT_EQ(NewVariantFromNSObject(@"text"), nullptr);
+    CFDictionaryRemoveValue(instances, @"text");
+}
+
 TEST_F(BasicsToHost, ConversionNeedsNoInstancesDictionary) {
     CFMutableDictionaryRef const kept = std::exchange(instances, nullptr);
     EXPECT_EQ(converted(@"text").variantValue().asText(), "text");
