@@ -50,6 +50,9 @@ REALobject arrayVariant(NSArray* elements) {
             if (isConversionAbandoned()) {
                 break;
             }
+            if (!REALInsertArrayValueObject.isAvailable()) {
+                return OwnedObject{}; // rather than an array that has lost its elements
+            }
             REALInsertArrayValueObject(reinterpret_cast<REALarray>(result.get()), index, value.get());
             ++index;
         }
