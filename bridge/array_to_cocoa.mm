@@ -76,7 +76,11 @@ NSMutableArray* convertedElements(REALarray array) {
             } else {
                 element = elementAt(array, i, getter);
             }
-            [result addObject:convert(element)];
+            id converted = convert(element);
+            if (isConversionAbandoned()) {
+                break;
+            }
+            [result addObject:converted];
         }
         return result;
     });

@@ -38,20 +38,27 @@ OwnedObject newObjectArray() {
 }
 
 REALobject arrayVariant(NSArray* elements) {
-    return convertedCollection([&]() -> REALobject {
+    OwnedObject converted = convertedCollection([&] {
         OwnedObject result = newObjectArray();
         if (!result) {
-            return nullptr;
+            return result;
         }
         NSEnumerator* each = [elements objectEnumerator];
         std::int64_t index = 0;
         while (id element = [each nextObject]) {
             const OwnedObject value{NewVariantFromNSObject(element)};
+            if (isConversionAbandoned()) {
+                break;
+            }
+            if (!REALInsertArrayValueObject.isAvailable()) {
+                return OwnedObject{}; // rather than an array that has lost its elements
+            }
             REALInsertArrayValueObject(reinterpret_cast<REALarray>(result.get()), index, value.get());
             ++index;
         }
-        return result.release();
+        return result;
     });
+    return converted.release();
 }
 
 REALobject viewVariant(NSObject* view) {
@@ -159,8 +166,8 @@ REALobject NewVariantFromNSObject(NSObject* object) {
     if (object == nil || object == [NSNull null]) {
         return nullptr;
     }
-    if (REALobject owner = lockedInstance(object)) {
-        return owner;
+    if (const auto owner = lockedInstance(object)) {
+        return *owner;
     }
     if (const auto variant = variantOfFoundationObject(object)) {
         return *variant;

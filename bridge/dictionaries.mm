@@ -62,10 +62,10 @@ REALobject NSDictionaryRB(NSDictionary* dictionary) {
     if (dictionary == nil) {
         return nullptr;
     }
-    return convertedCollection([&]() -> REALobject {
+    OwnedObject converted = convertedCollection([&] {
         OwnedObject result{REALnewInstance("Dictionary")};
         if (!result) {
-            return nullptr;
+            return result;
         }
         const MethodsInUse methods;
         NSArray* keys = [dictionary allKeys];
@@ -76,13 +76,17 @@ REALobject NSDictionaryRB(NSDictionary* dictionary) {
             OwnedObject hostValue; // given back after the key
             const OwnedObject hostKey{NewVariantFromNSObject(key)};
             hostValue = OwnedObject{NewVariantFromNSObject(value)};
+            if (isConversionAbandoned()) {
+                break;
+            }
             refreshMethods(result.get());
             if (LastDictionarySetter != nullptr) {
                 LastDictionarySetter(result.get(), hostKey.get(), hostValue.get());
             }
         }
-        return result.release();
+        return result;
     });
+    return converted.release();
 }
 
 NSDictionary* NewNSDictionary(REALobject dictionary) {
@@ -97,6 +101,9 @@ NSDictionary* NewNSDictionary(REALobject dictionary) {
         }
         NSMutableDictionary* result =
             [NSMutableDictionary dictionaryWithCapacity:static_cast<NSUInteger>(count)];
+        if (result == nil) {
+            return nil;
+        }
         const MethodsInUse methods;
         for (std::int64_t i = 0; i < count; ++i) {
             OwnedObject value; // given back after the key
@@ -105,6 +112,9 @@ NSDictionary* NewNSDictionary(REALobject dictionary) {
             if (key) {
                 id platformKey = orNull(GetVariantAsNSObject(key.get()));
                 [result setObject:orNull(GetVariantAsNSObject(value.get())) forKey:platformKey];
+            }
+            if (isConversionAbandoned()) {
+                break;
             }
         }
         return result;

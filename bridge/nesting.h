@@ -9,38 +9,53 @@
 
 inline constexpr int kDeepestNesting = 500; // collections within collections
 
-// Leaves the conversions of all levels.
-struct NestedTooDeeply {};
-
+// One level of the conversion under way. Levels count on through the host, whose methods may call the plugin
+// while it converts; so nothing is thrown over them.
 class NestingLevel {
 public:
     NestingLevel() { ++depth_; }
     NestingLevel(const NestingLevel&) = delete;
     NestingLevel& operator=(const NestingLevel&) = delete;
-    ~NestingLevel() { --depth_; }
+    ~NestingLevel() {
+        if (--depth_ == 0) {
+            isAbandoned_ = false;
+        }
+    }
 
-    static bool isOutermost() { return depth_ == 1; }
-    static bool isTooDeep() { return depth_ > kDeepestNesting; }
+    // Beyond the deepest level the conversion is abandoned, which is raised into the host once.
+    void abandonIfTooDeep() const {
+        if (depth_ > kDeepestNesting && !isAbandoned_) {
+            isAbandoned_ = true;
+            RaiseException("RuntimeException", "A value holds others nested deeper than 500 levels.", 0, 0);
+        }
+    }
+
+    // Until the outermost level has ended.
+    static bool isAbandoned() { return isAbandoned_; }
 
 private:
     static inline int depth_ = 0;
+    static inline bool isAbandoned_ = false;
 };
 
-// Converts the elements of one collection. Beyond the deepest level the whole conversion is abandoned: the
-// outermost collection raises one exception into the host and answers null.
+// Whether an element held others too deeply, so that it is not to be stored and none is to follow. To be
+// asked after each.
+inline bool isConversionAbandoned() {
+    return NestingLevel::isAbandoned();
+}
+
+// Converts the elements of one collection. The result is an owner or autoreleased; it is null once the
+// conversion is abandoned.
 template <typename Body>
 std::invoke_result_t<Body> convertedCollection(Body&& body) {
     const NestingLevel level;
-    if (NestingLevel::isTooDeep()) {
-        throw NestedTooDeeply{};
+    level.abandonIfTooDeep();
+    if (isConversionAbandoned()) {
+        return {};
     }
-    if (!NestingLevel::isOutermost()) {
-        return body();
+    auto result = body();
+    if (isConversionAbandoned()) {
+        return {};
     }
-    try {
-        return body();
-    } catch (const NestedTooDeeply&) {
-        RaiseException("RuntimeException", "A value holds others nested deeper than 500 levels.", 0, 0);
-    }
-    return nullptr;
+    return result;
 }

@@ -54,8 +54,8 @@ REALobject newWrapper(NSObject* object) {
 }
 
 REALobject sharedWrapper(NSObject* object, const char* hostClass) {
-    if (REALobject known = lockedInstance(object)) {
-        return known;
+    if (const auto known = lockedInstance(object)) {
+        return *known;
     }
     REALobject wrapper = REALnewInstance(hostClass);
     if (wrapper != nullptr) {

@@ -27,15 +27,17 @@ endif()
 set(ZQM_JOBS_PER_TEST 4)
 
 # zqm_add_test(NAME SOURCES file... [LIBRARIES library...] [TIMEOUT seconds] [SHARDS number] [WAITS]
-#              [RUN_SERIAL])
+#              [RUN_SERIAL] [WITH_SIBLING])
 # One GoogleTest program, built with the project's warnings and run as one test, or as several that share
 # its cases and may run at the same time. WAITS: it mostly waits, as for sound in real time. RUN_SERIAL: no
-# other test runs beside it. A test that skips itself has not passed.
+# other test runs beside it. WITH_SIBLING: all of it runs twice, the second time with the family's library for
+# Foundation's classes beside the plugin (tests/support/sibling_library.h), since what the plugin does depends on
+# whether there is one; for every program whose hosts load the plugin. A test that skips itself has not passed.
 function(zqm_add_test name)
   if(NOT BUILD_TESTING)
     return()
   endif()
-  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL;WAITS" "TIMEOUT;SHARDS" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "RUN_SERIAL;WAITS;WITH_SIBLING" "TIMEOUT;SHARDS" "SOURCES;LIBRARIES")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 300)
   endif()
@@ -50,19 +52,32 @@ function(zqm_add_test name)
   target_link_libraries(${name} PRIVATE zqm_warnings ${arg_LIBRARIES} GTest::gmock GTest::gtest GTest::gtest_main)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  set(runs ${name})
+  set(sibling_of_${name} "")
+  if(arg_WITH_SIBLING)
+    list(APPEND runs ${name}_with_sibling)
+    set(sibling_of_${name}_with_sibling "$<TARGET_FILE:ZQMFoundation>")
+    add_dependencies(${name} ZQMFoundation)
+  endif()
   math(EXPR last "${arg_SHARDS} - 1")
-  foreach(shard RANGE ${last})
-    set(test ${name})
-    if(last GREATER 0)
-      math(EXPR number "${shard} + 1")
-      set(test "${name}_${number}_of_${arg_SHARDS}")
-    endif()
-    add_test(NAME ${test} COMMAND ${name})
-    set_tests_properties(${test} PROPERTIES
-      TIMEOUT ${arg_TIMEOUT}
-      PROCESSORS ${jobs}
-      RUN_SERIAL ${arg_RUN_SERIAL}
-      FAIL_REGULAR_EXPRESSION "\\[  SKIPPED \\]"
-      ENVIRONMENT "${ZQM_TEST_ENVIRONMENT};GTEST_TOTAL_SHARDS=${arg_SHARDS};GTEST_SHARD_INDEX=${shard}")
+  foreach(run IN LISTS runs)
+    foreach(shard RANGE ${last})
+      set(test ${run})
+      if(last GREATER 0)
+        math(EXPR number "${shard} + 1")
+        set(test "${run}_${number}_of_${arg_SHARDS}")
+      endif()
+      add_test(NAME ${test} COMMAND ${name})
+      set(environment ${ZQM_TEST_ENVIRONMENT}
+        "GTEST_TOTAL_SHARDS=${arg_SHARDS}"
+        "GTEST_SHARD_INDEX=${shard}"
+        "ZQM_SIBLING_LIBRARY=${sibling_of_${run}}")
+      set_tests_properties(${test} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT}
+        PROCESSORS ${jobs}
+        RUN_SERIAL ${arg_RUN_SERIAL}
+        FAIL_REGULAR_EXPRESSION "\\[  SKIPPED \\]"
+        ENVIRONMENT "${environment}")
+    endforeach()
   endforeach()
 endfunction()

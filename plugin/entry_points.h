@@ -70,6 +70,9 @@ public:
         return Result();
     }
 
+    // Whether the host knows the name.
+    bool isAvailable() { return slot_.function() != nullptr; }
+
 private:
     EntryPointSlot slot_;
 };

@@ -5,6 +5,8 @@
 #include "plugin/host_interface.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#import <Foundation/Foundation.h>
+#include <optional>
 
 // Maps each platform object that a host object owns to that host object: plain pointers, neither retained
 // nor locked. Supplied by a sibling; null while there is none.
@@ -18,5 +20,17 @@ void CocoaInit();
 void rememberInstance(const void* platformObject, const void* hostObject);
 void forgetInstance(const void* platformObject);
 
-// The host object that owns the platform object, locked once more for the caller; null where there is none.
-REALobject lockedInstance(const void* platformObject);
+// What a host object does at its end with the platform object that it retains, if it has one: removes it from
+// the dictionary, releases it, and leaves nil in its place.
+template <typename Pointer>
+void releaseInstance(Pointer& platformObject) {
+    if (platformObject != nil) {
+        forgetInstance(platformObject);
+        [platformObject release];
+        platformObject = nil;
+    }
+}
+
+// The host object that owns the platform object, locked once more for the caller, or null from a host that
+// can't lock it. Nothing where there is none.
+std::optional<REALobject> lockedInstance(const void* platformObject);

@@ -1,6 +1,6 @@
 #include "plugin/set_up.h"
 
-#include "plugin/entry_points.h"
+#include "plugin/host_handles.h"
 #include "plugin/sibling_methods.h"
 
 CFMutableDictionaryRef instances = nullptr;
@@ -30,13 +30,13 @@ void forgetInstance(const void* platformObject) {
     }
 }
 
-REALobject lockedInstance(const void* platformObject) {
+std::optional<REALobject> lockedInstance(const void* platformObject) {
     if (instances == nullptr) {
-        return nullptr;
+        return std::nullopt;
     }
     auto object = static_cast<REALobject>(const_cast<void*>(CFDictionaryGetValue(instances, platformObject)));
-    if (object != nullptr) {
-        REALLockObject(object);
+    if (object == nullptr) {
+        return std::nullopt;
     }
-    return object;
+    return locked(object).release();
 }

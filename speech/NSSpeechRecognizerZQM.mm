@@ -22,12 +22,7 @@ void NSSpeechRecognizerConstructor(REALobject self) {
 void NSSpeechRecognizerDestructor(REALobject self) {
     guarded([&] {
         CocoaInit();
-        id& recognizer = instanceData<RecognizerData>(self).recognizer;
-        if (recognizer != nil) {
-            forgetInstance(recognizer);
-            [recognizer release];
-            recognizer = nil;
-        }
+        releaseInstance(instanceData<RecognizerData>(self).recognizer);
     });
 }
 

@@ -33,12 +33,7 @@ void NSSpeechSynthesizerConstructor(REALobject self) {
 void NSSpeechSynthesizerDestructor(REALobject self) {
     guarded([&] {
         CocoaInit();
-        MyNSSpeechSynthesizer*& synthesizer = synthesizerOf(self);
-        if (synthesizer != nil) {
-            forgetInstance(synthesizer);
-            [synthesizer release];
-            synthesizer = nil;
-        }
+        releaseInstance(synthesizerOf(self));
     });
 }
 

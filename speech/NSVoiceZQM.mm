@@ -23,12 +23,7 @@ void NSVoiceConstructor(REALobject self) {
 void NSVoiceDestructor(REALobject self) {
     guarded([&] {
         CocoaInit();
-        NSDictionary*& attributes = attributesOf(self);
-        if (attributes != nil) {
-            forgetInstance(attributes);
-            [attributes release];
-            attributes = nil;
-        }
+        releaseInstance(attributesOf(self));
     });
 }
 

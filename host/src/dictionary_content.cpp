@@ -84,8 +84,8 @@ bool DictionaryContent::remove(const Value& key) {
     const Entry removed = std::move(entries_[index]);
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
     places_.erase(place);
-    for (auto& [identity, after] : places_) {
-        after -= after > index ? 1 : 0;
+    for (auto after = places_.begin(); after != places_.end(); ++after) {
+        after.value() -= after->second > index ? 1 : 0;
     }
     return true;
 }

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <tsl/robin_map.h>
 #include <variant>
 #include <vector>
 
@@ -46,7 +46,7 @@ private:
     static Identity identityOf(const Value& key);
 
     std::vector<Entry> entries_;
-    std::unordered_map<Identity, std::size_t, Hash> places_; // in entries_
+    tsl::robin_map<Identity, std::size_t, Hash> places_; // in entries_
     CallHooks keys_;
     CallHooks values_;
 };

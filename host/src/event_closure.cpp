@@ -50,7 +50,7 @@ void EventClosure::handle(void** arguments) {
     if (object == nullptr) {
         return;
     }
-    ++object->raised[event_->token];
+    ++object->members().raised[event_->token];
     std::vector<Value> values;
     std::size_t index = 1;
     for (const Parameter& parameter : event_->declaration.parameters) {

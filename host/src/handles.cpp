@@ -62,9 +62,24 @@ bool ObjectHandle::headerIntact() const {
                        [](unsigned char byte) { return byte == kHeaderPattern; });
 }
 
+ObjectHandle::Members& ObjectHandle::members() {
+    if (members_ == nullptr) {
+        members_ = std::make_unique<Members>();
+    }
+    return *members_;
+}
+
+const ObjectHandle::Members& ObjectHandle::members() const {
+    static const Members none;
+    return members_ != nullptr ? *members_ : none;
+}
+
+std::map<std::uint64_t, std::shared_ptr<EventClosure>> ObjectHandle::takeHandlers() {
+    return members_ != nullptr ? std::exchange(members_->handlers, {}) : decltype(Members::handlers)();
+}
+
 void ObjectHandle::die() {
-    handlers.clear();
-    kept.clear();
+    members_.reset();
     std::memset(block_, kDeadPattern, size_);
     ASAN_POISON_MEMORY_REGION(block_, size_);
 }

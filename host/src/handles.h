@@ -15,7 +15,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <tsl/robin_map.h>
 #include <vector>
 
 namespace zqm::host {
@@ -97,18 +97,27 @@ struct ObjectHandle final : Handle {
         return dynamic_cast<Content*>(content.get());
     }
 
+    // What few of many objects have.
+    struct Members {
+        std::map<std::string, Value> kept; // properties that the host keeps, by lowered name
+        std::map<std::uint64_t, std::shared_ptr<EventClosure>> handlers; // by token
+        std::map<std::uint64_t, std::size_t> raised;                     // calls of handlers, by token
+    };
+    Members& members();
+    const Members& members() const;
+    // Takes them off the object.
+    std::map<std::uint64_t, std::shared_ptr<EventClosure>> takeHandlers();
+
     const HostClass& type;
     bool ending = false;
     std::unique_ptr<ObjectContent> content;
-    std::map<std::string, Value> kept; // properties that the host keeps, by lowered name
-    std::map<std::uint64_t, std::shared_ptr<EventClosure>> handlers; // by token
-    std::map<std::uint64_t, std::size_t> raised;                     // calls of handlers, by token
 
 protected:
     void die() override;
 
 private:
-    void* block_; // header and instance data
+    std::unique_ptr<Members> members_; // made at first use
+    void* block_;                      // header and instance data
     std::size_t size_;
 };
 
@@ -156,7 +165,14 @@ private:
     void letGo(std::unique_ptr<ObjectContent> content);
 
     Reports* reports_;
-    std::unordered_map<const void*, std::unique_ptr<Handle>> handles_;
+    // Handles made one after another are mostly used one after another, so neighbours stay neighbours.
+    struct AddressHash {
+        std::size_t operator()(const void* address) const {
+            constexpr unsigned int kAlignmentBits = 4;
+            return reinterpret_cast<std::uintptr_t>(address) >> kAlignmentBits;
+        }
+    };
+    tsl::robin_map<const void*, std::unique_ptr<Handle>, AddressHash> handles_;
     std::deque<const void*> retired_;
     // What dead objects held, which may hold others: let go one after another, however deep.
     std::vector<std::unique_ptr<ObjectContent>> dying_;

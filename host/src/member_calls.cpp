@@ -133,8 +133,9 @@ Value Core::callShared(const HostClass& type, std::string_view name, const std::
 Value Core::getProperty(ObjectHandle& object, std::string_view name) {
     const Property& property = requireProperty(*this, object.type, name);
     if (property.kept) {
-        const auto found = object.kept.find(lowered(property.name));
-        if (found != object.kept.end()) {
+        const auto& kept = std::as_const(object).members().kept;
+        const auto found = kept.find(lowered(property.name));
+        if (found != kept.end()) {
             return found->second;
         }
         return property.type.kind == TypeKind::Integer ? Value(0) : Value(String());
@@ -160,7 +161,8 @@ void Core::setProperty(ObjectHandle& object, std::string_view name, const Value&
     }
     if (property.kept) {
         const auto* text = std::get_if<std::string>(&value.content());
-        object.kept[lowered(property.name)] = text ? Value(makeString(*text, encoding::kUtf8)) : value;
+        object.members().kept[lowered(property.name)] =
+            text ? Value(makeString(*text, encoding::kUtf8)) : value;
         return;
     }
     if (property.setter == nullptr) {
@@ -184,12 +186,13 @@ const Event& Core::requireEvent(const ObjectHandle& object, std::string_view nam
 
 void Core::setHandler(ObjectHandle& object, std::string_view name, EventHandler handler) {
     const Event& event = requireEvent(object, name);
-    auto& slot = object.handlers[event.token];
+    auto& handlers = object.members().handlers;
+    auto& slot = handlers[event.token];
     auto before = std::move(slot);
     if (handler) {
         slot = std::make_shared<EventClosure>(*this, event, std::move(handler));
     } else {
-        object.handlers.erase(event.token);
+        handlers.erase(event.token);
     }
     if (before != nullptr) {
         retire(std::move(before));

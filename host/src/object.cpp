@@ -116,8 +116,9 @@ void Object::off(std::string_view event) {
 
 std::size_t Object::timesRaised(std::string_view event) const {
     const ObjectHandle& handle = handleOf(core_, handle_);
-    const auto raised = handle.raised.find(core_->requireEvent(handle, event).token);
-    return raised == handle.raised.end() ? 0 : raised->second;
+    const auto& raised = handle.members().raised;
+    const auto found = raised.find(core_->requireEvent(handle, event).token);
+    return found == raised.end() ? 0 : found->second;
 }
 
 } // namespace zqm::host

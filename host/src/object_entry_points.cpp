@@ -57,8 +57,9 @@ void* eventInstance(Core& core, REALobject object, std::uint64_t token) {
                            std::string(kWhere) + ": " + handle->type.name + " has no event of that token");
         return nullptr;
     }
-    const auto handler = handle->handlers.find(token);
-    return handler == handle->handlers.end() ? nullptr : handler->second->function();
+    const auto& handlers = handle->members().handlers;
+    const auto handler = handlers.find(token);
+    return handler == handlers.end() ? nullptr : handler->second->function();
 }
 
 // Nothing, with a report, when it doesn't parse.

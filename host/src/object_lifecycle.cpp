@@ -127,7 +127,7 @@ void Core::end(ObjectHandle& object) {
         reports_.add(Report::Kind::DamagedHeader,
                      object.type.name + ": the host's part of it was written to");
     }
-    for (auto& [token, handler] : object.handlers) {
+    for (auto& [token, handler] : object.takeHandlers()) {
         retire(std::move(handler));
     }
     handles_.retire(object);

@@ -254,7 +254,7 @@ std::optional<std::vector<Value>> Runtime::runUntilRaised(const Object& object, 
         throw CallError("the object is nil or gone");
     }
     const Event& wanted = core_->requireEvent(*handle, event);
-    if (!handle->handlers.contains(wanted.token)) {
+    if (!handle->members().handlers.contains(wanted.token)) {
         core_->setHandler(*handle, event, [](const Arguments&) {});
     }
     const RaisedEvents::Awaited awaited(core_->events(), *handle, wanted);

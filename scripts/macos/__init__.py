@@ -1,1 +1,1 @@
-"""Holds the plugin's macOS build, its declarations of macOS and its sources against what macOS has."""
+"""Holds the macOS build of the libraries, our declarations of macOS and the sources against what macOS has."""

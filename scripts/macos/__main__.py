@@ -7,8 +7,6 @@ from collections.abc import Callable
 from pathlib import Path
 
 from macos import check, refused
-from macos.commands import LIBRARY, UNLISTED
-from macos.library import exported_symbols, read_library
 from macos.problems import CannotCheck
 
 
@@ -35,19 +33,19 @@ class Report:
 def run_checks(project: check.Project) -> bool:
     """Runs every check; whether all passed."""
     report = Report()
-    build = project.commands.folder
-    library = read_library(build / LIBRARY)
-    leaks = exported_symbols(build / UNLISTED)
+    libraries = check.read_linked(project)
     beyond, own = project.beyond_the_record(), project.own_selectors()
-    stages = check.check_library(project, library, beyond, own)
+    stages = {linked.name: check.check_library(project, linked, beyond, own) for linked in libraries}
     report.run("the sources ask for no platform", lambda: check.check_sources(project))
     report.run("our declarations are those of macOS", lambda: check.check_declarations(project, beyond))
-    report.run("the library uses only what macOS has", lambda: stages["audit"])
     report.run("every exception is needed", lambda: [*beyond.unneeded(), *own.unneeded()])
-    report.run("the library is what it must be", lambda: stages["rules"])
-    report.run(
-        "the library is as tests/macos/golden has it", lambda: check.check_golden(project, library, leaks)
-    )
+    for linked in libraries:
+        name, found = linked.name, stages[linked.name]
+        report.run(f"{name} uses only what macOS has", lambda: found["audit"])
+        report.run(f"{name} is what it must be", lambda: found["rules"])
+        report.run(
+            f"{name} is as tests/macos/golden/{name} has it", lambda: check.check_golden(project, linked)
+        )
     faults = 0
 
     def refusals() -> list[str]:

@@ -9,11 +9,12 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 from macos.check import Planted, Project, check_declarations, check_exceptions, check_planted
+from macos.commands import PLUGIN, SOURCES
 from macos.problems import CannotCheck
 
 STAGES = ("sources", "compiler", "linker", "audit", "rules", "golden", "declarations", "exceptions")
 NOTHING = "nothing"
-LINE = re.compile(r"^\s*(?://|#) ?(refused by|message|compile option|link option): (.+?)\s*$", re.MULTILINE)
+LINE = re.compile(r"^\s*(?://|#) ?(refused by|message|library|compile option|link option): (.+?)\s*$", re.MULTILINE)
 
 
 @dataclass
@@ -22,6 +23,7 @@ class Fault:
 
     path: Path
     stage: str = ""
+    library: str = PLUGIN
     messages: list[str] = field(default_factory=list)
     compiling: list[str] = field(default_factory=list)
     linking: list[str] = field(default_factory=list)
@@ -40,6 +42,8 @@ def _read(path: Path) -> Fault:
     for key, value in LINE.findall(path.read_text(encoding="utf-8")):
         if key == "refused by":
             fault.stage = value
+        elif key == "library":
+            fault.library = value
         elif key == "message":
             fault.messages.append(value)
         else:
@@ -48,6 +52,8 @@ def _read(path: Path) -> Fault:
     if fault.stage not in (*STAGES, NOTHING):
         stages = ", ".join((*STAGES, NOTHING))
         raise CannotCheck(f'{path} does not say by which stage it is "refused by": {stages}')
+    if fault.library not in SOURCES:
+        raise CannotCheck(f"{path} is planted in {fault.library}, which is none of: {', '.join(SOURCES)}")
     if bool(fault.messages) == (fault.stage == NOTHING):
         raise CannotCheck(f'{path} needs the line "message: ..." exactly when it is to be refused')
     return fault
@@ -87,4 +93,4 @@ def _run(project: Project, fault: Fault) -> dict[str, list[str]]:
     if fault.path.suffix == ".txt":
         problems = check_exceptions(project, fault.path)
         return {"exceptions": problems} if problems else {}
-    return check_planted(project, Planted(fault.path, fault.compiling, fault.linking))
+    return check_planted(project, Planted(fault.library, fault.path, fault.compiling, fault.linking))

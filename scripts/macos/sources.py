@@ -1,4 +1,4 @@
-"""What the plugin's sources may not say: no condition on the platform, and each weak constant only where its
+"""What the libraries' sources may not say: no condition on the platform, and each weak constant only where its
 address is tested first."""
 
 from __future__ import annotations
@@ -9,7 +9,7 @@ from pathlib import Path
 from macos.problems import CannotCheck
 from macos.source_text import code_of, directives
 
-FOLDERS = ("plugin", "speech", "bridge")
+FOLDERS = ("plugin", "speech", "bridge", "siblings")
 SUFFIXES = {".h", ".hpp", ".c", ".cpp", ".m", ".mm", ".def"}
 
 # Names that only a condition on platform or compiler has a use for.
@@ -31,7 +31,7 @@ FOREIGN_INCLUDE = re.compile(
 EXCEPTION_BLOCK = re.compile(r"@\s*(try|catch|finally)\b")
 
 
-def plugin_sources(root: Path) -> list[Path]:
+def portable_sources(root: Path) -> list[Path]:
     """The sources that are the same on all platforms."""
     if not (root / FOLDERS[0]).is_dir():
         raise CannotCheck(f"{root} holds no folder {FOLDERS[0]}")

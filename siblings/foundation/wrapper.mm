@@ -7,6 +7,7 @@
 
 #import <Foundation/Foundation.h>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -28,13 +29,11 @@ void startEmpty(REALobject self) {
 void releaseWrapped(REALobject self) {
     guarded([&] {
         CocoaInit();
-        void*& object = wrapped(self);
-        if (object != nullptr) {
-            if (belongsTo(object, self)) {
-                forgetInstance(object);
-            }
-            [static_cast<id>(object) release];
-            object = nullptr;
+        id object = static_cast<id>(std::exchange(wrapped(self), nullptr));
+        if (belongsTo(object, self)) {
+            releaseInstance(object);
+        } else {
+            [object release];
         }
     });
 }

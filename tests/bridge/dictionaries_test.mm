@@ -6,8 +6,28 @@
 #include "tests/bridge/bridge_host.h"
 
 #import <Foundation/Foundation.h>
+#include <objc/runtime.h>
 
 extern REALobject LastDictionary;
+
+@interface KeylessDictionary : NSDictionary
+@end
+
+@implementation KeylessDictionary
+
+- (NSUInteger)count {
+    return 1;
+}
+
+- (id)objectForKey:(id)key {
+    return nil;
+}
+
+- (NSArray*)allKeys {
+    return nil;
+}
+
+@end
 
 namespace {
 
@@ -54,6 +74,29 @@ void expectEqual(id expected, id actual) {
 
 Dictionary adopted(PluginHost& host, REALobject dictionary) {
     return dictionary != nullptr ? Dictionary(host->adopt(dictionary)) : Dictionary();
+}
+
+// What happens to the two Variants of one pair, in order.
+std::vector<std::string> steps;
+REALobject keyVariant = nullptr;
+REALobject valueVariant = nullptr;
+
+void noteStep(REALobject variant, const char* step) {
+    if (variant == keyVariant || variant == valueVariant) {
+        steps.push_back(std::string(variant == keyVariant ? "key " : "value ") + step);
+    }
+}
+
+void noteUnlocks() {
+    PluginHost::replace(
+        "REALUnlockObject", +[](REALobject object) {
+            noteStep(object, "unlocked");
+            hostFunction<void(REALobject)>("REALUnlockObject")(object);
+        });
+}
+
+REALobject integerVariant(std::int64_t value) {
+    return hostFunction<REALobject(std::int64_t)>("IntegerToVariant")(value);
 }
 
 // ---- to the platform
@@ -142,7 +185,7 @@ TEST(DictionaryToCocoa, APairWithoutAKeyIsLeftOutThoughItsValueIsRead) {
                        }));
         methods.answer(kGetter, reinterpret_cast<void*>(+[](REALobject, REALobject key) {
                            valuesRead.push_back(key);
-                           return hostFunction<REALobject(std::int64_t)>("IntegerToVariant")(5);
+                           return integerVariant(5);
                        }));
         Dictionary dictionary = host->dictionary();
         dictionary.setValue(1, 1);
@@ -152,6 +195,51 @@ TEST(DictionaryToCocoa, APairWithoutAKeyIsLeftOutThoughItsValueIsRead) {
         EXPECT_EQ([converted count], 0U);
         EXPECT_THAT(keysRead, ElementsAre(0, 1));
         EXPECT_THAT(valuesRead, ElementsAre(nullptr, nullptr));
+    });
+}
+
+TEST(DictionaryToCocoa, OfAPairTheKeyComesFirst) {
+    inBridge([](PluginHost& host) {
+        ObjectMethods methods;
+        methods.answer(kKeyGetter, reinterpret_cast<void*>(+[](REALobject, std::int64_t) {
+                           keyVariant = integerVariant(1);
+                           noteStep(keyVariant, "read");
+                           return keyVariant;
+                       }));
+        methods.answer(kGetter, reinterpret_cast<void*>(+[](REALobject, REALobject) {
+                           valueVariant = integerVariant(2);
+                           noteStep(valueVariant, "read");
+                           return valueVariant;
+                       }));
+        PluginHost::replace(
+            "VariantToInt64", +[](REALobject variant) {
+                noteStep(variant, "converted");
+                return hostFunction<std::int64_t(REALobject)>("VariantToInt64")(variant);
+            });
+        noteUnlocks();
+        Dictionary dictionary = host->dictionary();
+        dictionary.setValue(1, 2);
+        EXPECT_EQ([NewNSDictionary(dictionary.handle()) count], 1U);
+        EXPECT_THAT(steps, ElementsAre("key read", "value read", "key converted", "value converted",
+                                       "key unlocked", "value unlocked"));
+    });
+}
+
+id noRoom(id /*self*/, SEL /*command*/, NSUInteger /*capacity*/) {
+    return nil;
+}
+
+TEST(DictionaryToCocoa, WithoutRoomIsNilAndAsksForNoMethod) {
+    inBridge([](PluginHost& host) {
+        const ObjectMethods methods;
+        Dictionary dictionary = host->dictionary();
+        dictionary.setValue(1, 1);
+        const Method create =
+            class_getClassMethod([NSMutableDictionary class], @selector(dictionaryWithCapacity:));
+        const IMP original = method_setImplementation(create, reinterpret_cast<IMP>(noRoom));
+        EXPECT_EQ(NewNSDictionary(dictionary.handle()), nil);
+        method_setImplementation(create, original);
+        EXPECT_THAT(ObjectMethods::asked(), IsEmpty());
     });
 }
 
@@ -220,6 +308,29 @@ TEST(DictionaryToCocoa, LooksItsMethodsUpAgainAfterAnotherInIt) {
                                                                [NSDictionary dictionary], @"c",
                                                                [NSNumber numberWithLong:4], @"d", nil],
                     converted);
+        EXPECT_EQ(askedOfDictionaries(), methodsOf({outer.handle(), inner.handle(), outer.handle()}));
+    });
+}
+
+REALobject another = nullptr;
+
+// The host's own method may call the plugin, between the key and its value too.
+TEST(DictionaryToCocoa, LooksItsMethodsUpAgainWhenTheHostHadAnotherConverted) {
+    inBridge([](PluginHost& host) {
+        ObjectMethods methods;
+        methods.answer(kKeyGetter, reinterpret_cast<void*>(+[](REALobject, std::int64_t index) {
+                           if (REALobject dictionary = std::exchange(another, nullptr)) {
+                               EXPECT_EQ([NewNSDictionary(dictionary) count], 1U);
+                           }
+                           return integerVariant(index);
+                       }));
+        Dictionary inner = host->dictionary();
+        inner.setValue(0, "inner");
+        Dictionary outer = host->dictionary();
+        outer.setValue(0, "outer");
+        another = inner.handle();
+        expectEqual([NSDictionary dictionaryWithObject:@"outer" forKey:[NSNumber numberWithLong:0]],
+                    NewNSDictionary(outer.handle()));
         EXPECT_EQ(askedOfDictionaries(), methodsOf({outer.handle(), inner.handle(), outer.handle()}));
     });
 }
@@ -314,6 +425,40 @@ TEST(DictionaryToHost, AnEmptyOneIsEmpty) {
         ASSERT_FALSE(dictionary.isNull());
         EXPECT_EQ(dictionary.count(), 0U);
         EXPECT_THAT(ObjectMethods::asked(), IsEmpty());
+    });
+}
+
+TEST(DictionaryToHost, OneThatTellsNoKeysIsEmpty) {
+    inBridge([](PluginHost& host) {
+        const ObjectMethods methods;
+        const Dictionary dictionary =
+            adopted(host, NSDictionaryRB([[[KeylessDictionary alloc] init] autorelease]));
+        ASSERT_FALSE(dictionary.isNull());
+        EXPECT_EQ(dictionary.count(), 0U);
+        EXPECT_THAT(ObjectMethods::asked(), IsEmpty());
+    });
+}
+
+TEST(DictionaryToHost, OfAPairTheKeyComesFirst) {
+    inBridge([](PluginHost& host) {
+        PluginHost::replace(
+            "StringToVariant", +[](REALstring text) {
+                const std::string which = hostFunction<const char*(REALstring)>("StringGetCString")(text);
+                REALobject& variant = which == "k" ? keyVariant : valueVariant;
+                variant = hostFunction<REALobject(REALstring)>("StringToVariant")(text);
+                noteStep(variant, "converted");
+                return variant;
+            });
+        ObjectMethods methods;
+        methods.answer(kSetter, reinterpret_cast<void*>(+[](REALobject, REALobject key, REALobject value) {
+                           noteStep(key, "stored");
+                           noteStep(value, "stored");
+                       }));
+        noteUnlocks();
+        const Dictionary dictionary = adopted(host, NSDictionaryRB([NSDictionary dictionaryWithObject:@"v"
+                                                                                               forKey:@"k"]));
+        EXPECT_THAT(steps, ElementsAre("key converted", "value converted", "key stored", "value stored",
+                                       "key unlocked", "value unlocked"));
     });
 }
 

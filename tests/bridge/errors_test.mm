@@ -79,6 +79,18 @@ TEST(ErrorToHost, WithoutADictionaryOfInstancesIsANewObjectEachTime) {
     });
 }
 
+// Given without a lock it would end in the caller's hands.
+TEST(ErrorToHost, WhoseObjectCantBeLockedIsNull) {
+    inBridge([](PluginHost& host) {
+        const Instances shared;
+        defineErrorClass(host);
+        NSError* error = someError();
+        const Object first = host->adopt(NewNSErrorZQM(error));
+        host->entryPoints().refuse("REALLockObject");
+        EXPECT_EQ(NewNSErrorZQM(error), nullptr);
+    });
+}
+
 TEST(ErrorToHost, OfNilIsNull) {
     inBridge([](PluginHost& host) {
         const Instances shared;

@@ -10,9 +10,28 @@
 #import <Foundation/Foundation.h>
 #include <climits>
 #include <cstring>
+#include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+
+namespace {
+
+constexpr UInt32 kNodeOfVolumeRoot = 2;
+bool everythingIsAVolume = false;
+
+} // namespace
+
+// Stands before the platform's own, which tells no parent of a volume's root.
+OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfo,
+                       HFSUniStr255* outName, FSSpecPtr fsSpec, FSRef* parentRef) {
+    static const auto own = reinterpret_cast<decltype(&FSGetCatalogInfo)>(dlsym(RTLD_NEXT, __func__));
+    const OSErr error = own(ref, whichInfo, catalogInfo, outName, fsSpec, parentRef);
+    if (everythingIsAVolume && (whichInfo & kFSCatInfoNodeID) != 0) {
+        catalogInfo->nodeID = kNodeOfVolumeRoot;
+    }
+    return error;
+}
 
 namespace {
 
@@ -184,6 +203,22 @@ TEST(UrlToHost, OfAVolumesRootGoesByItsPathInTheNativeMode) {
         EXPECT_THAT(loaded().calls, ElementsAre(testing::Pair("/", 3), testing::Pair(kMountPoint, 3)));
         EXPECT_THAT(loaded().encodings, testing::Each(0x08000100U));
         EXPECT_THAT(loaded().declarations, ElementsAre(kGetTrueFolderItem)); // once
+    });
+}
+
+// By its node alone, whatever the platform says of a folder that holds it.
+TEST(UrlToHost, TheNodeOfAVolumesRootHasNoFolder) {
+    inBridge([](PluginHost& host) {
+        const TemporaryFolder folder;
+        noteFolderItems();
+        noteGlobalMethods();
+        const std::string file = made(folder / "file");
+        everythingIsAVolume = true;
+        REALobject item = NSURLRBFile(urlOfPath(file));
+        everythingIsAVolume = false;
+        EXPECT_EQ(FolderItem(host->adopt(item)).path(), file);
+        EXPECT_THAT(handedOver, IsEmpty());
+        EXPECT_THAT(loaded().calls, ElementsAre(testing::Pair(file, 3)));
     });
 }
 
@@ -387,6 +422,23 @@ TEST(FolderItemToCocoa, ANameSaidToBeLongerEndsWithItsRecord) {
                 return true;
             });
         EXPECT_EQ(urlText(host, "/any"), "file:///" + std::string(255, 'n'));
+    });
+}
+
+// A single half of a surrogate pair: no URL can hold it.
+TEST(FolderItemToCocoa, ANameThatIsNoTextIsNil) {
+    inBridge([](PluginHost& host) {
+        PluginHost::replace(
+            "REALFSRefFromFolderItem", +[](REALobject item, FSRef* out, HFSUniStr255* name) {
+                if (name == nullptr || !hostFunction<bool(REALobject, FSRef*, HFSUniStr255*)>(
+                                           "REALFSRefFromFolderItem")(item, out, nullptr)) {
+                    return false;
+                }
+                name->unicode[0] = 0xD800;
+                name->length = 1;
+                return true;
+            });
+        EXPECT_EQ(urlText(host, "/"), std::nullopt);
     });
 }
 

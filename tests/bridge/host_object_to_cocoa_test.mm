@@ -353,6 +353,46 @@ TEST(HostObjectToCocoa, AMemoryBlockIsACopyOfItsBytes) {
     });
 }
 
+REALobject notedBlock = nullptr;
+std::vector<std::string> stepsOfBlock;
+
+void noteStep(REALobject object, const char* step) {
+    if (object == notedBlock) {
+        stepsOfBlock.emplace_back(step);
+    }
+}
+
+TEST(HostObjectToCocoa, AMemoryBlockIsLockedFirstAndUnlockedLast) {
+    inBridge([](PluginHost& host) {
+        const MemoryBlock block = host->memoryBlock("bytes");
+        notedBlock = block.handle();
+        PluginHost::replace(
+            "REALLockObject", +[](REALobject object) {
+                noteStep(object, "locked");
+                hostFunction<void(REALobject)>("REALLockObject")(object);
+            });
+        PluginHost::replace(
+            "REALUnlockObject", +[](REALobject object) {
+                noteStep(object, "unlocked");
+                hostFunction<void(REALobject)>("REALUnlockObject")(object);
+            });
+        PluginHost::replace(
+            "REALGetPropValueInteger", +[](REALobject object, const char* name, std::int64_t* out) {
+                noteStep(object, name);
+                return hostFunction<bool(REALobject, const char*, std::int64_t*)>("REALGetPropValueInteger")(
+                    object, name, out);
+            });
+        PluginHost::replace(
+            "memoryBlockGetPtr", +[](REALobject object) {
+                noteStep(object, "address");
+                return hostFunction<void*(REALobject)>("memoryBlockGetPtr")(object);
+            });
+        host->entryPoints().refuse("REALLoadObjectMethod");
+        expectBytes("bytes", GetObjectAsNSObject(block.handle()));
+        EXPECT_THAT(stepsOfBlock, ElementsAre("locked", "Size", "address", "unlocked"));
+    });
+}
+
 TEST(HostObjectToCocoa, AnEmptyMemoryBlockIsNil) {
     inBridge([](PluginHost& host) {
         bringCarrier();

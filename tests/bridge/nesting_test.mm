@@ -6,6 +6,9 @@
 #include "tests/bridge/bridge_host.h"
 
 #import <Foundation/Foundation.h>
+#include <array>
+#include <exception>
+#include <functional>
 
 extern REALobject LastDictionary;
 
@@ -182,9 +185,13 @@ id inSet(id inner) {
 id inDictionary(id inner) {
     return [NSDictionary dictionaryWithObject:inner forKey:@"inner"];
 }
+id asKey(id inner) {
+    return [NSDictionary dictionaryWithObject:@"inner" forKey:inner];
+}
+constexpr std::array kEnclosings{inArray, inSet, inDictionary, asKey};
 
 TEST(NestingToHost, TheDeepestIsConverted) {
-    for (id (*enclosing)(id) : {inArray, inSet, inDictionary}) {
+    for (id (*enclosing)(id) : kEnclosings) {
         inBridge([enclosing](PluginHost& host) {
             id object = nestedCocoa(kDeepest, enclosing);
             EXPECT_THAT(
@@ -195,12 +202,24 @@ TEST(NestingToHost, TheDeepestIsConverted) {
 }
 
 TEST(NestingToHost, OneLevelMoreIsAbandoned) {
-    for (id (*enclosing)(id) : {inArray, inSet, inDictionary}) {
+    for (id (*enclosing)(id) : kEnclosings) {
         inBridge([enclosing](PluginHost& host) {
             id object = nestedCocoa(kDeepest + 1, enclosing);
             expectTooDeep(host, object);
             expectTooDeep(host, object);
             EXPECT_FALSE(host->adopt(NewVariantFromNSObject(nestedCocoa(kDeepest, enclosing))).isNull());
+        });
+    }
+}
+
+// What the host would be given at the levels above is not whole.
+TEST(NestingToHost, NothingIsStoredOnTheWayOut) {
+    for (id (*enclosing)(id) : kEnclosings) {
+        inBridge([enclosing](PluginHost& host) {
+            const ObjectMethods methods;
+            expectTooDeep(host, nestedCocoa(kDeepest + 1, enclosing));
+            EXPECT_THAT(ObjectMethods::asked(), IsEmpty());
+            EXPECT_EQ(host->entryPoints().lookups("PluginObjectArrayInsertProc"), 0U);
         });
     }
 }
@@ -223,6 +242,180 @@ TEST(NestingToHost, ADictionaryThatHoldsItselfIsAbandoned) {
         EXPECT_THAT(raisedBy(host, [&] { EXPECT_EQ(NSDictionaryRB(dictionary), nullptr); }),
                     ElementsAre(kTooDeep));
         [dictionary removeAllObjects];
+    });
+}
+
+// ---- through the host, whose methods may call the plugin while it converts
+
+// A function of the host's, which nothing may unwind.
+class HostFrame {
+public:
+    HostFrame() { ++entered; }
+    HostFrame(const HostFrame&) = delete;
+    HostFrame& operator=(const HostFrame&) = delete;
+    ~HostFrame() { unwound += std::uncaught_exceptions() > exceptionsBefore_ ? 1 : 0; }
+
+    static inline int entered = 0;
+    static inline int unwound = 0;
+
+private:
+    int exceptionsBefore_ = std::uncaught_exceptions();
+};
+
+// What the host does whenever the plugin calls the method of one of the tests below.
+std::function<void()> inHost;
+
+void callHost() {
+    const HostFrame frame;
+    const auto now = inHost; // which may set what comes next
+    now();
+}
+
+constexpr const char* kSetter = "Value(key As Variant, Assigns _value As Variant)";
+constexpr const char* kGetter = "Value(key As Variant) As Variant";
+
+REALobject valueThroughHost(REALobject /*dictionary*/, REALobject /*key*/) {
+    callHost();
+    return nullptr;
+}
+
+void setThroughHost(REALobject /*dictionary*/, REALobject /*key*/, REALobject /*value*/) {
+    callHost();
+}
+
+using ObjectGetter = REALobject(REALarray, std::int64_t);
+using ObjectInserter = void(REALarray, std::int64_t, REALobject);
+
+ObjectGetter* elementThroughHost(REALarray /*array*/) {
+    return +[](REALarray array, std::int64_t index) {
+        callHost();
+        return hostFunction<ObjectGetter*(REALarray)>("PluginObjectArrayGetProc")(array)(array, index);
+    };
+}
+
+ObjectInserter* insertionThroughHost(REALarray /*array*/) {
+    return +[](REALarray, std::int64_t, REALobject) { callHost(); };
+}
+
+void callBackFromEverything(ObjectMethods& methods) {
+    methods.answer(kGetter, reinterpret_cast<void*>(valueThroughHost));
+    methods.answer(kSetter, reinterpret_cast<void*>(setThroughHost));
+    PluginHost::replace("PluginObjectArrayGetProc", elementThroughHost);
+    PluginHost::replace("PluginObjectArrayInsertProc", insertionThroughHost);
+}
+
+using Conversion = std::function<bool()>; // whether there was a result
+
+Conversion toHost(PluginHost& host, id object) {
+    PluginHost* const runtime = &host;
+    return [=] { return !(*runtime)->adopt(NewVariantFromNSObject(object)).isNull(); };
+}
+
+// Each of one collection with three elements.
+std::vector<Conversion> conversionsOfThree(PluginHost& host) {
+    Dictionary dictionary = host->dictionary();
+    for (const char* key : {"a", "b", "c"}) {
+        dictionary.setValue(key, key);
+    }
+    const Array array = host->array(ElementType::Object, {1, 2, 3});
+    NSArray* cocoaArray = [NSArray arrayWithObjects:@"a", @"b", @"c", nil];
+    NSDictionary* cocoaDictionary = [NSDictionary dictionaryWithObjects:cocoaArray forKeys:cocoaArray];
+    return {[=] { return GetVariantAsNSObject(dictionary.handle()) != nil; },
+            [=] { return GetVariantAsNSObject(array.handle()) != nil; }, toHost(host, cocoaArray),
+            toHost(host, [NSSet setWithArray:cocoaArray]), toHost(host, cocoaDictionary)};
+}
+constexpr std::size_t kConversionsOfThree = 5;
+
+// The levels count on, so that a cycle which only the host's methods close ends too.
+TEST(NestingThroughHost, ACycleIsAbandonedWithoutUnwindingTheHost) {
+    for (std::size_t which = 0; which < kConversionsOfThree; ++which) {
+        SCOPED_TRACE(which);
+        inBridge([which](PluginHost& host) {
+            ObjectMethods methods;
+            callBackFromEverything(methods);
+            const Conversion convert = conversionsOfThree(host)[which];
+            inHost = [&] { EXPECT_FALSE(convert()); };
+            EXPECT_THAT(raisedBy(host, [&] { EXPECT_FALSE(convert()); }), ElementsAre(kTooDeep));
+            EXPECT_EQ(HostFrame::entered, kDeepest); // one of each level: none goes on to its next element
+            EXPECT_EQ(HostFrame::unwound, 0);
+            EXPECT_EQ(LastDictionary, nullptr);
+            inHost = [] {};
+            EXPECT_THAT(raisedBy(host, [&] { EXPECT_TRUE(convert()); }), IsEmpty());
+            inHost = nullptr;
+        });
+    }
+}
+
+// The host may try again before it returns: that is part of the conversion which was abandoned.
+TEST(NestingThroughHost, TryingAgainRaisesNothingMore) {
+    inBridge([](PluginHost& host) {
+        ObjectMethods methods;
+        callBackFromEverything(methods);
+        const auto conversions = conversionsOfThree(host);
+        inHost = [&] {
+            for (const Conversion& convert : conversions) {
+                EXPECT_FALSE(convert());
+            }
+        };
+        EXPECT_THAT(raisedBy(host, [&] { EXPECT_FALSE(conversions[0]()); }), ElementsAre(kTooDeep));
+        EXPECT_EQ(HostFrame::entered, kDeepest);
+        EXPECT_EQ(HostFrame::unwound, 0);
+        inHost = nullptr;
+    });
+}
+
+TEST(NestingThroughHost, WhatIsInsideIsConvertedUpToTheDeepestLevel) {
+    for (std::size_t which = 0; which < kConversionsOfThree; ++which) {
+        inBridge([which](PluginHost& host) {
+            ObjectMethods methods;
+            callBackFromEverything(methods);
+            const Conversion convert = conversionsOfThree(host)[which];
+            id inner = nestedCocoa(kDeepest - 1, inDictionary);
+            inHost = [&] {
+                inHost = [] {};
+                EXPECT_FALSE(host->adopt(NewVariantFromNSObject(inner)).isNull());
+            };
+            EXPECT_THAT(raisedBy(host, [&] { EXPECT_TRUE(convert()); }), IsEmpty());
+            EXPECT_GT(HostFrame::entered, 3);
+            inHost = nullptr;
+        });
+    }
+}
+
+// Not even with the little that was to be converted.
+TEST(NestingThroughHost, AnEmptyCollectionIsAbandonedToo) {
+    inBridge([](PluginHost& host) {
+        PluginHost::replace(
+            "REALGetPropValueInteger", +[](REALobject object, const char* name, std::int64_t* out) {
+                callHost();
+                return hostFunction<bool(REALobject, const char*, std::int64_t*)>("REALGetPropValueInteger")(
+                    object, name, out);
+            });
+        const Dictionary empty = host->dictionary();
+        inHost = [&] { EXPECT_EQ(NewNSDictionary(empty.handle()), nil); };
+        EXPECT_THAT(raisedBy(host, [&] { EXPECT_EQ(NewNSDictionary(empty.handle()), nil); }),
+                    ElementsAre(kTooDeep));
+        EXPECT_EQ(HostFrame::entered, kDeepest);
+        inHost = nullptr;
+    });
+}
+
+// The host catches what its own call raises, and is none the wiser about the conversion around it.
+TEST(NestingThroughHost, TheInnerConversionRaises) {
+    inBridge([](PluginHost& host) {
+        ObjectMethods methods;
+        callBackFromEverything(methods);
+        const Conversion convert = conversionsOfThree(host)[0];
+        const Object inner = nestedArrays(host, kDeepest);
+        std::vector<std::string> inside;
+        inHost = [&] {
+            inHost = [] {};
+            inside = raisedBy(host, [&] { EXPECT_EQ(GetVariantAsNSObject(inner.handle()), nil); });
+        };
+        EXPECT_THAT(raisedBy(host, [&] { EXPECT_FALSE(convert()); }), IsEmpty());
+        EXPECT_THAT(inside, ElementsAre(kTooDeep));
+        EXPECT_THAT(raisedBy(host, [&] { EXPECT_TRUE(convert()); }), IsEmpty());
+        inHost = nullptr;
     });
 }
 

@@ -50,6 +50,22 @@ TEST_F(BasicsToHost, TruthValuesWithAHostObjectComeBackAsThat) {
     CFDictionaryRemoveValue(instances, kCFBooleanTrue);
 }
 
+TEST_F(BasicsToHost, NullIsNilEvenWithAHostObject) {
+    const Object owner = host->date(2020);
+    CFDictionarySetValue(instances, [NSNull null], owner.handle());
+    EXPECT_EQ(NewVariantFromNSObject(reinterpret_cast<NSObject*>([NSNull null])), nullptr);
+    CFDictionaryRemoveValue(instances, [NSNull null]);
+}
+
+// Given without a lock it would end in the caller's hands.
+TEST_F(BasicsToHost, HostObjectThatCantBeLockedIsNil) {
+    PluginHost::refuse("REALLockObject");
+    const Object owner = host->date(2020);
+    CFDictionarySetValue(instances, @"text", owner.handle());
+    EXPECT_EQ(NewVariantFromNSObject(@"text"), nullptr);
+    CFDictionaryRemoveValue(instances, @"text");
+}
+
 TEST_F(BasicsToHost, ConversionNeedsNoInstancesDictionary) {
     CFMutableDictionaryRef const kept = std::exchange(instances, nullptr);
     EXPECT_EQ(converted(@"text").variantValue().asText(), "text");
@@ -157,10 +173,21 @@ TEST_F(BasicsToHost, ArrayThatTheHostCantMakeIsNil) {
     EXPECT_TRUE(converted([NSSet setWithObject:@"a"]).isNull());
 }
 
-TEST_F(BasicsToHost, ArrayOfAHostThatCantInsertIsEmpty) {
+// Rather than one that has lost its elements.
+TEST_F(BasicsToHost, ArrayOfAHostThatCantInsertIsNil) {
     PluginHost::refuse("PluginObjectArrayInsertProc");
-    const Array result(converted([NSArray arrayWithObject:@"a"]));
-    EXPECT_EQ(result.size(), 0U);
+    EXPECT_TRUE(converted([NSArray arrayWithObject:@"a"]).isNull());
+    EXPECT_TRUE(converted([NSSet setWithObject:@"a"]).isNull());
+    const Array empty(converted([NSArray array]));
+    EXPECT_EQ(empty.size(), 0U);
+}
+
+TEST_F(BasicsToHost, ElementThatHasNoCounterpartIsNil) {
+    const Array result(
+        converted([NSArray arrayWithObjects:@"a", [[[NSObject alloc] init] autorelease], @"b", nil]));
+    ASSERT_EQ(result.size(), 3U);
+    EXPECT_TRUE(result.at(1).isNull());
+    EXPECT_EQ(result.at(2).asText(), "b");
 }
 
 TEST_F(BasicsToHost, DictionaryIsADictionary) {

@@ -5,6 +5,7 @@
 #include "tests/bridge/documented_cf_types.h"
 
 #include <array>
+#include <bit>
 #include <zqmplatform/type_instances.h>
 
 @interface NSObject (CFTypeInstances)
@@ -117,6 +118,17 @@ TEST_F(CFToHost, OtherTypeIsWrappedInTheCommonClass) {
     expectCarries(converted(object), object, "CFObjectZQM");
 }
 
+TEST_F(CFToHost, CommonClassWithoutTheMarkerIsNil) {
+    defineCFWrapper("CFObjectZQM", 0);
+    defineWrapper("NSObjectZQM");
+    for (const CFTypeID type : {CFBagGetTypeID(), CFTypeID{100000}}) {
+        id object = objectOfType(type);
+        EXPECT_TRUE(converted(object).isNull());
+        EXPECT_EQ([object retainCount], 1U);
+    }
+    EXPECT_EQ(disposed, 2);
+}
+
 TEST_F(CFToHost, ObjectOfTypeNoneIsNoneOfCoreFoundations) {
     defineCFWrapper("CFObjectZQM");
     defineWrapper("NSObjectZQM");
@@ -130,6 +142,17 @@ TEST_F(CFToHost, ObjectsThatHaveAClassInFoundationAreThat) {
     EXPECT_EQ(converted(text).variantType(), code::kString);
     id truth = [(id)ZQMPlatformCreateInstanceOfType(CFBooleanGetTypeID()) autorelease];
     EXPECT_EQ(converted(truth).variantType(), code::kBoolean);
+}
+
+// Its own answer tells only that it has a type.
+TEST_F(CFToHost, TypeIsTheOneThatCoreFoundationSees) {
+    defineCFWrapper("CFObjectZQM");
+    defineCFWrapper("CFUUIDZQM");
+    Class const type = cocoaClass("SaysItIsAUUID");
+    CFTypeID (*answer)(id, SEL) = [](id, SEL) -> CFTypeID { return CFUUIDGetTypeID(); };
+    class_addMethod(type, @selector(_cfTypeID), std::bit_cast<IMP>(answer), "Q@:");
+    id object = [newCounted(type) autorelease];
+    expectCarries(converted(object), object, "CFObjectZQM");
 }
 
 // What raises, once.

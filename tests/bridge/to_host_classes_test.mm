@@ -3,10 +3,12 @@
 #include "tests/bridge/to_host_fixture.h"
 
 #include "bridge/wrapper_objects.h"
+#include "plugin/platform_guard.h"
 #include "tests/bridge/documented_cocoa_classes.h"
 #include "tests/support/fresh_process.h"
 
 #include <bit>
+#include <functional>
 
 namespace {
 
@@ -279,6 +281,104 @@ TEST_F(CocoaClassTest, ObjectThatAnswersForItselfIsAskedAgainWhenAClassHasCome) 
     });
 }
 
+// ---- the order of the tests
+
+std::vector<std::string> questions;
+std::function<BOOL(id self, Class asked)> answer;
+
+BOOL noteQuestion(id self, SEL, Class asked) {
+    questions.emplace_back(class_getName(asked));
+    return answer ? answer(self, asked) : NO;
+}
+
+// It is what the test answers.
+id newAnswering() {
+    static Class const type = [] {
+        Class made = objc_allocateClassPair([NSObject class], "Answering", 0);
+        class_addMethod(made, @selector(isKindOfClass:), std::bit_cast<IMP>(&noteQuestion), "c@:#");
+        objc_registerClassPair(made);
+        return made;
+    }();
+    questions.clear();
+    answer = nullptr;
+    return newCounted(type);
+}
+
+TEST_F(CocoaClassTest, ObjectIsAskedForEachClassInOrder) {
+    inFreshProcess([&] {
+        std::vector<std::string> expected{"NSURL", "NSString", "NSData", "NSArray",
+                                          "NSSet", "NSNumber", "NSDate", "NSDictionary"};
+        for (const documented::CocoaClass& row : documented::kCocoaClasses) {
+            expected.emplace_back(row.name);
+        }
+        for (const char* optional : documented::kOptionalClasses) {
+            expected.emplace_back(optional);
+        }
+        expected.emplace_back("ZQMREALobjectWrapper");
+        expected.emplace_back("NSValue");
+        for (const std::string& name : expected) {
+            cocoaClass(name.c_str());
+        }
+        EXPECT_TRUE(converted([newAnswering() autorelease]).isNull());
+        EXPECT_EQ(questions, expected);
+    });
+}
+
+TEST_F(CocoaClassTest, ObjectWithAHostObjectIsAskedNothing) {
+    id object = [newAnswering() autorelease];
+    const Object owner = host->date(2020);
+    CFDictionarySetValue(instances, object, owner.handle());
+    EXPECT_EQ(converted(object), owner);
+    EXPECT_THAT(questions, IsEmpty());
+    CFDictionaryRemoveValue(instances, object);
+}
+
+// As a wrapper that a test of it has made.
+TEST_F(CocoaClassTest, HostObjectThatHasComeSinceIsTaken) {
+    defineWrapper("NSPipeZQM");
+    id object = [newAnswering() autorelease];
+    const Object owner = host->date(2020);
+    answer = [&, pipe = cocoaClass("NSPipe")](id self, Class asked) -> BOOL {
+        if (asked != pipe) {
+            return NO;
+        }
+        CFDictionarySetValue(instances, self, owner.handle());
+        return YES;
+    };
+    EXPECT_EQ(converted(object), owner);
+    EXPECT_EQ([object retainCount], 1U);
+    CFDictionaryRemoveValue(instances, object);
+}
+
+TEST_F(CocoaClassTest, ExceptionOfATestPassesThroughAndKeepsNothing) {
+    id object = [newAnswering() autorelease];
+    answer = [](id, Class) -> BOOL {
+        [NSException raise:@"TestException" format:@"as told"];
+        return NO;
+    };
+    for (id one : {object, static_cast<id>([NSArray arrayWithObjects:@"before", object, nil]),
+                   static_cast<id>([NSSet setWithObject:object])}) {
+        REALobject result = nullptr;
+        NSException* exception = runUnderPlatformGuard([&] { result = NewVariantFromNSObject(one); });
+        EXPECT_STREQ([[exception name] UTF8String], "TestException");
+        EXPECT_EQ(result, nullptr);
+        EXPECT_EQ(host->ledger(), zqm::host::Ledger{});
+    }
+    EXPECT_THAT(host->takeRaised(), IsEmpty());
+}
+
+// A class is an object too, but none of its own kind.
+TEST_F(CocoaClassTest, ClassIsNoInstanceOfItself) {
+    host->defineClass({.name = "NSObjectZQM", .dataSize = 16});
+    for (const char* name : {"NSTimer", "NSPipe", "NSIndexSet"}) {
+        Class const type = cocoaClass(name);
+        const Object wrapper = converted((id)type);
+        ASSERT_FALSE(wrapper.isNull()) << name;
+        EXPECT_EQ(wrapper.className(), "NSObjectZQM");
+        EXPECT_FALSE(isKnown((id)type));
+    }
+}
+
 } // namespace
 
 // Forwards what it does not know itself.
@@ -397,7 +497,9 @@ TEST_F(CocoaClassTest, ErrorKeepsItsHostObjectWhileThatLives) {
 }
 
 REALobject knownView = nullptr;
-REALobject newQTKitView(id, SEL, id) {
+id viewAskedFor = nil;
+REALobject newQTKitView(id, SEL, id view) {
+    viewAskedFor = view;
     if (knownView != nullptr) {
         REALLockObject(knownView);
     }
@@ -412,9 +514,11 @@ TEST_F(CocoaClassTest, SiblingMayKnowAView) {
         class_addMethod(object_getClass([NSValue class]), sel_registerName("NewQTKitNSViewZQM:"),
                         std::bit_cast<IMP>(&newQTKitView), "@@:@");
         EXPECT_EQ(converted(view).className(), "NSViewZQM");
+        EXPECT_EQ(viewAskedFor, view);
         const Object other = host->date(2020);
         knownView = other.handle();
         EXPECT_EQ(converted(view), other);
+        EXPECT_FALSE(isKnown(view));
     });
 }
 

@@ -24,7 +24,7 @@
     return YES;
 }
 - (char)charValue {
-    return 1;
+    return 0;
 }
 - (unsigned char)unsignedCharValue {
     return 200;

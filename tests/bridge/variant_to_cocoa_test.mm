@@ -308,6 +308,17 @@ TEST_P(VariantReader, IsAskedAndNotTheProperty) {
     });
 }
 
+TEST_P(VariantReader, IsBelievedWhenItSaysNothing) {
+    inBridge([](PluginHost& host) {
+        noteProperties();
+        const bool isString = GetParam().property == std::string("StringValue");
+        const Object nothing = isString ? host->variant(GetParam().code, zqm::host::String())
+                                        : host->variant(GetParam().code, 0);
+        EXPECT_EQ(text(nothing), GetParam().whenUnreadable);
+        EXPECT_THAT(propertiesAsked, IsEmpty());
+    });
+}
+
 TEST_P(VariantReader, IsReplacedByTheProperty) {
     inBridge([](PluginHost& host) {
         noteProperties();

@@ -3,6 +3,7 @@
 //     leaving_host PLUGIN FILE return|exit|_exit|abort|kill
 
 #include "tests/support/process_table.h"
+#include "tests/support/sibling_library.h"
 #include "zqmhost/zqmhost.h"
 
 #include <csignal>
@@ -17,7 +18,7 @@ int main(int argc, char** argv) {
     }
     const std::string_view way = argv[3];
     zqm::host::Runtime runtime;
-    runtime.load(argv[1]);
+    zqm::support::loadPlugin(runtime, argv[1]);
     zqm::host::Object object = runtime.create("NSSpeechSynthesizerZQM");
     object.call("Constructor");
     std::string text;

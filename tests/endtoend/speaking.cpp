@@ -1,14 +1,13 @@
 #include "tests/endtoend/speaking.h"
 
+#include "tests/support/sibling_library.h"
+
 #include <chrono>
 
 namespace zqm::endtoend {
 
 void loadPlugin(host::Runtime& runtime) {
-    runtime.load(ZQM_PLUGIN);
-#ifdef ZQM_FOUNDATION
-    runtime.load(ZQM_FOUNDATION);
-#endif
+    support::loadPlugin(runtime, ZQM_PLUGIN);
 }
 
 std::string fileUrl(const std::filesystem::path& path) {

@@ -16,7 +16,7 @@ namespace zqm::endtoend {
 inline constexpr const char* kSynthesizer = "NSSpeechSynthesizerZQM";
 inline constexpr host::Seconds kDeadline{300};
 
-// The plugin, and with it the library of its family that stands beside it, in the program that tests so.
+// And before it the sibling library of this run.
 void loadPlugin(host::Runtime& runtime);
 
 std::string fileUrl(const std::filesystem::path& path);

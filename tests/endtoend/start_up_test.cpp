@@ -2,7 +2,9 @@
 
 #include "tests/endtoend/speaking.h"
 #include "tests/support/fresh_process.h"
+#include "tests/support/sibling_library.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <map>
 
@@ -13,17 +15,61 @@ using host::Object;
 using host::Options;
 using host::Runtime;
 using host::String;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Matches;
+
+using Names = std::vector<std::string>;
+
+// What the plugin newly asks for or registers, from one step of a host program to the next.
+class NewNames {
+public:
+    explicit NewNames(std::function<Names()> all) : all_(std::move(all)), known_(all_().size()) {}
+
+    Names sinceLast() {
+        const Names all = all_();
+        Names names(all.begin() + static_cast<std::ptrdiff_t>(known_), all.end());
+        known_ = all.size();
+        return names;
+    }
+
+private:
+    std::function<Names()> all_;
+    std::size_t known_;
+};
+
+// Of the plugin alone: what its sibling asks for when it is loaded is not among them.
+NewNames askedNames(Runtime& runtime) {
+    return NewNames([&runtime] { return runtime.entryPoints().asked(); });
+}
+NewNames registeredClasses(Runtime& runtime) {
+    return NewNames([&runtime] { return runtime.classNames(); });
+}
+
+TEST(StartUp, HasTheSiblingOfThisRunBesideThePlugin) {
+    support::inFreshProcess([] {
+        Runtime runtime;
+        loadPlugin(runtime);
+        EXPECT_THAT(runtime.classNames(), Contains(kSynthesizer));
+        EXPECT_EQ(support::siblingLibrary().has_value(),
+                  Matches(Contains("NSErrorZQM"))(runtime.classNames()));
+        expectNoReports(runtime);
+    });
+}
 
 TEST(StartUp, AsksForThreeNamesOnly) {
     support::inFreshProcess([] {
         Runtime runtime;
+        support::loadSibling(runtime);
+        NewNames names = askedNames(runtime);
+        NewNames classes = registeredClasses(runtime);
+        const auto registrations = runtime.entryPoints().calls("PluginRegisterClass");
         runtime.load(ZQM_PLUGIN);
-        EXPECT_THAT(runtime.entryPoints().asked(),
+        EXPECT_THAT(names.sinceLast(),
                     ElementsAre("REALGetRBVersion", "RegisterPluginVersion", "PluginRegisterClass"));
-        EXPECT_EQ(runtime.entryPoints().calls("PluginRegisterClass"), 3U);
-        EXPECT_THAT(runtime.classNames(),
+        EXPECT_EQ(runtime.entryPoints().calls("PluginRegisterClass"), registrations + 3);
+        EXPECT_THAT(classes.sinceLast(),
                     ElementsAre("NSSpeechRecognizerZQM", "NSVoiceZQM", "NSSpeechSynthesizerZQM"));
         expectNoReports(runtime);
     });
@@ -31,12 +77,16 @@ TEST(StartUp, AsksForThreeNamesOnly) {
 
 TEST(StartUp, WithoutRegistrationAsksOncePerClass) {
     support::inFreshProcess([] {
-        Runtime runtime(Options{.refused = {"PluginRegisterClass"}});
+        Runtime runtime;
+        support::loadSibling(runtime);
+        runtime.entryPoints().refuse("PluginRegisterClass");
+        NewNames names = askedNames(runtime);
+        NewNames classes = registeredClasses(runtime);
         EXPECT_THROW(runtime.load(ZQM_PLUGIN), host::LoadError);
-        EXPECT_THAT(runtime.entryPoints().asked(),
+        EXPECT_THAT(names.sinceLast(),
                     ElementsAre("REALGetRBVersion", "RegisterPluginVersion", "PluginRegisterClass",
                                 "PluginRegisterClass", "PluginRegisterClass"));
-        EXPECT_THAT(runtime.classNames(), IsEmpty());
+        EXPECT_THAT(classes.sinceLast(), IsEmpty());
         expectNoReports(runtime);
     });
 }
@@ -45,6 +95,8 @@ TEST(StartUp, EveryOtherNameIsAskedForOnceAtItsFirstUse) {
     support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
+        support::loadSibling(runtime);
+        NewNames names = askedNames(runtime);
         runtime.load(ZQM_PLUGIN);
         for (int round = 0; round < 2; ++round) {
             Speaker speaker(runtime);
@@ -55,7 +107,7 @@ TEST(StartUp, EveryOtherNameIsAskedForOnceAtItsFirstUse) {
             EXPECT_THROW(speaker.object.call("Constructor"), host::HostException);
         }
         std::map<std::string, int> counts;
-        for (const std::string& name : runtime.entryPoints().asked()) {
+        for (const std::string& name : names.sinceLast()) {
             ++counts[name];
         }
         for (const auto& [name, count] : counts) {
@@ -70,30 +122,12 @@ TEST(StartUp, EveryOtherNameIsAskedForOnceAtItsFirstUse) {
     });
 }
 
-using Names = std::vector<std::string>;
-
-// What the plugin newly asks for, from one step of a host program to the next.
-class AskedNames {
-public:
-    explicit AskedNames(Runtime& runtime) : runtime_(&runtime) {}
-
-    Names sinceLast() {
-        const Names& all = runtime_->entryPoints().asked();
-        Names names(all.begin() + static_cast<std::ptrdiff_t>(known_), all.end());
-        known_ = all.size();
-        return names;
-    }
-
-private:
-    Runtime* runtime_;
-    std::size_t known_ = 0;
-};
-
 // A start reads a host string, an event for a word builds one and calls the handler.
 void expectNames(double version, const Names& ofTheStart, const Names& ofTheEvent) {
     const support::TemporaryFolder folder;
     Runtime runtime(Options{.version = version});
-    AskedNames names(runtime);
+    support::loadSibling(runtime);
+    NewNames names = askedNames(runtime);
     runtime.load(ZQM_PLUGIN);
     EXPECT_THAT(names.sinceLast(),
                 ElementsAre("REALGetRBVersion", "RegisterPluginVersion", "PluginRegisterClass"));
@@ -168,7 +202,7 @@ TEST(StartUp, WithAllNamesRefusedAfterItEveryMemberAnswersNeutrally) {
     support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
-        runtime.load(ZQM_PLUGIN);
+        loadPlugin(runtime);
         runtime.entryPoints().refuseAll();
         Object object = runtime.create(kSynthesizer);
         EXPECT_EQ(object.get("Rate").asDouble(), 0);
@@ -196,7 +230,7 @@ TEST(StartUp, WithAllNamesRefusedAfterTheConstructorEveryMemberAnswersNeutrally)
     support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
-        runtime.load(ZQM_PLUGIN);
+        loadPlugin(runtime);
         Object object = runtime.construct(kSynthesizer, String());
         object.on("didFinishSpeaking", [](const host::Arguments&) { ADD_FAILURE(); });
         runtime.entryPoints().refuseAll();
@@ -215,7 +249,7 @@ TEST(StartUp, NameThatIsRefusedAtFirstIsAskedForAgain) {
     support::inFreshProcess([] {
         const support::TemporaryFolder folder;
         Runtime runtime;
-        runtime.load(ZQM_PLUGIN);
+        loadPlugin(runtime);
         runtime.entryPoints().refuse("GetEventInstance");
         Speaker speaker(runtime);
         ASSERT_TRUE(speaker.start("Hello world", folder / "a.wav"));
@@ -238,7 +272,7 @@ class Revision : public testing::TestWithParam<Step> {};
 TEST_P(Revision, FollowsTheHostsVersion) {
     support::inFreshProcess([] {
         Runtime runtime(Options{.version = GetParam().version});
-        runtime.load(ZQM_PLUGIN);
+        loadPlugin(runtime);
         EXPECT_EQ(runtime.announcedRevision(), GetParam().revision);
         expectNoReports(runtime); // also says that every record carries the revision, and 16 bytes of data
     });

@@ -1,6 +1,7 @@
 // The loaded library over many utterances and objects: nothing may be left behind by one more.
 
 #include "tests/support/process_table.h"
+#include "tests/support/sibling_library.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
 
@@ -47,7 +48,7 @@ struct Holdings {
 
 class Endurance : public testing::Test {
 protected:
-    Endurance() { runtime.load(ZQM_PLUGIN); }
+    Endurance() { zqm::support::loadPlugin(runtime, ZQM_PLUGIN); }
 
     void speakToTheEnd(Object& synthesizer) {
         finished = 0;

@@ -35,7 +35,7 @@ constexpr double kTolerance = 0.3;
 
 class LiveSpeech : public testing::Test {
 protected:
-    LiveSpeech() { runtime_.load(pluginPath()); }
+    LiveSpeech() { loadPlugin(runtime_); }
     void TearDown() override { EXPECT_TRUE(runtime_.reports().empty()); }
 
     // Seconds from the first to the last sound of a text spoken into a file.

@@ -20,7 +20,7 @@ constexpr const char* kText = "⟦This⟧ ⟦goes⟧ ⟦on⟧ ⟦for⟧ ⟦a⟧ 
 
 class ServerFaults : public testing::Test {
 protected:
-    ServerFaults() { runtime_.load(pluginPath()); }
+    ServerFaults() { loadPlugin(runtime_); }
     void TearDown() override { EXPECT_TRUE(runtime_.reports().empty()); }
 
     void expectSpoken(Speaker& speaker, const support::PulseServer& server) {

@@ -1,6 +1,7 @@
 #include "tests/live/speaker.h"
 
 #include "tests/support/monitor_recording.h"
+#include "tests/support/sibling_library.h"
 
 namespace zqm::live {
 
@@ -10,8 +11,8 @@ constexpr host::Seconds kEndDeadline{120};
 
 } // namespace
 
-std::filesystem::path pluginPath() {
-    return ZQM_PLUGIN;
+void loadPlugin(host::Runtime& runtime) {
+    support::loadPlugin(runtime, ZQM_PLUGIN);
 }
 
 Speaker::Speaker(host::Runtime& runtime)

@@ -10,8 +10,8 @@
 
 namespace zqm::live {
 
-// The plugin under test.
-std::filesystem::path pluginPath();
+// And before it the sibling library of this run.
+void loadPlugin(host::Runtime& runtime);
 
 // One synthesizer of a host program that notes down its events, with the time of each.
 class Speaker {

@@ -42,7 +42,7 @@ TEST(WordTiming, EveryWordIsHeardAndHasItsEvent) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
     host::Runtime runtime;
-    runtime.load(pluginPath());
+    loadPlugin(runtime);
     Speaker speaker(runtime);
     DelayTable table;
     for (const TimedText& run : kRuns) {

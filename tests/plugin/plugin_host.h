@@ -33,6 +33,7 @@ public:
     // Calls the plugin's entry function, which registers its classes with this host.
     void start() { REALPluginMain(resolve); }
 
+    zqm::host::Runtime& operator*() { return runtime_; }
     zqm::host::Runtime* operator->() { return &runtime_; }
 
     // What the resolver answers for this name. A plugin that already holds the function keeps it.

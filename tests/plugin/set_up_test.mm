@@ -91,6 +91,27 @@ TEST(SetUp, FetchesAndPreparesEachOnceWhenASiblingAppears) {
     });
 }
 
+TEST(ReleaseInstance, GivesUpTheRetainAndThePairAndLeavesNil) {
+    zqm::support::inFreshProcess([] {
+        const AutoreleasePool pool;
+        for (const bool withDictionary : {false, true}) {
+            instances = withDictionary ? CFDictionaryCreateMutable(nullptr, 0, nullptr, nullptr) : nullptr;
+            NSMutableArray* const object = [NSMutableArray array];
+            NSMutableArray* held = [object retain];
+            rememberInstance(held, &held);
+            releaseInstance(held);
+            EXPECT_EQ(held, nil);
+            EXPECT_EQ([object retainCount], 1U);
+            releaseInstance(held);
+            EXPECT_EQ([object retainCount], 1U);
+            if (withDictionary) {
+                EXPECT_EQ(CFDictionaryGetCount(instances), 0);
+                CFRelease(instances);
+            }
+        }
+    });
+}
+
 TEST(RaiseNSExceptionZQM, RaisesWhatTheSiblingMakesOfIt) {
     zqm::support::inFreshProcess([] {
         addToNSException("NewNSExceptionZQM:", wrap, "^v@:@");

@@ -41,7 +41,7 @@ void addSibling() {
     addToNSException(@selector(PrepareNSExceptionZQM), prepare, "v@:");
 }
 
-class SetUpOf : public SynthesizerTest, public testing::WithParamInterface<const char*> {};
+class SetUpOf : public SynthesizerAloneTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(SetUpOf, TheClassConstructorIsTheSharedOne) {
     zqm::support::inFreshProcess([this] {
@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Classes, SetUpOf,
                          testing::Values("NSSpeechRecognizerZQM", "NSVoiceZQM", "NSSpeechSynthesizerZQM"),
                          [](const auto& row) { return std::string(row.param); });
 
-using SetUpOfSynthesizer = SynthesizerTest;
+using SetUpOfSynthesizer = SynthesizerAloneTest;
 
 TEST_F(SetUpOfSynthesizer, RunsInTheConstructorMethodsWhichEnterTheObject) {
     for (const bool named : {false, true}) {

@@ -4,9 +4,11 @@
 
 #include "plugin/autorelease_pool.h"
 #include "plugin/instance_data.h"
+#include "plugin/sibling_methods.h"
 #import "speech/MyNSSpeechSynthesizer.h"
 #include "tests/plugin/plugin_host.h"
 #include "tests/support/fresh_process.h"
+#include "tests/support/sibling_library.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,12 +30,19 @@ void replaceMethod(SEL selector, Function* function) {
     }
 }
 
+enum class Sibling { OfThisRun, None };
+
 class SynthesizerTest : public testing::Test {
 public:
     ~SynthesizerTest() override { EXPECT_THAT(host->reports(), testing::IsEmpty()); }
 
 protected:
-    explicit SynthesizerTest(double hostVersion = zqm::host::kDefaultVersion) : host(hostVersion) {
+    explicit SynthesizerTest(double hostVersion = zqm::host::kDefaultVersion,
+                             Sibling sibling = Sibling::OfThisRun)
+        : host(hostVersion) {
+        if (sibling == Sibling::OfThisRun) {
+            zqm::support::loadSibling(*host);
+        }
         host.start();
     }
 
@@ -45,6 +54,27 @@ protected:
         return object;
     }
 
+    // The class of the host exceptions that the sibling makes of the platform's; where this run has none, of
+    // those that are made here in its place.
+    static std::string hostExceptionClass() {
+        if (zqm::support::siblingLibrary()) {
+            return "NSExceptionZQM";
+        }
+        REALobject (*const wrap)(id, SEL, NSException*) = [](id, SEL, NSException*) {
+            return REALnewInstance("IllegalCastException");
+        };
+        EXPECT_TRUE(class_addMethod(object_getClass([NSException class]), @selector(NewNSExceptionZQM:),
+                                    reinterpret_cast<IMP>(reinterpret_cast<void*>(wrap)), "^v@:@"));
+        return "IllegalCastException";
+    }
+
     AutoreleasePool pool;
     PluginHost host;
+};
+
+// For what happens where there is no sibling, or before one appears, whatever the run. A library stays in its
+// process, so each of these tests has a process of its own.
+class SynthesizerAloneTest : public SynthesizerTest {
+protected:
+    SynthesizerAloneTest() : SynthesizerTest(zqm::host::kDefaultVersion, Sibling::None) {}
 };

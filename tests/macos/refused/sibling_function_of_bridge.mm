@@ -1,0 +1,8 @@
+// refused by: linker
+// message: undefined symbol: NewNSErrorZQM
+// library: ZQMFoundation
+#include "bridge/errors.h"
+
+REALobject hostError() {
+    return NewNSErrorZQM(nullptr);
+}
