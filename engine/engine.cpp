@@ -197,10 +197,13 @@ void Engine::handle(const protocol::Continue& request) {
     }
 }
 
-void Engine::handle(const protocol::SetLexicon&) {}
+void Engine::handle(protocol::SetLexicon& request) {
+    speaker_.setLexicon(std::move(request.dictionaries));
+}
 
-void Engine::handle(const protocol::GetPhonemes&) {
-    report(protocol::Phonemes{});
+void Engine::handle(const protocol::GetPhonemes& request) {
+    const protocol::Voice* const voice = speaker_.findVoice(request.voice);
+    report(protocol::Phonemes{voice == nullptr ? std::string() : speaker_.phonemes(request.text, *voice)});
 }
 
 void Engine::report(const protocol::Event& event) {

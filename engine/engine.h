@@ -38,7 +38,7 @@ private:
     void handle(const protocol::Pause& request);
     void handle(const protocol::Continue& request);
     void handle(const protocol::Adjust& request);
-    void handle(const protocol::SetLexicon& request);
+    void handle(protocol::SetLexicon& request);
     void handle(const protocol::GetPhonemes& request);
 
     [[nodiscard]] bool isSpeaking(std::uint64_t utterance) const;

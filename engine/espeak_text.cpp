@@ -1,11 +1,10 @@
 #include "engine/espeak_text.h"
 
 #include "engine/characters.h"
+#include "engine/utf8.h"
 
-#include <array>
 #include <cstdint>
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 namespace zqm::engine {
 
@@ -30,9 +29,6 @@ char32_t spokenFor(char32_t character) {
     return unspeakable || character == kReplacement ? U' ' : character;
 }
 
-constexpr std::string_view kPhonemesBegin = "[[";
-constexpr std::string_view kPhonemesEnd = "]]";
-
 } // namespace
 
 void EspeakText::add(char32_t character, std::size_t origin) {
@@ -55,17 +51,12 @@ void EspeakText::addPhonemes(std::string_view mnemonics, std::size_t origin) {
     if (!isBlank(last_)) {
         append(U' ', origin);
     }
-    append(kPhonemesBegin, origin);
-    append(mnemonics, origin);
-    append(kPhonemesEnd, origin);
+    append("[[" + std::string(mnemonics) + "]]", origin);
     afterPhonemes_ = true;
 }
 
 void EspeakText::append(char32_t character, std::size_t origin) {
-    std::array<char, U8_MAX_LENGTH> bytes{};
-    std::size_t length = 0;
-    U8_APPEND_UNSAFE(bytes, length, static_cast<UChar32>(character));
-    text_.append(bytes.data(), length);
+    appendUtf8(text_, character);
     origins_.push_back(origin);
     last_ = character;
     afterPhonemes_ = false;

@@ -21,7 +21,7 @@ public:
     // that is its origin.
     void addCommand(Command command, int value, std::size_t origin);
 
-    // In espeak-ng's mnemonics.
+    // A word in espeak-ng's mnemonics.
     void addPhonemes(std::string_view mnemonics, std::size_t origin);
 
     [[nodiscard]] const std::string& text() const { return text_; } // UTF-8

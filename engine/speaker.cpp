@@ -1,13 +1,17 @@
 #include "engine/speaker.h"
 
 #include "engine/spoken_text.h"
+#include "engine/text_phonemes.h"
 #include "engine/timeline.h"
+#include "engine/utf8.h"
 #include "engine/voices.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <espeak-ng/speak_lib.h>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -41,12 +45,25 @@ private:
     std::optional<std::string> before_;
 };
 
+std::filesystem::path dataFolder() {
+    const char* folder = nullptr;
+    espeak_Info(&folder);
+    return folder;
+}
+
+// The code of a mistake in phoneme symbols.
+constexpr int kBadInputText = -247;
+
+// Seconds of a pause that is told.
+constexpr double kShortestSilence = 0.05;
+
 // What one call of espeak_Synth brings. espeak-ng hands a pointer through to its events alone, and some
 // buffers have none, so what the callback fills stands here.
 struct Collector {
-    std::vector<std::int16_t> samples;
-    Marks marks;
     const EspeakText* spoken = nullptr;
+    std::vector<std::int16_t> samples{};
+    std::vector<Mark> words{};
+    std::vector<PhonemeMark> phonemes{};
 };
 
 Collector* collector = nullptr;
@@ -56,26 +73,35 @@ double number(std::optional<double> given, double own) {
     return given && !std::isnan(*given) ? *given : own;
 }
 
-bool isPause(const espeak_EVENT& event) {
-    return event.id.string[0] == '_';
-}
-
 void collectEvent(const espeak_EVENT& event) {
     const auto sample = static_cast<std::size_t>(std::max(event.sample, 0));
-    Marks& marks = collector->marks;
     if (event.type == espeakEVENT_WORD) {
         const std::vector<std::size_t>& origins = collector->spoken->origins();
         const auto position = static_cast<std::size_t>(std::max(event.text_position - 1, 0));
         if (position < origins.size()) {
-            marks.words.push_back({origins[position], sample});
+            collector->words.push_back({origins[position], sample});
         }
     } else if (event.type == espeakEVENT_PHONEME) {
-        if (!isPause(event)) {
-            marks.phonemes.push_back(sample);
+        const char* const name = event.id.string; // as long as there is room, it ends with a zero byte
+        collector->phonemes.push_back({sample, std::string(name, ::strnlen(name, sizeof event.id.string))});
+    }
+}
+
+// The times of sounds, and when the last of them ends: at the pause behind it if there is one.
+Marks soundMarks(Collector& collected) {
+    Marks marks{std::move(collected.words), {}, 0};
+    for (const PhonemeMark& phoneme : collected.phonemes) {
+        if (!phoneme.isPause()) {
+            marks.phonemes.push_back(phoneme.sample);
         } else if (!marks.phonemes.empty() && marks.end <= marks.phonemes.back()) {
-            marks.end = sample;
+            marks.end = phoneme.sample;
         }
     }
+    if (!marks.phonemes.empty()) {
+        marks.end = std::max(marks.end, marks.phonemes.back());
+    }
+    marks.end = std::min(marks.end, collected.samples.size());
+    return marks;
 }
 
 int collect(short* samples, int count, espeak_EVENT* events) {
@@ -99,6 +125,7 @@ Speaker::Speaker() {
     }
     espeak_SetSynthCallback(collect);
     voices_ = listVoices();
+    inventory_ = readPhonemeInventory(dataFolder());
 }
 
 const protocol::Voice* Speaker::findVoice(const std::string& identifier) const {
@@ -108,15 +135,40 @@ const protocol::Voice* Speaker::findVoice(const std::string& identifier) const {
     return voice == voices_.end() ? nullptr : &*voice;
 }
 
+PhonemeSet Speaker::phonemeSet(const protocol::Voice& voice) const {
+    const std::string name = phonemeSetOf(dataFolder(), voice.identifier, inventory_);
+    const auto phonemes = inventory_.find(name);
+    return {name, phonemes == inventory_.end() ? std::vector<std::string>() : phonemes->second};
+}
+
 bool Speaker::setVoice(const protocol::Voice& voice) {
-    if (voice.identifier != voice_) {
+    if (voice.identifier != voice_.identifier) {
         if (!load(voice.identifier)) {
             return false;
         }
-        voice_ = voice.identifier;
-        pitch_ = voicePitch(voice_);
+        voice_ = voice;
+        pitch_ = voicePitch(voice.identifier);
+        set_ = phonemeSet(voice);
+        lexicon_ = Lexicon(dictionaries_, voice.language, set_);
     }
     return true;
+}
+
+std::vector<LexiconProblem> Speaker::setLexicon(std::vector<protocol::LexiconDictionary> dictionaries) {
+    dictionaries_ = std::move(dictionaries);
+    lexicon_ = Lexicon(dictionaries_, voice_.language, set_);
+    return lexiconProblems(dictionaries_, set_);
+}
+
+std::string Speaker::phonemes(const std::string& text, const protocol::Voice& voice) {
+    if (!load(voice.identifier)) {
+        return {};
+    }
+    EspeakText readable;
+    for (const char32_t character : fromUtf8(text)) {
+        readable.add(character, 0);
+    }
+    return textPhonemes(readable.text(), phonemeSet(voice));
 }
 
 bool Speaker::load(const std::string& name) {
@@ -151,10 +203,10 @@ int Speaker::rate() const {
 
 // Brings espeak-ng to the manner in which is to be spoken.
 void Speaker::prepare() {
-    PitchParameters pitch = pitchParameters(pitch_, number(manner_.pitchBase, ownPitchBase(pitch_)),
-                                            number(manner_.pitchModulation, kOwnPitchModulation));
-    if (!load(pitch.higher ? voice_ + kHigherVariant : voice_)) {
-        load(voice_);
+    const PitchParameters pitch = pitchParameters(pitch_, number(manner_.pitchBase, ownPitchBase(pitch_)),
+                                                  number(manner_.pitchModulation, kOwnPitchModulation));
+    if (!load(pitch.higher ? voice_.identifier + kHigherVariant : voice_.identifier)) {
+        load(voice_.identifier);
     }
     setParameter(espeakRATE, rate());
     setParameter(espeakPITCH, pitch.pitch);
@@ -165,21 +217,29 @@ Speech Speaker::synthesize(const Piece& piece, std::optional<bool> emphasis) {
     prepare();
     const SpellingModes spelling{manner_.characters.value_or(protocol::SpellingMode::Normal),
                                  manner_.numbers.value_or(protocol::SpellingMode::Normal)};
-    const EspeakText spoken = spokenText(piece, {spelling, emphasis, rate()});
-    Collector collected;
-    collected.spoken = &spoken;
+    const SpokenManner manner{spelling, emphasis, rate()};
+    std::vector<SymbolMistake> mistakes;
+    const bool isText = manner_.input.value_or(protocol::InputMode::Text) == protocol::InputMode::Text;
+    const EspeakText spoken =
+        isText ? spokenText(piece, manner, lexicon_) : spokenSymbols(piece, manner, set_, mistakes);
+
+    Collector collected{.spoken = &spoken};
     collector = &collected;
     const unsigned int flags = espeakCHARS_UTF8 | espeakPHONEMES | (piece.endsSentence ? espeakENDPAUSE : 0U);
     espeak_Synth(spoken.text().c_str(), spoken.text().size() + 1, 0, POS_CHARACTER, 0, flags, nullptr,
                  nullptr);
     collector = nullptr;
 
-    Marks& marks = collected.marks;
-    if (!marks.phonemes.empty()) {
-        marks.end = std::max(marks.end, marks.phonemes.back());
+    Speech speech;
+    speech.phonemes =
+        spokenPhonemes(collected.phonemes, collected.samples.size(),
+                       static_cast<std::size_t>(kShortestSilence * sampleRate_), PhonemeOpcodes(set_.name()));
+    speech.wordTimes = wordTimes(piece.words, soundMarks(collected));
+    speech.samples = std::move(collected.samples);
+    for (SymbolMistake& mistake : mistakes) {
+        speech.mistakes.push_back({mistake.at, kBadInputText, std::move(mistake.message)});
     }
-    marks.end = std::min(marks.end, collected.samples.size());
-    return {std::move(collected.samples), wordTimes(piece.words, marks)};
+    return speech;
 }
 
 } // namespace zqm::engine

@@ -2,9 +2,13 @@
 
 #pragma once
 
+#include "engine/lexicon.h"
 #include "engine/manner.h"
+#include "engine/phoneme_inventory.h"
+#include "engine/phoneme_set.h"
 #include "engine/pitch.h"
 #include "engine/protocol.h"
+#include "engine/spoken_phonemes.h"
 #include "engine/text_pieces.h"
 
 #include <cstddef>
@@ -16,9 +20,20 @@
 
 namespace zqm::engine {
 
+// What is wrong with a text that is spoken all the same.
+struct TextMistake {
+    std::size_t codePoint = 0; // of the piece
+    int code = 0;
+    std::string message; // for people
+
+    bool operator==(const TextMistake&) const = default;
+};
+
 struct Speech {
     std::vector<std::int16_t> samples;  // one channel
     std::vector<std::size_t> wordTimes; // of each word of the piece, the sample at which it begins
+    std::vector<SpokenPhoneme> phonemes;
+    std::vector<TextMistake> mistakes;
 };
 
 // espeak-ng keeps one synthesizer a process, so there is one of these a process.
@@ -48,7 +63,14 @@ public:
     // The first word may be spoken with more or less emphasis than usual.
     Speech synthesize(const Piece& piece, std::optional<bool> emphasis = std::nullopt);
 
+    // Replaces the lexicon. Entries that can't be used are left out, and answered.
+    std::vector<LexiconProblem> setLexicon(std::vector<protocol::LexiconDictionary> dictionaries);
+
+    // The phoneme symbols of a text in UTF-8, as a voice speaks it.
+    std::string phonemes(const std::string& text, const protocol::Voice& voice);
+
 private:
+    [[nodiscard]] PhonemeSet phonemeSet(const protocol::Voice& voice) const;
     bool load(const std::string& name);
     void setParameter(int parameter, int value);
     void prepare();
@@ -56,8 +78,12 @@ private:
 
     int sampleRate_ = 0;
     std::vector<protocol::Voice> voices_;
-    std::string voice_; // identifier of the voice that is set
-    VoicePitch pitch_;  // of that voice
+    PhonemeInventory inventory_;
+    protocol::Voice voice_; // that is set
+    VoicePitch pitch_;      // of that voice
+    PhonemeSet set_{{}, {}};
+    std::vector<protocol::LexiconDictionary> dictionaries_;
+    Lexicon lexicon_; // what of them is for that voice
     protocol::Manner manner_;
     std::string loaded_;            // what espeak-ng knows it by, or a variant of it
     std::map<int, int> parameters_; // of espeak-ng, as they are set since then

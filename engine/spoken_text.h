@@ -3,10 +3,13 @@
 #pragma once
 
 #include "engine/espeak_text.h"
+#include "engine/lexicon.h"
 #include "engine/literal_spelling.h"
+#include "engine/phoneme_text.h"
 #include "engine/text_pieces.h"
 
 #include <optional>
+#include <vector>
 
 namespace zqm::engine {
 
@@ -16,6 +19,11 @@ struct SpokenManner {
     int rate = 0;                   // words a minute, which emphasis departs from
 };
 
-EspeakText spokenText(const Piece& piece, const SpokenManner& manner);
+// A piece of words.
+EspeakText spokenText(const Piece& piece, const SpokenManner& manner, const Lexicon& lexicon);
+
+// A piece of phoneme symbols. Answers the mistakes in it too.
+EspeakText spokenSymbols(const Piece& piece, const SpokenManner& manner, const PhonemeSet& set,
+                         std::vector<SymbolMistake>& mistakes);
 
 } // namespace zqm::engine

@@ -30,8 +30,6 @@ constexpr const char* kVoiced =
 const std::string kGap = "[[slnc 3000]]";
 constexpr double kGapSeconds = 2.5;
 
-using Samples = std::vector<float>;
-
 struct Spoken {
     std::vector<Event> events;
     Samples samples;
@@ -40,30 +38,8 @@ struct Spoken {
     [[nodiscard]] double seconds() const { return static_cast<double>(samples.size()) / rate; }
 };
 
-// What sounds between the gaps.
 std::vector<Samples> partsOf(const Spoken& spoken) {
-    const auto longest = static_cast<std::size_t>(kGapSeconds * spoken.rate);
-    std::vector<Samples> parts(1);
-    std::size_t silent = 0;
-    for (const float sample : spoken.samples) {
-        silent = sample == 0 ? silent + 1 : 0;
-        if (silent == longest) {
-            parts.emplace_back();
-        }
-        if (silent == 0) {
-            Samples& part = parts.back();
-            part.push_back(sample);
-        } else if (!parts.back().empty()) {
-            parts.back().push_back(sample);
-        }
-    }
-    for (Samples& part : parts) {
-        while (!part.empty() && part.back() == 0) {
-            part.pop_back();
-        }
-    }
-    std::erase_if(parts, [](const Samples& part) { return part.empty(); });
-    return parts;
+    return partsBetweenSilences(spoken.samples, spoken.rate, kGapSeconds);
 }
 
 // The synthesizer never makes quite the same sound twice.

@@ -31,6 +31,31 @@ Speaker& speaker() {
 struct Spoken {
     std::vector<float> samples;    // -1 to 1
     std::vector<double> wordTimes; // seconds
+    std::vector<SpokenPhoneme> phonemes;
+    std::vector<TextMistake> mistakes;
+
+    [[nodiscard]] std::vector<int> opcodes() const {
+        std::vector<int> list;
+        for (const SpokenPhoneme& phoneme : phonemes) {
+            list.push_back(phoneme.opcode);
+        }
+        return list;
+    }
+
+    // Without pauses, between two words; the last word ends the piece.
+    [[nodiscard]] std::vector<int> opcodesOfWord(std::size_t word) const {
+        std::vector<int> list;
+        for (const SpokenPhoneme& phoneme : phonemes) {
+            const double time = static_cast<double>(phoneme.sample) / speaker().sampleRate();
+            const bool isBefore = time < wordTimes[word] - kTolerance;
+            const bool isBehind = word + 1 < wordTimes.size() && time >= wordTimes[word + 1] - kTolerance;
+            if (!isBefore && !isBehind && phoneme.opcode != 0) {
+                list.push_back(phoneme.opcode);
+            }
+        }
+        return list;
+    }
+    static constexpr double kTolerance = 1e-6;
 
     [[nodiscard]] double seconds() const {
         return static_cast<double>(samples.size()) / speaker().sampleRate();
@@ -61,6 +86,8 @@ Spoken speak(const std::string& text, const Manner& manner = {}, const char* voi
     for (const std::size_t time : speech.wordTimes) {
         spoken.wordTimes.push_back(static_cast<double>(time) / speaker().sampleRate());
     }
+    spoken.phonemes = speech.phonemes;
+    spoken.mistakes = speech.mistakes;
     return spoken;
 }
 
@@ -192,18 +219,220 @@ TEST(SpeakerEmphasis, isOfOneWordOnly) {
 constexpr Manner kCharacters{.characters = SpellingMode::Literal};
 constexpr Manner kNumbers{.numbers = SpellingMode::Literal};
 
-TEST(SpeakerSpelling, ofCharactersSoundsLikeTheirNames) {
-    const double spelled = speak("The dog.", kCharacters).seconds();
-    EXPECT_NEAR(spelled, speak("Tea aitch ee, dee oh gee.").seconds(), 0.2 * spelled);
-    EXPECT_GT(spelled, 1.5 * speak("The dog.").seconds());
+// The same phonemes, whatever the pauses between them.
+std::vector<int> sounds(const Spoken& spoken) {
+    std::vector<int> list = spoken.opcodes();
+    std::erase(list, 0);
+    return list;
+}
+
+// The names of characters, each spoken alone.
+std::vector<int> names(const std::string& characters) {
+    std::vector<int> list;
+    for (const char character : characters) {
+        const std::vector<int> name = sounds(speak(std::string{character}));
+        list.insert(list.end(), name.begin(), name.end());
+    }
+    return list;
+}
+
+TEST(SpeakerSpelling, ofCharactersIsByTheirNames) {
+    EXPECT_EQ(sounds(speak("See the cat now.", kCharacters)), names("SEETHECATNOW"));
+    EXPECT_NE(sounds(speak("See the cat now.", kCharacters)), sounds(speak("See the cat now.")));
 }
 
 TEST(SpeakerSpelling, ofNumbersIsDigitByDigit) {
-    const double digits = speak("1066", kNumbers).seconds();
-    EXPECT_NEAR(digits, speak("one zero six six").seconds(), 0.15 * digits);
-    EXPECT_NEAR(speak("١٠٦٦", kNumbers).seconds(), digits, 0.05 * digits);
-    const double words = speak("The dog.").seconds();
-    EXPECT_NEAR(speak("The dog.", kNumbers).seconds(), words, 0.02 * words);
+    EXPECT_EQ(sounds(speak("1066", kNumbers)), names("1066"));
+    EXPECT_EQ(sounds(speak("\u0661\u0660\u0666\u0666", kNumbers)), names("1066"));
+    EXPECT_NE(sounds(speak("1066")), names("1066"));
+    EXPECT_EQ(sounds(speak("The dog.", kNumbers)), sounds(speak("The dog.")));
+}
+
+TEST(SpeakerSpelling, ofNumbersNamesTheirPoint) {
+    const std::vector<int> spelled = sounds(speak("25.50", kNumbers));
+    std::vector<int> expected = names("25");
+    const std::vector<int> rest = names("50");
+    const std::vector<int> point(spelled.begin() + static_cast<std::ptrdiff_t>(expected.size()),
+                                 spelled.end() - static_cast<std::ptrdiff_t>(rest.size()));
+    EXPECT_THAT(point, ElementsAre(20, testing::_, 35)); // dot
+    expected.insert(expected.end(), point.begin(), point.end());
+    expected.insert(expected.end(), rest.begin(), rest.end());
+    EXPECT_EQ(spelled, expected);
+}
+
+TEST(SpeakerSpelling, ofCharactersLeavesNumbers) {
+    EXPECT_EQ(sounds(speak("1066", kCharacters)), sounds(speak("1066")));
+}
+
+// ---- phonemes
+
+constexpr Manner kSymbols{.input = InputMode::Phonemes};
+
+TEST(SpeakerPhonemes, areTimedOpcodes) {
+    const Spoken spoken = speak("dog");
+    ASSERT_THAT(spoken.opcodes(), ElementsAre(20, testing::AnyOf(4, 11), 23, 0));
+    EXPECT_LT(static_cast<double>(spoken.phonemes.front().sample) / speaker().sampleRate(), 0.05);
+    EXPECT_TRUE(std::is_sorted(
+        spoken.phonemes.begin(), spoken.phonemes.end(),
+        [](const SpokenPhoneme& left, const SpokenPhoneme& right) { return left.sample < right.sample; }));
+    EXPECT_LT(spoken.phonemes.back().sample, spoken.samples.size());
+    // The silence that is told is one.
+    const double silence = static_cast<double>(spoken.phonemes.back().sample) / speaker().sampleRate();
+    EXPECT_LT(spoken.level(silence + 0.05, spoken.seconds()), 0.002);
+}
+
+TEST(SpeakerPhonemes, countPausesWithinASentence) {
+    const std::vector<int> opcodes = speak("Dog, cat").opcodes();
+    EXPECT_EQ(std::count(opcodes.begin(), opcodes.end(), 0), 2);
+}
+
+TEST(SpeakerPhonemes, thatAreGivenAreSpoken) {
+    EXPECT_EQ(sounds(speak("_h1EHlOW _w1UXrld", kSymbols)),
+              (std::vector<int>{24, 7, 27, 15, 38, 14, 32, 27, 20}));
+    EXPECT_EQ(speak("_h1EHlOW", kSymbols).mistakes.size(), 0U);
+}
+
+TEST(SpeakerPhonemes, ofATextSoundLikeIt) {
+    const Voice& voice = *speaker().findVoice(kEnglish);
+    for (const char* const text : {"dog", "Hello world.", "The cat is sitting on a mat, again."}) {
+        const std::string symbols = speaker().phonemes(text, voice);
+        EXPECT_EQ(sounds(speak(symbols, kSymbols)), sounds(speak(text))) << symbols;
+    }
+}
+
+TEST(SpeakerPhonemes, thatAreNoneAreToldByPlace) {
+    const Spoken spoken = speak("_d1AOg \u00E9 _k1AEt", kSymbols);
+    ASSERT_EQ(spoken.mistakes.size(), 1U);
+    EXPECT_EQ(spoken.mistakes[0].codePoint, 7U);
+    EXPECT_NE(spoken.mistakes[0].message, "");
+    EXPECT_EQ(sounds(spoken), sounds(speak("_d1AOg _k1AEt", kSymbols)));
+}
+
+TEST(SpeakerPhonemes, mayBeEmphatic) {
+    const char* const text = "_m1EHnIY _p1IYpAXl _k1EYm";
+    const Spoken usual = speak(text, kSymbols);
+    const Spoken more = speak(text, kSymbols, kEnglish, true);
+    ASSERT_EQ(more.wordTimes.size(), 3U);
+    EXPECT_GT(more.wordTimes[1], 1.1 * usual.wordTimes[1]);
+    EXPECT_GT(more.level(0, more.wordTimes[1]), 1.2 * usual.level(0, usual.wordTimes[1]));
+    EXPECT_EQ(sounds(more), sounds(usual));
+}
+
+TEST(SpeakerPhonemes, ofEspeakNgInATextAreNone) {
+    for (const char* const text : {"[[d'0g]]", "see [[h@l'oU]] now", "a [[ b", "[[[[dog]]", "x]] y [[z"}) {
+        std::string apart;
+        for (const char character : std::string(text)) {
+            apart += character == '[' || character == ']' ? ' ' : character;
+        }
+        EXPECT_EQ(sounds(speak(text)), sounds(speak(apart))) << text;
+    }
+    EXPECT_NE(sounds(speak("[[d'0g]]")), sounds(speak("dog")));
+}
+
+// ---- lexicon
+
+struct WithLexicon {
+    explicit WithLexicon(std::vector<LexiconDictionary> dictionaries)
+        : problems(speaker().setLexicon(std::move(dictionaries))) {}
+    ~WithLexicon() { speaker().setLexicon({}); }
+    WithLexicon(const WithLexicon&) = delete;
+    WithLexicon& operator=(const WithLexicon&) = delete;
+
+    std::vector<LexiconProblem> problems;
+};
+
+constexpr const char* kOld = "2020-01-01 00:00:00 +0000";
+constexpr const char* kNew = "2021-01-01 00:00:00 +0000";
+
+TEST(SpeakerLexicon, saysHowAWordSounds) {
+    const std::vector<int> usual = sounds(speak("The dog is here."));
+    const WithLexicon lexicon({{"en_US", kOld, {{"dog", "AXbUWt"}, {"SQL", "sIYkwAXl"}}, {}}});
+    EXPECT_EQ(sounds(speak("dog")), (std::vector<int>{5, 18, 12, 35}));
+    EXPECT_EQ(sounds(speak("Dog!")), sounds(speak("AXbUWt", kSymbols)));
+    EXPECT_EQ(sounds(speak("SQL")), sounds(speak("sIYkwAXl", kSymbols)));
+    EXPECT_NE(sounds(speak("The dog is here.")), usual);
+    EXPECT_EQ(sounds(speak("The cat is here.", kNumbers)), sounds(speak("The cat is here.")));
+}
+
+TEST(SpeakerLexicon, countsTheNewestAndIsReplaced) {
+    {
+        const WithLexicon lexicon(
+            {{"en_US", kNew, {{"dog", "AXbUWt"}}, {}}, {"en_US", kOld, {{"dog", "kAEt"}}, {}}});
+        EXPECT_EQ(sounds(speak("dog")), (std::vector<int>{5, 18, 12, 35}));
+    }
+    EXPECT_NE(sounds(speak("dog")), (std::vector<int>{5, 18, 12, 35}));
+}
+
+TEST(SpeakerLexicon, isOfTheVoicesLanguage) {
+    const std::vector<int> german = sounds(speak("Hund", {}, "gmw/de"));
+    const WithLexicon lexicon({{"en_US", kOld, {{"Hund", "AXbUWt"}}, {}}});
+    EXPECT_EQ(sounds(speak("Hund", {}, "gmw/de")), german);
+    EXPECT_EQ(sounds(speak("Hund")), (std::vector<int>{5, 18, 12, 35}));
+    EXPECT_EQ(sounds(speak("Hund", {}, "gmw/en-GB-x-rp")).size(), 4U);
+}
+
+TEST(SpeakerLexicon, endsNoSentenceAtAnAbbreviation) {
+    const WithLexicon lexicon({{"", kOld, {}, {{"Abc.", "AXbUWt"}}}});
+    const Spoken spoken = speak("See Abc. now");
+    EXPECT_EQ(sounds(spoken), sounds(speak("See Abc now")));
+    const std::vector<int> opcodes = spoken.opcodes();
+    EXPECT_EQ(std::count(opcodes.begin(), opcodes.end(), 0), 1);
+    EXPECT_THAT(spoken.opcodesOfWord(1), ElementsAre(5, 18, 12, 35));
+}
+
+TEST(SpeakerLexicon, tellsBadEntriesByIndex) {
+    const WithLexicon lexicon({{"en_US", kOld, {{"dog", "AXbUWt"}, {"cat", "4444"}, {"cow", "AXbUWt"}}, {}}});
+    ASSERT_EQ(lexicon.problems.size(), 1U);
+    EXPECT_EQ(lexicon.problems[0].entry, 1U);
+    EXPECT_EQ(sounds(speak("dog")), sounds(speak("cow")));
+    EXPECT_NE(sounds(speak("cat")), sounds(speak("cow")));
+}
+
+TEST(SpeakerLexicon, worksBetweenAnySigns) {
+    const WithLexicon lexicon({{"", kOld, {{"dog", "AXbUWt"}}, {}}});
+    for (const char* const text :
+         {"(dog)", "\"dog\"", "'dog',", "[dog]", "[[dog]]", "\u201Cdog\u201D", "-dog-", "\ndog\n"}) {
+        EXPECT_EQ(sounds(speak(text)), (std::vector<int>{5, 18, 12, 35})) << text;
+    }
+}
+
+// ---- words
+
+// The phonemes from each word's time on are those of the word.
+void expectWordsAt(const Spoken& spoken, const std::vector<std::vector<int>>& words) {
+    ASSERT_EQ(spoken.wordTimes.size(), words.size());
+    for (std::size_t word = 0; word < words.size(); ++word) {
+        EXPECT_EQ(spoken.opcodesOfWord(word), words[word]) << word;
+    }
+}
+
+TEST(SpeakerWords, keepTheirTimesWhenSpelled) {
+    expectWordsAt(speak("Cat dog, MP3 yes.", kCharacters),
+                  {names("CAT"), names("DOG"), names("MP3"), names("YES")});
+    expectWordsAt(speak("In 1066 or 25.50, yes 7 yes.", kNumbers),
+                  {sounds(speak("In")), names("1066"), sounds(speak("or")), sounds(speak("25.50", kNumbers)),
+                   sounds(speak("yes")), names("7"), sounds(speak("yes"))});
+}
+
+TEST(SpeakerWords, keepTheirTimesWithEmphasis) {
+    for (const bool more : {true, false}) {
+        expectWordsAt(speak("Many people came.", {}, kEnglish, more),
+                      {sounds(speak("many")), sounds(speak("people")), sounds(speak("came"))});
+    }
+}
+
+TEST(SpeakerWords, keepTheirTimesWithALexicon) {
+    const std::vector<int> about{5, 18, 12, 35};
+    const WithLexicon lexicon({{"", kOld, {{"dog", "AXbUWt"}}, {{"Abc.", "AXbUWt"}}}});
+    expectWordsAt(speak("Many dogs, dog dog Abc. came (dog) now."),
+                  {sounds(speak("many")), sounds(speak("dogs")), about, about, about, sounds(speak("came")),
+                   about, sounds(speak("now"))});
+}
+
+TEST(SpeakerWords, ofSymbolsHaveTheirTimes) {
+    expectWordsAt(speak("_m1EHnIY _p1IYpAXl, _k1EYm.", kSymbols),
+                  {sounds(speak("mEHnIY", kSymbols)), sounds(speak("pIYpAXl", kSymbols)),
+                   sounds(speak("kEYm", kSymbols))});
 }
 
 } // namespace

@@ -38,6 +38,24 @@ SoundFile::SoundFile(const std::filesystem::path& path) {
     }
 }
 
+std::vector<Samples> partsBetweenSilences(std::span<const float> samples, int rate, double seconds) {
+    const auto longest = static_cast<std::ptrdiff_t>(seconds * rate);
+    const auto isSound = [](float sample) { return sample != 0; };
+    std::vector<Samples> parts;
+    auto end = samples.begin(); // of the sound so far
+    for (auto at = std::find_if(end, samples.end(), isSound); at != samples.end();
+         at = std::find_if(end, samples.end(), isSound)) {
+        if (parts.empty() || at - end >= longest) {
+            parts.emplace_back();
+        } else {
+            parts.back().insert(parts.back().end(), end, at);
+        }
+        end = std::find(at, samples.end(), 0.0F);
+        parts.back().insert(parts.back().end(), at, end);
+    }
+    return parts;
+}
+
 double rms(std::span<const float> samples) {
     if (samples.empty()) {
         return 0;

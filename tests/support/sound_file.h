@@ -22,6 +22,11 @@ struct SoundFile {
     double seconds() const { return static_cast<double>(samples.size()) / rate; }
 };
 
+using Samples = std::vector<float>;
+
+// What sounds between silences (samples of 0) of at least so many seconds, without silence around it.
+std::vector<Samples> partsBetweenSilences(std::span<const float> samples, int rate, double seconds);
+
 // Root mean square; 0 for no samples.
 double rms(std::span<const float> samples);
 

@@ -69,5 +69,13 @@ TEST(SoundFile, MeasuresLoudnessAndSilence) {
     EXPECT_DOUBLE_EQ(rms({}), 0);
 }
 
+TEST(SoundFile, IsPartedAtSilences) {
+    const std::vector<float> samples = {0, 0, 1, 0, -1, 0, 0, 2, 0, 0, 0, 3, 0, 0};
+    EXPECT_EQ(partsBetweenSilences(samples, 1, 3), (std::vector<Samples>{{1, 0, -1, 0, 0, 2}, {3}}));
+    EXPECT_EQ(partsBetweenSilences(samples, 2, 1), (std::vector<Samples>{{1, 0, -1}, {2}, {3}}));
+    EXPECT_EQ(partsBetweenSilences(samples, 1, 4), (std::vector<Samples>{{1, 0, -1, 0, 0, 2, 0, 0, 0, 3}}));
+    EXPECT_TRUE(partsBetweenSilences(std::vector<float>(9), 1, 1).empty());
+}
+
 } // namespace
 } // namespace zqm::support
