@@ -1,5 +1,7 @@
 #include "engine/narration.h"
 
+#include "engine/phoneme_symbols.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -102,6 +104,12 @@ std::optional<std::size_t> Narration::makeAnew(std::size_t from) {
         piece_ = piece_.from(word);
         pieceEmphasis_.reset();
     }
+    opcode_ = opcodeBefore_;
+    for (const SpokenPhoneme& phoneme : speech_.phonemes) {
+        if (phoneme.sample < begin) {
+            opcode_ = phoneme.opcode;
+        }
+    }
     speech_ = {};
     isRespoken_ = true;
     return begin;
@@ -189,6 +197,7 @@ std::optional<Stretch> Narration::silence() {
     const std::uint64_t count = std::min(silence_, kSilenceAtOnce);
     silence_ -= count;
     Stretch stretch;
+    addPhoneme(stretch, 0, protocol::kSilenceOpcode);
     stretch.samples.resize(static_cast<std::size_t>(count));
     return stretch;
 }
@@ -205,20 +214,24 @@ Stretch Narration::speak() {
             addCue(stretch, placed, speech_.wordTimes[word]);
         }
     }
+    addMistakes(stretch);
     addWords(stretch);
+    opcodeBefore_ = opcode_;
+    addPhonemes(stretch);
     std::stable_sort(stretch.cues.begin(), stretch.cues.end(),
                      [](const Cue& left, const Cue& right) { return left.sample < right.sample; });
     return stretch;
 }
 
-// No word is left with which it could come.
+// No word is left with which it could come. The last phoneme is silence.
 std::optional<Stretch> Narration::leftOvers() {
-    if (placed_.empty()) {
+    if (placed_.empty() && opcode_ == protocol::kSilenceOpcode) {
         return std::nullopt;
     }
     piece_ = {};
     speech_ = {};
     Stretch stretch;
+    addPhoneme(stretch, 0, protocol::kSilenceOpcode);
     for (const PlacedCommand& placed : std::exchange(placed_, {})) {
         addCue(stretch, placed, 0);
     }
@@ -254,6 +267,36 @@ void Narration::addWords(Stretch& stretch) const {
                                           index) != piece_.sentenceStarts.end()});
         stretch.soundEnd = end;
     }
+}
+
+void Narration::addMistakes(Stretch& stretch) const {
+    for (const TextMistake& mistake : speech_.mistakes) {
+        const auto next =
+            std::partition_point(piece_.words.begin(), piece_.words.end(), [&](const Word& word) {
+                return word.codePoints.begin <= mistake.codePoint;
+            });
+        const auto word = static_cast<std::size_t>(next - piece_.words.begin());
+        const std::size_t position = text_.originalPosition(piece_.utf16At(mistake.codePoint));
+        stretch.cues.push_back({word == 0 ? 0 : speech_.wordTimes[word - 1],
+                                protocol::Problem{utterance_, mistake.code, position, mistake.message}});
+    }
+}
+
+void Narration::addPhonemes(Stretch& stretch) {
+    if (!opcode_) {
+        addPhoneme(stretch, 0, protocol::kSilenceOpcode);
+    }
+    for (const SpokenPhoneme& phoneme : speech_.phonemes) {
+        addPhoneme(stretch, phoneme.sample, phoneme.opcode);
+    }
+}
+
+// Silence is told once, however many follow each other.
+void Narration::addPhoneme(Stretch& stretch, std::size_t sample, std::int16_t opcode) {
+    if (opcode != protocol::kSilenceOpcode || opcode_ != opcode) {
+        stretch.cues.push_back({sample, protocol::Phoneme{utterance_, opcode}});
+    }
+    opcode_ = opcode;
 }
 
 } // namespace zqm::engine

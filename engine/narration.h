@@ -60,6 +60,9 @@ private:
     std::optional<Stretch> leftOvers();
     void addCue(Stretch& stretch, const PlacedCommand& placed, std::size_t sample) const;
     void addWords(Stretch& stretch) const;
+    void addMistakes(Stretch& stretch) const;
+    void addPhonemes(Stretch& stretch);
+    void addPhoneme(Stretch& stretch, std::size_t sample, std::int16_t opcode);
     [[nodiscard]] std::size_t wordFor(const PlacedCommand& placed) const;
 
     std::uint64_t utterance_;
@@ -69,14 +72,16 @@ private:
     TextPieces pieces_;
     protocol::Manner initial_; // what a reset goes back to
     protocol::Manner manner_;
-    std::size_t command_ = 0;           // of the text's, not executed yet
-    std::uint64_t silence_ = 0;         // samples still to be made
-    std::optional<bool> emphasis_;      // of the next word
-    Piece piece_;                       // the last one spoken
-    std::optional<bool> pieceEmphasis_; // of its first word
-    std::vector<PlacedCommand> placed_; // what acts with one of its words, or waits for a word
-    Speech speech_;                     // of it
-    bool isRespoken_ = false;           // it is to be made anew
+    std::size_t command_ = 0;                  // of the text's, not executed yet
+    std::uint64_t silence_ = 0;                // samples still to be made
+    std::optional<bool> emphasis_;             // of the next word
+    Piece piece_;                              // the last one spoken
+    std::optional<bool> pieceEmphasis_;        // of its first word
+    std::vector<PlacedCommand> placed_;        // what acts with one of its words, or waits for a word
+    Speech speech_;                            // of it
+    std::optional<std::int16_t> opcode_;       // the last one; none at the beginning
+    std::optional<std::int16_t> opcodeBefore_; // the last one before the piece
+    bool isRespoken_ = false;                  // it is to be made anew
 };
 
 } // namespace zqm::engine

@@ -59,23 +59,6 @@ struct TextPieces::Window {
     bool isLast = false;                // the text or what is allowed of it goes no further
 };
 
-Piece Piece::from(std::size_t word) const {
-    const std::size_t start = words.at(word).codePoints.begin;
-    Piece rest{text.substr(start), {}, endsSentence, {}};
-    for (std::size_t index = word; index < words.size(); ++index) {
-        Word moved = words[index];
-        moved.codePoints.begin -= start;
-        moved.codePoints.end -= start;
-        rest.words.push_back(moved);
-    }
-    for (const std::size_t index : sentenceStarts) {
-        if (index >= word) {
-            rest.sentenceStarts.push_back(index - word);
-        }
-    }
-    return rest;
-}
-
 namespace {
 
 std::size_t utf16Length(std::u32string_view text) {
@@ -177,6 +160,27 @@ bool anyBetween(const std::vector<std::size_t>& places, std::size_t before, std:
 
 } // namespace
 
+Piece Piece::from(std::size_t word) const {
+    const std::size_t start = words.at(word).codePoints.begin;
+    Piece rest{text.substr(start), {}, endsSentence, {}, words[word].utf16.begin};
+    for (std::size_t index = word; index < words.size(); ++index) {
+        Word moved = words[index];
+        moved.codePoints.begin -= start;
+        moved.codePoints.end -= start;
+        rest.words.push_back(moved);
+    }
+    for (const std::size_t index : sentenceStarts) {
+        if (index >= word) {
+            rest.sentenceStarts.push_back(index - word);
+        }
+    }
+    return rest;
+}
+
+std::size_t Piece::utf16At(std::size_t codePoint) const {
+    return begin + utf16Length(std::u32string_view(text).substr(0, codePoint));
+}
+
 // ---- pieces
 
 TextPieces::TextPieces(std::string text, const std::string& language)
@@ -270,6 +274,7 @@ Piece TextPieces::take(const Window& window, Cut cut, const Window& around) {
         next != around.words.end() && anyBetween(around.sentences, before, next->codePoints.begin);
     piece.endsSentence = cut.endsSentence || nextStartsSentence;
     startsSentence_ = startsSentence_ || nextStartsSentence;
+    piece.begin = utf16_;
     byte_ += utf8Length(piece.text);
     utf16_ += utf16Length(piece.text);
     return piece;

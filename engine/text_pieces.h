@@ -20,6 +20,10 @@ struct Piece {
     std::vector<Word> words;  // code points count in the piece, UTF-16 units in the whole text
     bool endsSentence = true; // a pause belongs behind it
     std::vector<std::size_t> sentenceStarts{}; // indices of the words that begin a sentence
+    std::size_t begin = 0;                     // UTF-16 unit of the whole text
+
+    // The UTF-16 unit of the whole text at which a code point of the piece stands.
+    [[nodiscard]] std::size_t utf16At(std::size_t codePoint) const;
 
     // What is left from a word on, as a piece of its own.
     [[nodiscard]] Piece from(std::size_t word) const;
