@@ -111,6 +111,9 @@ EntryByCode withParents(const std::vector<Set>& sets, const Set& set) {
 }
 
 std::string contents(const std::filesystem::path& path) {
+    if (!std::filesystem::is_regular_file(path)) {
+        return {};
+    }
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }

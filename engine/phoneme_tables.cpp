@@ -26,8 +26,10 @@ constexpr PhonemeRow kCommon[] = {
     {"~", ""},
     {"#", ""},
     {"1", ""},
+    {"#cFR", ""},
     // Consonants
     {"b", "b"},
+    {"B", "b"},
     {"tS", "C"},
     {"tS;", "C"},
     {"ts;", "C"},
@@ -39,6 +41,7 @@ constexpr PhonemeRow kCommon[] = {
     {"d", "d"},
     {"D", "D"},
     {"f", "f"},
+    {"pF", "pf"},
     {"p\\", "f"},
     {"g", "g"},
     {"Q", "g"},
@@ -108,7 +111,6 @@ constexpr PhonemeRow kCommon[] = {
     {"TS", "ts"},
     {"T", "T"},
     {"v", "v"},
-    {"B", "v"},
     {"w", "w"},
     {"w#", "hw"},
     {"j", "y"},
@@ -142,6 +144,7 @@ constexpr PhonemeRow kCommon[] = {
     {"a#", "UX"},
     {"V", "UX"},
     {"@", "AX"},
+    {"@-", "AX"},
     {"3", "AX"},
     {"3:", "UX"},
     {"0", "AO"},
@@ -161,8 +164,6 @@ constexpr PhonemeRow kCommon[] = {
     {"8", "UH"},
     {"W", "UX"},
     {"ee", "EH"},
-    {"oe", "UX"},
-    {"eo", "UH"},
     {"@r", "UXr"},
     // Diphthongs
     {"aI", "AY"},
@@ -186,6 +187,9 @@ constexpr PhonemeRow kCommon[] = {
     {"OU", "OW"},
     {"ou", "OW"},
     {"@U", "OW"},
+    {"VU", "AW"},
+    {"e[u", "EHUH"},
+    {"VI", "AY"},
     // Vowels through the nose, as English takes them over
     {"a~", "AAN"},
     {"A~", "AAN"},
@@ -233,22 +237,123 @@ constexpr PhonemeRow kAmerican[] = {
 constexpr PhonemeRow kScottish[] = {{"@2", "AX"}, {"@2", "IX_"}};
 
 // "the", which ends in another vowel before a vowel. These sets have no other word that ends so.
-constexpr PhonemeRow kReceived[] = {{"@2", "IX_"}};
+constexpr PhonemeRow kReceived[] = {{"@2", "IX_"}, {"aa", "<AA"}};
 constexpr PhonemeRow kNewYork[] = {{"I#", "IX"}, {"I2", "<IX"}, {"02", "UX"}, {"@2", "<IX_"}};
+
+// Languages with a close and an open e.
+constexpr PhonemeRow kCloseE[] = {{"e", "EY"}};
+
+// Where "y" is a vowel in the middle of the mouth, not at its front.
+constexpr PhonemeRow kCentralY[] = {{"y", "IX"}};
+
+constexpr PhonemeRow kPolish[] = {{"y", "IX"}, {"E~", "EHN"}, {"a#", "AA"}};
+constexpr PhonemeRow kPortuguese[] = {{"e", "EY"}, {"y", "IX"}, {"&", "UX"}, {"s#", "S"}, {"r-", "r"}};
+constexpr PhonemeRow kRomanian[] = {{"y", "IX"}, {"s;", "s"}, {"z;", "z"}, {"ts;", "ts"}, {"I^", "IH"}};
+constexpr PhonemeRow kRussian[] = {
+    {"y", "IX"}, {"s;", "s"}, {"l^", "l"}, {"I#", "IH"}, {"a#", "AA"}, {"ja", "yAA"}, {"ju", "yUW"},
+};
+constexpr PhonemeRow kBelarusian[] = {{"ts;", "ts"}, {"dz;", "dz"}};
+
+// Turkic languages write with "@", "V" or "I" the vowel that is u without round lips.
+constexpr PhonemeRow kTurkish[] = {{"@", "IX"}, {"c", "k"}, {"J", "g"}};
+constexpr PhonemeRow kTatar[] = {{"V", "IX"}};
+constexpr PhonemeRow kKyrgyz[] = {{"I", "IX"}, {"I:", "IX"}, {"O", "UH"}, {"O:", "UH"}};
+
+// "c" and "J" are k and g before a front vowel.
+constexpr PhonemeRow kFrontedK[] = {{"c", "k"}, {"J", "g"}};
+
+constexpr PhonemeRow kAfrikaans[] = {{"I", "AX"}, {"e@", "IYAX"}, {"o@", "UWAX"}, {"oI", "UWIH"}};
+constexpr PhonemeRow kArabic[] = {{"A", "h"}, {"Z", "D"}};
+constexpr PhonemeRow kBengali[] = {{"V", "AO"}};
+constexpr PhonemeRow kCherokee[] = {{"0", "AA"}, {"0~", "AAN"}};
+constexpr PhonemeRow kDanish[] = {{"?", ""}, {"e", "EY"}, {"r", "AX"}, {"r\"", "r"}, {"r.", "r"}};
+constexpr PhonemeRow kImplosives[] = {{"d", "d"}, {"D", "d"}};
+constexpr PhonemeRow kLatvian[] = {{"d", "d"}, {"D", "d"}, {"E", "AE"}, {"E:", "AE"}};
+constexpr PhonemeRow kBasque[] = {{"s", "s"}, {"z", "s"}};
+constexpr PhonemeRow kBrazilian[] = {{"e", "EY"}, {"r-", "r"}};
+constexpr PhonemeRow kGaelic[] = {{"u-", "UH"}, {"u-:", "UH"}, {"t;", "C"}, {"d;", "J"}};
+constexpr PhonemeRow kKonkani[] = {{"w#", "w"}};
+constexpr PhonemeRow kNorwegian[] = {{"a#", "AA"}};
+constexpr PhonemeRow kOdia[] = {{"V", "UX"}};
+constexpr PhonemeRow kSerbian[] = {{"&", "UX"}};
+constexpr PhonemeRow kSwedish[] = {{"E-", "AX"}};
+constexpr PhonemeRow kTswana[] = {{"e@", "IYAX"}, {"r-", "r"}};
+constexpr PhonemeRow kJapanese[] = {{"C", "h"}};
+constexpr PhonemeRow kKorean[] = {{"@", "UX"}, {"u-", "UH"}};
+constexpr PhonemeRow kPersian[] = {{"a", "AE"}};
+constexpr PhonemeRow kTamil[] = {{"z.", "r"}};
+constexpr PhonemeRow kMalayalam[] = {{"z.", "r"}, {"y", "IX"}};
+constexpr PhonemeRow kThai[] = {{"W", "IX"}};
+constexpr PhonemeRow kWelsh[] = {
+    {"I", "IH"}, {"Y", "IX"}, {"y:", "IX"}, {"V", "AX"}, {"uY", "UWIX"}, {"@Y", "AY"}, {"Yu", "IXUW"},
+};
+constexpr PhonemeRow kLuxembourgish[] = {
+    {"E", "AE"},   {"eI", "AY"},  {"J", "Z"},   {"X", "S"},     {"eA", "AAN"},
+    {"iA", "AEN"}, {"oA", "OWN"}, {"OU", "UX"}, {"eU", "OY"},   {"OI", "EY"},
+    {"aE", "EH"},  {"@E", "AX"},  {"eR", "AX"}, {"uE", "UWAX"}, {"iE", "IYAX"},
+};
+constexpr PhonemeRow kVietnamese[] = {{"e", "EY"}, {"u-", "IX"}, {"y", "IX"}, {"kh", "h"}, {"cr", "C"}};
+
+// What breath tells apart in Chinese, voice does in English.
+constexpr PhonemeRow kMandarin[] = {
+    {"p", "b"}, {"t", "d"}, {"k", "g"}, {"ts", "dz"}, {"tS;", "J"}, {"ts.", "J"}, {"e", "EY"}, {"ong", "UHN"},
+};
+constexpr PhonemeRow kHakka[] = {{"p", "b"}, {"t", "d"}, {"k", "g"}, {"ts", "dz"}, {"tS;", "J"}};
+constexpr PhonemeRow kCantonese[] = {
+    {"oe", "UX"},    {"eo", "UH"},    {"c", "ts"},    {"z", "dz"},     {"a", "UX"},    {"o", "AO"},
+    {"ang", "UXN"},  {"aang", "AAN"}, {"aai", "AY"},  {"aau", "AW"},   {"eng", "EHN"}, {"ing", "IHN"},
+    {"oeng", "UXN"}, {"ong", "AON"},  {"ung", "UHN"}, {"eoi", "UHIY"}, {"yu", "UW"},
+};
+constexpr PhonemeRow kBurmese[] = {{"x", "l"}, {"th", "T"}, {"ky", "C"}, {"j", "y"}};
 
 constexpr PhonemeTable kTables[] = {
     {"en", "", kEnglish},       {"en-n", "en", {}},         {"en-rp", "en", kReceived},
     {"en-sc", "en", kScottish}, {"en-us", "en", kAmerican}, {"en-us-nyc", "en", kNewYork},
     {"en-wi", "en", {}},        {"en-wm", "en", {}},        {"qdb", "en", {}},
+    {"af", "", kAfrikaans},     {"am", "", kCentralY},      {"ar", "", kArabic},
+    {"as", "bn", {}},           {"az", "tr", {}},           {"ba", "", kTatar},
+    {"be", "ru", kBelarusian},  {"bg", "pl", {}},           {"bn", "", kBengali},
+    {"bpy", "bn", {}},          {"ca", "", kCloseE},        {"chr", "", kCherokee},
+    {"cmn", "", kMandarin},     {"cs", "sk", {}},           {"cv", "tr", kTatar},
+    {"cy", "", kWelsh},         {"da", "", kDanish},        {"el", "", kFrontedK},
+    {"eu", "", kBasque},        {"fa", "", kPersian},       {"fr", "", kCloseE},
+    {"gd", "", kGaelic},        {"gn", "", kCentralY},      {"hak", "", kHakka},
+    {"hr", "pl", {}},           {"ht", "fr", {}},           {"is", "", kFrontedK},
+    {"it", "", kCloseE},        {"ja", "", kJapanese},      {"ko", "", kKorean},
+    {"kok", "", kKonkani},      {"ku", "", kFrontedK},      {"ky", "", kKyrgyz},
+    {"lb", "", kLuxembourgish}, {"lv", "", kLatvian},       {"mk", "hr", {}},
+    {"ml", "", kMalayalam},     {"my", "", kBurmese},       {"no", "", kNorwegian},
+    {"om", "", kImplosives},    {"or", "bn", kOdia},        {"piqd", "", kImplosives},
+    {"pl", "", kPolish},        {"pt", "", kBrazilian},     {"pt-pt", "", kPortuguese},
+    {"ro", "", kRomanian},      {"ru", "", kRussian},       {"ru-lv", "ru", {}},
+    {"shn", "", kThai},         {"sk", "pl", {}},           {"sl", "pl", {}},
+    {"sr", "hr", kSerbian},     {"sv", "", kSwedish},       {"ta", "", kTamil},
+    {"th", "shn", {}},          {"tk", "tr", {}},           {"tn", "", kTswana},
+    {"tr", "", kTurkish},       {"tt", "", kTatar},         {"ug", "tr", {}},
+    {"uk", "ru", {}},           {"vi", "", kVietnamese},    {"vi-hue", "vi", {}},
+    {"vi-sgn", "vi", {}},       {"yue", "", kCantonese},
 };
 
 constexpr PhonemeRow kSubstitutes[] = {
-    {"@", "_:"},         {"AE", "& E a"},        {"EY", "eI ei e: e"},
-    {"AO", "O O: 0 o"},  {"AX", "@ V a"},        {"IY", "i: i"},
-    {"EH", "E e"},       {"IH", "I i"},          {"AY", "aI ai a+i"},
-    {"IX", "I i"},       {"AA", "A: a: A a"},    {"UW", "u: u"},
-    {"UH", "U u"},       {"UX", "V a# @ a"},     {"OW", "oU ou o: o"},
-    {"AW", "aU au a+u"}, {"OY", "OI oI oi o+i"},
+    {"z", "z"},
+    {"D", "d"},
+    {"@", "_:"},
+    {"AE", "& E a"},
+    {"EY", "eI ei e: e"},
+    {"AO", "O O: 0 o"},
+    {"AX", "@ V a"},
+    {"IY", "i: i"},
+    {"EH", "E e"},
+    {"IH", "I i"},
+    {"AY", "aI ai a+i"},
+    {"IX", "I i"},
+    {"AA", "A: a: A a"},
+    {"UW", "u: u"},
+    {"UH", "U u"},
+    {"UX", "V a# @ a"},
+    {"OW", "oU ou o: o"},
+    {"AW", "aU au a+u"},
+    {"OY", "OI oI oi o+i"},
 };
 
 } // namespace

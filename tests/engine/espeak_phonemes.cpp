@@ -31,6 +31,26 @@ void synthesize(const std::string& text, Reading reading) {
     espeak_Synth(text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, flags, nullptr, nullptr);
 }
 
+// What it was told when it spoke last holds for what it translates, too.
+void readAs(Reading reading) {
+    if (lastReading != reading) {
+        synthesize("a", reading);
+    }
+}
+
+// To the end: what is left would come out with the next text.
+std::string translated(const std::string& text, Reading reading, int mode) {
+    readAs(reading);
+    std::string phonemes;
+    const void* rest = text.c_str();
+    while (rest != nullptr) {
+        const std::string clause = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, mode);
+        phonemes += phonemes.empty() || clause.empty() ? "" : " ";
+        phonemes += clause;
+    }
+    return phonemes;
+}
+
 struct Data {
     std::filesystem::path path;
     PhonemeInventory inventory;
@@ -98,19 +118,14 @@ std::string asText(const std::vector<PhonemeWord>& words) {
 }
 
 std::string phonemesOf(const std::string& text, Reading reading) {
-    // What it was told when it spoke last holds for what it translates, too.
-    if (lastReading != reading) {
-        synthesize("a", reading);
-    }
-    std::string phonemes;
-    const void* rest = text.c_str();
-    while (rest != nullptr) {
-        const std::string clause = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, kPhonemeMode);
-        phonemes += phonemes.empty() || clause.empty() ? "" : " ";
-        phonemes += clause;
-    }
+    std::string phonemes = translated(text, reading, kPhonemeMode);
     std::replace(phonemes.begin(), phonemes.end(), kPhonemeSeparator, '|');
     return phonemes;
+}
+
+std::string internationalName(const std::string& phoneme) {
+    constexpr int kInternational = 2;
+    return translated("[[" + phoneme + "]]", Reading::Phonemes, kInternational);
 }
 
 std::vector<std::string> phonemeEvents(const std::string& text, Reading reading) {

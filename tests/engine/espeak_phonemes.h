@@ -29,6 +29,9 @@ enum class Reading { Text, Phonemes }; // whether [[ ]] holds phonemes
 // What espeak-ng says, phonemes parted by "|".
 std::string phonemesOf(const std::string& text, Reading reading = Reading::Text);
 
+// In the international alphabet, without stress.
+std::string internationalName(const std::string& phoneme);
+
 // As its events name them.
 std::vector<std::string> phonemeEvents(const std::string& text, Reading reading = Reading::Text);
 
