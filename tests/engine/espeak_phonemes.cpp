@@ -102,6 +102,8 @@ const PhonemeSet& speakWith(const std::string& voice) {
     if (espeak_SetVoiceByName(voice.c_str()) != EE_OK || !phonemeInventory().contains(name)) {
         throw std::runtime_error("espeak-ng has no voice " + voice);
     }
+    // Voices that are set wait in a queue, which must not fill, for the next to be said.
+    synthesize("a", lastReading.value_or(Reading::Text));
     return sets.try_emplace(name, name, phonemeInventory().at(name)).first->second;
 }
 
