@@ -122,7 +122,7 @@ bool isFor(const protocol::LexiconDictionary& dictionary, const std::string& lan
 std::vector<std::size_t> byAge(const std::vector<protocol::LexiconDictionary>& dictionaries) {
     std::vector<std::int64_t> dates;
     for (const protocol::LexiconDictionary& dictionary : dictionaries) {
-        dates.push_back(parseModificationDate(dictionary.modificationDate)
+        dates.push_back(protocol::parseModificationDate(dictionary.modificationDate)
                             .value_or(std::numeric_limits<std::int64_t>::min()));
     }
     std::vector<std::size_t> order(dictionaries.size());

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <chrono>
 
-namespace zqm::engine {
+namespace zqm::protocol {
 
 namespace {
 
@@ -73,4 +73,4 @@ std::optional<std::int64_t> parseModificationDate(std::string_view date) {
     return (local - sign * (hours(zoneHours) + minutes(zoneMinutes))).time_since_epoch().count();
 }
 
-} // namespace zqm::engine
+} // namespace zqm::protocol

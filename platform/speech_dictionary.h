@@ -11,8 +11,7 @@
 
 namespace zqm::platform {
 
-// Nothing when it is malformed; `error` then says what is wrong. The date comes out in universal time, so
-// that the later one of two is the greater text.
+// Nothing when it is malformed; `error` then says what is wrong.
 std::optional<protocol::LexiconDictionary> lexiconOf(NSDictionary* dictionary, std::string& error);
 
 } // namespace zqm::platform

@@ -1,8 +1,8 @@
 #include "platform/speech_dictionary.h"
 
+#include "engine/modification_date.h"
 #include "platform/foundation_text.h"
 #include "platform/speech_strings.h"
-#include "platform/universal_time.h"
 
 #include <utility>
 #include <vector>
@@ -68,12 +68,11 @@ std::optional<LexiconDictionary> lexiconOf(NSDictionary* dictionary, std::string
                               .abbreviations = {}};
     if ([dictionary objectForKey:ZQM_SPEECH_DICTIONARY_MODIFICATION_DATE] != nil) {
         const std::string date = textOf(dictionary, ZQM_SPEECH_DICTIONARY_MODIFICATION_DATE);
-        const auto universal = universalTime(date);
-        if (!universal) {
+        if (!protocol::parseModificationDate(date)) {
             error = "its date \"" + date + "\" is none such as \"2026-01-31 23:59:00 +0100\"";
             return std::nullopt;
         }
-        lexicon.modificationDate = *universal;
+        lexicon.modificationDate = date;
     }
     if ([dictionary objectForKey:ZQM_SPEECH_DICTIONARY_PRONUNCIATIONS] == nil &&
         [dictionary objectForKey:ZQM_SPEECH_DICTIONARY_ABBREVIATIONS] == nil) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-using zqm::engine::parseModificationDate;
+using zqm::protocol::parseModificationDate;
 
 namespace {
 

@@ -151,7 +151,7 @@ private:
 
 TEST_F(HeldSpeech, IsHeardFromThenOn) {
     std::string text;
-    for (int count = 0; count < 20; ++count) {
+    for (int count = 0; count < 10; ++count) {
         text += kVoiced;
     }
     ASSERT_TRUE(begin(text));
