@@ -22,6 +22,15 @@ namespace {
 // Nothing is to be done while nobody speaks but what wakes the loop anyway.
 constexpr std::chrono::microseconds kForever{-1};
 
+constexpr int kBadDictionary = -246;
+
+// Counted from 0, as where the entry was given.
+std::string describe(const LexiconProblem& problem) {
+    return std::string(problem.isAbbreviation ? "Abbreviation " : "Pronunciation ") +
+           std::to_string(problem.entry) + " of speech dictionary " + std::to_string(problem.dictionary) +
+           ": " + problem.message;
+}
+
 pid_t peerOf(int socket) {
     ucred credentials{};
     socklen_t length = sizeof credentials;
@@ -158,6 +167,9 @@ void Engine::handle(protocol::Speak& request) {
     }
     utterance_.emplace(std::move(request), *voice, speaker_, std::move(output),
                        [this](const protocol::Event& event) { report(event); });
+    for (const LexiconProblem& problem : std::exchange(lexiconProblems_, {})) {
+        utterance_->announce(protocol::Problem{utterance_->number(), kBadDictionary, 0, describe(problem)});
+    }
     utterance_->advance();
     dropIfOver();
 }
@@ -198,7 +210,7 @@ void Engine::handle(const protocol::Continue& request) {
 }
 
 void Engine::handle(protocol::SetLexicon& request) {
-    speaker_.setLexicon(std::move(request.dictionaries));
+    lexiconProblems_ = speaker_.setLexicon(std::move(request.dictionaries));
 }
 
 void Engine::handle(const protocol::GetPhonemes& request) {

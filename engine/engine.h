@@ -10,6 +10,7 @@
 #include "engine/utterance.h"
 
 #include <optional>
+#include <vector>
 
 namespace zqm::engine {
 
@@ -54,6 +55,7 @@ private:
     Speaker speaker_;
     std::vector<protocol::Descriptor> hosts_; // processes
     std::optional<int> exitCode_;
+    std::vector<LexiconProblem> lexiconProblems_; // not told yet
     std::optional<Utterance> utterance_;
 };
 

@@ -196,6 +196,7 @@ void Narration::execute(const PlacedCommand& placed) {
 std::optional<Stretch> Narration::silence() {
     const std::uint64_t count = std::min(silence_, kSilenceAtOnce);
     silence_ -= count;
+    speech_ = {}; // none of its words can be made anew any more
     Stretch stretch;
     addPhoneme(stretch, 0, protocol::kSilenceOpcode);
     stretch.samples.resize(static_cast<std::size_t>(count));
@@ -261,12 +262,26 @@ void Narration::addWords(Stretch& stretch) const {
         const std::size_t begin = text_.originalPosition(unit.begin);
         const std::size_t length = text_.originalPosition(unit.end - 1) + 1 - begin;
         const bool isLast = index + 1 == piece_.words.size();
-        const std::size_t end = isLast ? stretch.samples.size() : speech_.wordTimes[index + 1];
+        const std::size_t end =
+            endOfWord(index, isLast ? stretch.samples.size() : speech_.wordTimes[index + 1]);
         stretch.cues.push_back({speech_.wordTimes[index], protocol::Word{utterance_, begin, length}, end,
                                 std::find(piece_.sentenceStarts.begin(), piece_.sentenceStarts.end(),
                                           index) != piece_.sentenceStarts.end()});
         stretch.soundEnd = end;
     }
+}
+
+// Without the pause before what follows.
+std::size_t Narration::endOfWord(std::size_t word, std::size_t next) const {
+    const auto behind =
+        std::partition_point(speech_.phonemes.begin(), speech_.phonemes.end(),
+                             [&](const SpokenPhoneme& phoneme) { return phoneme.sample < next; });
+    if (behind == speech_.phonemes.begin()) {
+        return next;
+    }
+    const SpokenPhoneme& last = *std::prev(behind);
+    return last.opcode == protocol::kSilenceOpcode && last.sample > speech_.wordTimes[word] ? last.sample
+                                                                                            : next;
 }
 
 void Narration::addMistakes(Stretch& stretch) const {

@@ -63,6 +63,7 @@ private:
     void addMistakes(Stretch& stretch) const;
     void addPhonemes(Stretch& stretch);
     void addPhoneme(Stretch& stretch, std::size_t sample, std::int16_t opcode);
+    [[nodiscard]] std::size_t endOfWord(std::size_t word, std::size_t next) const;
     [[nodiscard]] std::size_t wordFor(const PlacedCommand& placed) const;
 
     std::uint64_t utterance_;

@@ -24,6 +24,9 @@ public:
     Utterance(protocol::Speak request, const protocol::Voice& voice, Speaker& speaker,
               std::unique_ptr<Output> output, Report report);
 
+    // Something to be told as the sound begins, with as little as there is of it.
+    void announce(const protocol::Event& event) { cues_.push_back({0, 0, event, false}); }
+
     [[nodiscard]] std::uint64_t number() const { return number_; }
 
     // Whether its last word is said: then it is to be dropped.

@@ -246,6 +246,7 @@ std::uint64_t utteranceOf(const Event& event) {
 std::vector<std::string> faults(const std::vector<Event>& events, std::uint64_t utterance) {
     std::vector<std::string> faults;
     std::uint64_t covered = 0;
+    std::uint64_t last = 0;
     for (std::size_t index = 0; index < events.size(); ++index) {
         const std::string place = " at " + std::to_string(index);
         if (const auto* const word = std::get_if<protocol::Word>(&events[index])) {
@@ -255,7 +256,10 @@ std::vector<std::string> faults(const std::vector<Event>& events, std::uint64_t 
             if (word->position < covered) {
                 faults.push_back("a word out of order" + place);
             }
+            last = word->position;
             covered = word->position + word->length;
+        } else if (std::holds_alternative<protocol::Paused>(events[index])) {
+            covered = last; // a word that was cut is told again
         } else if (const auto* const start = std::get_if<protocol::Started>(&events[index])) {
             if (index != 0 || start->utterance != utterance) {
                 faults.push_back("a surplus start" + place);

@@ -7,12 +7,12 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/live/sounded_parts.h"
 #include "tests/live/speaker.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/process.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/sounded_parts.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/word_fixtures.h"
 
@@ -45,7 +45,7 @@ protected:
         EXPECT_TRUE(speaker.startToFile(text, path));
         EXPECT_TRUE(speaker.waitForEnd());
         const support::SoundFile file(path);
-        return heardSeconds(file.samples, file.rate);
+        return support::heardSeconds(file.samples, file.rate);
     }
 
     support::TemporaryFolder folder_;
@@ -68,7 +68,7 @@ TEST_F(LiveSpeech, IsHeardAsLongAsInAFile) {
     EXPECT_EQ(speaker.words(), text.words);
     EXPECT_TRUE(speaker.textsWereWhole());
     const std::vector<float> samples = recording.samples();
-    EXPECT_NEAR(heardSeconds(samples, recording.rate()), secondsInFile(text.text), kTolerance);
+    EXPECT_NEAR(support::heardSeconds(samples, recording.rate()), secondsInFile(text.text), kTolerance);
     EXPECT_GT(support::rms(samples), 0.01);
 }
 
@@ -89,7 +89,7 @@ TEST_F(LiveSpeech, OfTwoObjectsIsHeardAtOnce) {
     EXPECT_EQ(other.words(), second.words);
     // One after the other would be as long as both together.
     const double longer = std::max(secondsInFile(first.text), secondsInFile(second.text));
-    EXPECT_NEAR(heardSeconds(recording.samples(), recording.rate()), longer, kTolerance);
+    EXPECT_NEAR(support::heardSeconds(recording.samples(), recording.rate()), longer, kTolerance);
 }
 
 TEST_F(LiveSpeech, GoesOnWithoutARunLoop) {
@@ -103,7 +103,8 @@ TEST_F(LiveSpeech, GoesOnWithoutARunLoop) {
     EXPECT_TRUE(speaker.words().empty());
     EXPECT_FALSE(speaker.finished().has_value());
     ASSERT_TRUE(recording.catchUp());
-    EXPECT_NEAR(heardSeconds(recording.samples(), recording.rate()), secondsInFile(text.text), kTolerance);
+    EXPECT_NEAR(support::heardSeconds(recording.samples(), recording.rate()), secondsInFile(text.text),
+                kTolerance);
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), true);
     EXPECT_EQ(speaker.words(), text.words);
@@ -121,7 +122,7 @@ TEST_F(LiveSpeech, FallsSilentWhenItIsStopped) {
     EXPECT_LT(speaker.words().size(), text.words.size());
     std::this_thread::sleep_for(2s);
     ASSERT_TRUE(recording.catchUp());
-    const double heard = heardSeconds(recording.samples(), recording.rate());
+    const double heard = support::heardSeconds(recording.samples(), recording.rate());
     EXPECT_GT(heard, 0.2);
     EXPECT_LT(heard, secondsInFile(text.text) / 2);
     EXPECT_EQ(speaker.timesFinished(), 1U);
@@ -137,7 +138,7 @@ TEST_F(LiveSpeech, FallsSilentWhenItsObjectGoes) {
     }
     std::this_thread::sleep_for(2s);
     ASSERT_TRUE(recording.catchUp());
-    EXPECT_LT(heardSeconds(recording.samples(), recording.rate()), secondsInFile(text) / 2);
+    EXPECT_LT(support::heardSeconds(recording.samples(), recording.rate()), secondsInFile(text) / 2);
 }
 
 TEST_F(LiveSpeech, IsAsLoudAsTheVolumeSays) {
@@ -151,7 +152,8 @@ TEST_F(LiveSpeech, IsAsLoudAsTheVolumeSays) {
         EXPECT_EQ(speaker.finished(), true);
         EXPECT_TRUE(recording.catchUp());
         const std::vector<float> samples = recording.samples();
-        const std::vector<SoundedPart> whole = soundedParts(samples, samples.size() + 1, 0.0005F);
+        const std::vector<support::SoundedPart> whole =
+            support::soundedParts(samples, samples.size() + 1, 0.0005F);
         return whole.empty()
                    ? 0
                    : support::rms(std::span(samples).subspan(whole[0].begin, whole[0].end - whole[0].begin));

@@ -4,11 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/live/sounded_parts.h"
 #include "tests/live/speaker.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/sounded_parts.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/word_fixtures.h"
 
@@ -30,7 +30,7 @@ protected:
         EXPECT_EQ(speaker.finished(), true);
         EXPECT_EQ(speaker.words(), text_.words);
         ASSERT_TRUE(recording.catchUp());
-        EXPECT_GT(heardSeconds(recording.samples(), recording.rate()), 1);
+        EXPECT_GT(support::heardSeconds(recording.samples(), recording.rate()), 1);
     }
 
     const support::MarkedText text_ = support::parseMarkedText(kText);
@@ -86,7 +86,7 @@ TEST_F(ServerFaults, WithoutAServerSpeechDoesNotStartButFilesAreWritten) {
     EXPECT_EQ(speaker.finished(), true);
     EXPECT_EQ(speaker.words(), text_.words);
     const support::SoundFile file(folder / "speech.wav");
-    EXPECT_GT(heardSeconds(file.samples, file.rate), 1);
+    EXPECT_GT(support::heardSeconds(file.samples, file.rate), 1);
 }
 
 TEST_F(ServerFaults, AServerThatDoesNotAnswerKeepsNobodyWaiting) {

@@ -9,10 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "tests/live/delays.h"
-#include "tests/live/sounded_parts.h"
 #include "tests/live/speaker.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/pulse_server.h"
+#include "tests/support/sounded_parts.h"
 #include "tests/support/word_fixtures.h"
 
 namespace zqm::live {
@@ -57,8 +57,8 @@ TEST(WordTiming, EveryWordIsHeardAndHasItsEvent) {
         EXPECT_EQ(speaker.words(), text.words);
         EXPECT_TRUE(speaker.textsWereWhole());
 
-        const std::vector<SoundedPart> parts =
-            soundedParts(recording.samples(), static_cast<std::size_t>(run.silence * recording.rate()));
+        const std::vector<support::SoundedPart> parts = support::soundedParts(
+            recording.samples(), static_cast<std::size_t>(run.silence * recording.rate()));
         ASSERT_EQ(parts.size(), speaker.wordTimes().size());
         std::vector<double> delays;
         for (std::size_t index = 0; index < parts.size(); ++index) {

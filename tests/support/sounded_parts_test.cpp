@@ -1,9 +1,9 @@
-#include "tests/live/sounded_parts.h"
+#include "tests/support/sounded_parts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace zqm::live {
+namespace zqm::support {
 namespace {
 
 using testing::ElementsAre;
@@ -25,4 +25,4 @@ TEST(SoundedParts, AreNoneInSilence) {
 }
 
 } // namespace
-} // namespace zqm::live
+} // namespace zqm::support

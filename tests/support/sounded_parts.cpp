@@ -1,8 +1,8 @@
-#include "tests/live/sounded_parts.h"
+#include "tests/support/sounded_parts.h"
 
 #include <cmath>
 
-namespace zqm::live {
+namespace zqm::support {
 
 std::vector<SoundedPart> soundedParts(std::span<const float> samples, std::size_t silence, float threshold) {
     std::vector<SoundedPart> parts;
@@ -24,4 +24,4 @@ double heardSeconds(std::span<const float> samples, int rate) {
     return whole.empty() ? 0 : static_cast<double>(whole.front().end - whole.front().begin) / rate;
 }
 
-} // namespace zqm::live
+} // namespace zqm::support

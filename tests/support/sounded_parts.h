@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-namespace zqm::live {
+namespace zqm::support {
 
 // A stretch of a recording in which something is heard.
 struct SoundedPart {
@@ -22,4 +22,4 @@ std::vector<SoundedPart> soundedParts(std::span<const float> samples, std::size_
 // Seconds from the first sound to the last one; 0 for silence.
 double heardSeconds(std::span<const float> samples, int rate);
 
-} // namespace zqm::live
+} // namespace zqm::support
