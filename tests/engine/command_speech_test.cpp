@@ -3,8 +3,10 @@
 #include "engine/protocol.h"
 #include "tests/engine/engine_process.h"
 #include "tests/support/fundamental_frequency.h"
+#include "tests/support/generated_text.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/utf16.h"
 
 #include <algorithm>
 #include <cmath>
@@ -258,7 +260,49 @@ TEST_F(CommandSpeech, numbersAreSpelledWhereItIsSaid) {
     EXPECT_TRUE(soundAlike(parts[1], partsOf(say("1234567.", literal)).at(0)));
 }
 
+TEST_F(CommandSpeech, phonemesSoundLikeTheirText) {
+    const std::vector<Samples> parts =
+        partsOf(say("Morning." + kGap + "[[inpt PHON]]_m1AOrnIHN.[[inpt TEXT]]" + kGap + "Morning."));
+    ASSERT_EQ(parts.size(), 3U);
+    EXPECT_TRUE(soundAlike(parts[1], parts[0]));
+    EXPECT_TRUE(soundAlike(parts[2], parts[0]));
+}
+
 // ---- events
+
+std::vector<int> opcodesIn(const std::vector<Event>& events) {
+    std::vector<int> opcodes;
+    for (const Event& event : events) {
+        if (const auto* const phoneme = std::get_if<Phoneme>(&event)) {
+            opcodes.push_back(phoneme->opcode);
+        }
+    }
+    return opcodes;
+}
+
+struct Pronounced {
+    std::string text;
+    std::vector<int> opcodes;
+};
+
+void PrintTo(const Pronounced& example, std::ostream* stream) {
+    *stream << example.text;
+}
+
+class PronouncedCommands : public CommandSpeech, public testing::WithParamInterface<Pronounced> {};
+
+TEST_P(PronouncedCommands, areToldByTheirPhonemes) {
+    EXPECT_EQ(opcodesIn(say(GetParam().text).events), GetParam().opcodes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Modes, PronouncedCommands,
+    testing::Values(Pronounced{"dog", {0, 20, 4, 23, 0}},
+                    Pronounced{"[[inpt PHON]]_d1AOg.", {0, 20, 4, 23, 0}},
+                    Pronounced{"[[inpt PHON]]_d1AOg[[inpt TEXT]] dog", {0, 20, 4, 23, 20, 4, 23, 0}},
+                    Pronounced{"[[char LTRL]]dog", {0, 20, 6, 15, 25, 6, 0}},
+                    Pronounced{"[[nmbr LTRL]]12", {0, 38, 14, 29, 35, 12, 0}},
+                    Pronounced{"[[char LTRL; char NORM; nmbr LTRL; nmbr NORM]]dog", {0, 20, 4, 23, 0}}));
 
 // Words as they are cut out of the text, sync messages and mistakes, in their order.
 std::vector<std::string> told(const std::string& text, const std::vector<Event>& events) {
@@ -351,6 +395,58 @@ TEST_F(CommandSpeech, manyCommandsLoseNothing) {
         expected.push_back("-252 at " + std::to_string(text.size() - 6));
     }
     EXPECT_EQ(told(text, say(text).events), expected);
+}
+
+// Whatever stands in a text, it is spoken to its end, and the places are places of it.
+TEST_F(CommandSpeech, anyTextWithAnyCommandsIsSpoken) {
+    const std::vector<std::string> parts{"[[rate 400]]",
+                                         "[[rate -60]]",
+                                         "[[volm +.3]]",
+                                         "[[volm -0.2]]",
+                                         "[[pbas +9]]",
+                                         "[[pbas 12; pmod 90]]",
+                                         "[[pmod -20]]",
+                                         "[[emph +]]",
+                                         "[[emph -]]",
+                                         "[[slnc 20]]",
+                                         "[[sync 1]]",
+                                         "[[char LTRL]]",
+                                         "[[char NORM]]",
+                                         "[[nmbr LTRL]]",
+                                         "[[nmbr NORM]]",
+                                         "[[inpt PHON]]",
+                                         "[[rset 0]]",
+                                         "[[inpt TEXT]]",
+                                         "[[dlim < >]]",
+                                         "<dlim [[ ]]>",
+                                         "[[cmnt a; b]]",
+                                         "[[volm]]",
+                                         "[[",
+                                         "]]",
+                                         "_d1AOg. ",
+                                         "<emph +>",
+                                         " ",
+                                         "\n\n",
+                                         ". ",
+                                         "12 "};
+    for (std::uint64_t seed = 0; seed < 60; ++seed) {
+        TextGenerator generator(seed);
+        std::string text;
+        for (std::size_t count = 1 + generator.below(30); count > 0; --count) {
+            const std::size_t part = generator.below(2 * parts.size());
+            text += part < parts.size() ? parts[part] : toUtf8(generator.next(1 + generator.below(12)));
+        }
+        const std::vector<Event> events = say(text).events;
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
+        const std::size_t units = toUtf16(text).size();
+        for (const Event& event : events) {
+            if (const auto* const word = std::get_if<Word>(&event)) {
+                EXPECT_LE(word->position + word->length, units) << "seed " << seed;
+            } else if (const auto* const problem = std::get_if<Problem>(&event)) {
+                EXPECT_LT(problem->position, units) << "seed " << seed;
+            }
+        }
+    }
 }
 
 } // namespace
