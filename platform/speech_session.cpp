@@ -236,11 +236,20 @@ std::optional<std::string> SpeechSession::phonemes(const std::string& text, cons
         return std::nullopt;
     }
     takeMessages();
-    if (!openLink(error)) {
-        return std::nullopt;
-    }
+    // As for a start.
+    bool isUsed = link_ != nullptr;
+    std::optional<std::string> phonemes;
+    do {
+        phonemes = openLink(error) ? askPhonemes({text, voice}, error) : std::nullopt;
+    } while (!phonemes && link_ == nullptr && std::exchange(isUsed, false));
+    tellHub();
+    return phonemes;
+}
+
+std::optional<std::string> SpeechSession::askPhonemes(const protocol::GetPhonemes& request,
+                                                      std::string& error) {
     const auto deadline = engineDeadline();
-    if (!link_->send(protocol::GetPhonemes{text, voice}, {}, deadline)) {
+    if (!link_->send(request, {}, deadline)) {
         fail(kDeaf, error);
         return std::nullopt;
     }
@@ -250,7 +259,6 @@ std::optional<std::string> SpeechSession::phonemes(const std::string& text, cons
             return std::nullopt;
         }
         if (auto* const phonemes = std::get_if<protocol::Phonemes>(&*event)) {
-            tellHub();
             return std::move(phonemes->text);
         }
         if (!accept(*event)) {

@@ -136,6 +136,7 @@ private:
     // The next message; nothing when the engine failed, and `error` then says how.
     std::optional<protocol::Event> await(Clock::time_point deadline, std::string& error);
     void awaitOutput(std::uint64_t number);
+    std::optional<std::string> askPhonemes(const protocol::GetPhonemes& request, std::string& error);
     bool fail(const char* reason, std::string& error);
     void loseEngine(const char* reason);
     [[nodiscard]] bool hasEvent() const;
