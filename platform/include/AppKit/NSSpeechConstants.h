@@ -59,8 +59,8 @@ APPKIT_EXTERN NSSpeechMode const NSSpeechModeNormal;
 APPKIT_EXTERN NSSpeechMode const NSSpeechModeLiteral;
 
 // Keys of NSSpeechStatusProperty.
-APPKIT_EXTERN NSSpeechStatusKey const NSSpeechStatusOutputBusy;             // NSNumber, a boolean
-APPKIT_EXTERN NSSpeechStatusKey const NSSpeechStatusOutputPaused;           // NSNumber, a boolean
+APPKIT_EXTERN NSSpeechStatusKey const NSSpeechStatusOutputBusy;             // NSNumber, 0 or 1
+APPKIT_EXTERN NSSpeechStatusKey const NSSpeechStatusOutputPaused;           // NSNumber, 0 or 1
 APPKIT_EXTERN NSSpeechStatusKey const NSSpeechStatusNumberOfCharactersLeft; // NSNumber
 APPKIT_EXTERN NSSpeechStatusKey const NSSpeechStatusPhonemeCode;            // NSNumber
 
