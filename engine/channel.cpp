@@ -1,5 +1,6 @@
 #include "engine/channel.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -26,15 +27,36 @@ union ControlBuffer {
 Channel::Channel(Descriptor socket, std::size_t maxLine) : socket_(std::move(socket)), maxLine_(maxLine) {}
 
 void Channel::send(std::string_view lines, std::vector<Descriptor> descriptors) {
+    queue(lines, std::move(descriptors), false);
+}
+
+void Channel::sendExpendable(std::string_view lines) {
+    queue(lines, {}, true);
+}
+
+void Channel::queue(std::string_view lines, std::vector<Descriptor> descriptors, bool isExpendable) {
     if (unreachable_ || lines.empty()) {
         return;
     }
-    if (queue_.empty() || !descriptors.empty() || queue_.back().bytes.size() + lines.size() > kChunkBytes) {
-        queue_.emplace_back();
-        queue_.back().descriptors = std::move(descriptors);
+    if (queue_.empty() || !descriptors.empty() || queue_.back().isExpendable != isExpendable ||
+        queue_.back().bytes.size() + lines.size() > kChunkBytes) {
+        queue_.push_back({{}, std::move(descriptors), isExpendable});
     }
     queue_.back().bytes += lines;
     backlog_ += lines.size();
+}
+
+// A chunk of which a part is written goes on its way whole.
+void Channel::dropExpendable() {
+    const auto first = queue_.begin() + (written_ > 0 ? 1 : 0);
+    queue_.erase(std::remove_if(first, queue_.end(),
+                                [&](const Chunk& chunk) {
+                                    if (chunk.isExpendable) {
+                                        backlog_ -= chunk.bytes.size();
+                                    }
+                                    return chunk.isExpendable;
+                                }),
+                 queue_.end());
 }
 
 long Channel::write(const Chunk& chunk) {

@@ -35,6 +35,10 @@ public:
     // each is closed here once it is on its way, or when the channel ends.
     void send(std::string_view lines, std::vector<Descriptor> descriptors = {});
 
+    // The same for lines that may be dropped while they wait.
+    void sendExpendable(std::string_view lines);
+    void dropExpendable();
+
     // Writes what the socket takes now. False when the peer can't be reached any more: what was queued is
     // dropped then, as is all that is sent later. What the peer had sent before can still be read.
     bool flush();
@@ -56,7 +60,10 @@ private:
     struct Chunk {
         std::string bytes;
         std::vector<Descriptor> descriptors;
+        bool isExpendable = false;
     };
+
+    void queue(std::string_view lines, std::vector<Descriptor> descriptors, bool isExpendable);
 
     bool takeLine(std::string& line);
     Input receive();

@@ -31,6 +31,13 @@ std::string describe(const LexiconProblem& problem) {
            ": " + problem.message;
 }
 
+// Told with the sound, in contrast to what answers a request or ends an utterance.
+bool isHeard(const protocol::Event& event) {
+    return std::holds_alternative<protocol::Word>(event) ||
+           std::holds_alternative<protocol::Phoneme>(event) ||
+           std::holds_alternative<protocol::Problem>(event) || std::holds_alternative<protocol::Sync>(event);
+}
+
 pid_t peerOf(int socket) {
     ucred credentials{};
     socklen_t length = sizeof credentials;
@@ -139,6 +146,7 @@ void Engine::handle(protocol::Speak& request) {
         utterance_->stop(protocol::Boundary::Immediate);
         utterance_.reset();
     }
+    lastUtterance_ = request.utterance;
     protocol::Descriptor file;
     protocol::Descriptor folder;
     if (request.output) {
@@ -184,7 +192,11 @@ bool Engine::isSpeaking(std::uint64_t utterance) const {
     return utterance_ && utterance_->number() == utterance;
 }
 
+// What is not on its way yet of what was heard is of no interest any more.
 void Engine::handle(const protocol::Stop& request) {
+    if (request.boundary == protocol::Boundary::Immediate && request.utterance == lastUtterance_) {
+        channel_.dropExpendable();
+    }
     if (isSpeaking(request.utterance)) {
         utterance_->stop(request.boundary);
         dropIfOver();
@@ -219,7 +231,11 @@ void Engine::handle(const protocol::GetPhonemes& request) {
 }
 
 void Engine::report(const protocol::Event& event) {
-    channel_.send(protocol::encode(event));
+    if (isHeard(event)) {
+        channel_.sendExpendable(protocol::encode(event));
+    } else {
+        channel_.send(protocol::encode(event));
+    }
     flush();
 }
 

@@ -56,6 +56,7 @@ private:
     std::vector<protocol::Descriptor> hosts_; // processes
     std::optional<int> exitCode_;
     std::vector<LexiconProblem> lexiconProblems_; // not told yet
+    std::uint64_t lastUtterance_ = 0;
     std::optional<Utterance> utterance_;
 };
 

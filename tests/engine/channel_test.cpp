@@ -139,6 +139,47 @@ TEST_F(ChannelTest, sendsNothingBeforeItIsFlushed) {
     EXPECT_EQ(expectLine(), "a");
 }
 
+TEST_F(ChannelTest, dropsWhatIsExpendableAndNotOnItsWay) {
+    Channel writer(std::move(pair.right), kLimit);
+    writer.sendExpendable("a\n");
+    writer.send("b\n");
+    writer.sendExpendable("c\nd\n");
+    writer.send("e\n");
+    EXPECT_EQ(writer.backlog(), 10U);
+    writer.dropExpendable();
+    EXPECT_EQ(writer.backlog(), 4U);
+    EXPECT_TRUE(writer.flush());
+    EXPECT_EQ(expectLine(), "b");
+    EXPECT_EQ(expectLine(), "e");
+    EXPECT_EQ(readOnce(), Input::Nothing);
+}
+
+TEST_F(ChannelTest, endsALineThatIsOnItsWayThoughItIsExpendable) {
+    Channel writer(std::move(pair.right), kLimit);
+    const std::string line = std::string(kLimit / 2, 'x') + "\n";
+    while (writer.backlog() == 0) { // until the socket takes no more
+        writer.sendExpendable(line);
+        ASSERT_TRUE(writer.flush());
+    }
+    constexpr std::size_t kMore = 100'000;
+    for (std::size_t more = 0; more < kMore; ++more) {
+        writer.sendExpendable(line);
+    }
+    writer.dropExpendable();
+    writer.send("last\n");
+    std::size_t count = 0;
+    for (std::string read; read != "last";) {
+        const Input input = reader.read(read);
+        ASSERT_TRUE(input == Input::Line || input == Input::Nothing);
+        ASSERT_TRUE(writer.flush());
+        if (input == Input::Line && read != "last") {
+            ASSERT_EQ(read + "\n", line);
+            ++count;
+        }
+    }
+    EXPECT_LT(count, kMore);
+}
+
 TEST_F(ChannelTest, descriptorsArriveInOrderAndClosedOnExec) {
     Channel writer(std::move(pair.right), kLimit);
     std::array<int, 2> pipe{};

@@ -387,6 +387,30 @@ TEST_F(FileSpeech, aHostThatDoesNotReadStillGetsItsFileAndLaterEveryWord) {
     EXPECT_EQ(wordsIn(events).size(), kWords);
 }
 
+// A host that stops doesn't have to read its way through all that it missed.
+TEST_F(FileSpeech, aStopDropsWhatIsNotOnItsWay) {
+    constexpr std::size_t kWords = 20'000;
+    Target target(folder.path(), "unread.flac");
+    Speak request = speak(1, manyWords(kWords));
+    request.output = target.output;
+    engine.send(request, std::move(target.descriptors));
+    engine.flush();
+    for (int tries = 0; tries < EngineProcess::kDeadlineMilliseconds / 10; ++tries) {
+        if (std::filesystem::exists(target.file)) {
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    engine.send(Stop{1});
+    engine.send(ListVoices{});
+    engine.flush();
+    std::vector<Event> events = engine.untilEnd(1);
+    EXPECT_THAT(faults(events, 1), IsEmpty());
+    EXPECT_TRUE(finished(events)->completed);
+    EXPECT_LT(wordsIn(events).size(), kWords / 2);
+    EXPECT_TRUE(engine.nextOf<Voices>());
+}
+
 // ---- one utterance after another
 
 TEST_F(FileSpeech, aNewOneEndsTheOneBefore) {

@@ -164,7 +164,7 @@ const std::map<std::string, std::string> kNear = {
     {"ɛ", "EH EY AE"},    {"æ", "AE AW AY"},
     {"a", "AA AE AY AW"}, {"ɑ", "AA AO AW AY"},
     {"ɐ", "AX UX AA AW"}, {"ɒ", "AO AA"},
-    {"ɔ", "AO OY UX OW"},    {"o", "OW OY AO UX UH"},
+    {"ɔ", "AO OY UX OW"}, {"o", "OW OY AO UX UH"},
     {"ɤ", "UX"},          {"ʊ", "UH UW"},
     {"u", "UW UH"},       {"ʉ", "UW UH"},
     {"ɯ", "IX UH UW"},    {"y", "UW IX"},
