@@ -1,0 +1,147 @@
+// What a host program does to the way a text is spoken: boundaries, commands, dictionaries, phonemes.
+
+#include "tests/endtoend/speaking.h"
+#include "tests/support/sound_file.h"
+
+#include <gmock/gmock.h>
+
+namespace zqm::endtoend {
+namespace {
+
+using host::Dictionary;
+using testing::ElementsAre;
+
+class Manner : public SpeakingTest {
+protected:
+    static constexpr int kImmediate = 0;
+    static constexpr int kWord = 1;
+    static constexpr int kSentence = 2;
+
+    std::string key(const char* constant) { return runtime.callShared(kSynthesizer, constant).asText(); }
+    static std::string sentences(int count) {
+        std::string text;
+        for (int sentence = 0; sentence < count; ++sentence) {
+            text += "One and two. ";
+        }
+        return text;
+    }
+    static std::vector<float> samples(const std::filesystem::path& path) {
+        return support::SoundFile(path).samples;
+    }
+};
+
+TEST_F(Manner, AFolderItemNamesTheFile) {
+    Speaker speaker(runtime);
+    const auto named = folder / "spoken here.flac";
+    ASSERT_TRUE(speaker.object.call("startSpeakingString", "Hello world", runtime.folderItem(named.string()))
+                    .asBool());
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_THAT(speaker.ends, ElementsAre(true));
+    EXPECT_EQ(speaker.words.size(), 2U);
+    EXPECT_GT(support::SoundFile(named).seconds(), 0.5);
+    EXPECT_FALSE(speaker.object
+                     .call("startSpeakingString", "Hello world",
+                           runtime.folderItem((folder / "none" / "a.wav").string()))
+                     .asBool());
+    EXPECT_FALSE(speaker.object.call("startSpeakingString", "Hello world", host::Object()).asBool());
+}
+
+TEST_F(Manner, StopAtABoundaryEndsTheFileThere) {
+    for (const int boundary : {kImmediate, kWord, kSentence}) {
+        SCOPED_TRACE(boundary);
+        Speaker speaker(runtime);
+        ASSERT_TRUE(speaker.start(sentences(2000), file));
+        ASSERT_TRUE(speaker.waitForWord());
+        speaker.object.call("stopSpeakingAtBoundary", boundary);
+        ASSERT_TRUE(speaker.waitForEnd());
+        EXPECT_THAT(speaker.ends, ElementsAre(false));
+        EXPECT_FALSE(speaker.object.get("isSpeaking").asBool());
+        EXPECT_GT(support::SoundFile(file).frames(), 0U);
+        std::filesystem::remove(file);
+    }
+}
+
+// Each with an engine of its own: what one has spoken before is heard in the noise of what follows.
+TEST_F(Manner, APauseHoldsTheSpeechAndContinuingLosesNothing) {
+    const std::string text = sentences(200);
+    Speaker undisturbed(runtime);
+    const auto whole = folder / "whole.wav";
+    undisturbed.speak(text, whole);
+    for (const int boundary : {kImmediate, kWord, kSentence}) {
+        SCOPED_TRACE(boundary);
+        Speaker speaker(runtime);
+        ASSERT_TRUE(speaker.start(text, file));
+        speaker.object.call("pauseSpeakingAtBoundary", boundary);
+        speaker.object.call("continueSpeaking");
+        ASSERT_TRUE(speaker.waitForEnd());
+        EXPECT_THAT(speaker.ends, ElementsAre(true));
+        EXPECT_EQ(speaker.words, undisturbed.words);
+        EXPECT_TRUE(samples(file) == samples(whole));
+    }
+}
+
+TEST_F(Manner, CommandsAreObeyedAndTold) {
+    Speaker speaker(runtime);
+    std::vector<std::string> told;
+    speaker.object.on("didEncounterSyncMessage",
+                      [&](const host::Arguments& event) { told.push_back("sync " + event[0].asText()); });
+    speaker.object.on("didEncounterErrorAtIndex", [&](const host::Arguments& event) {
+        told.push_back("error " + std::to_string(event[0].asInteger()));
+        EXPECT_FALSE(event[2].asText().empty());
+        EXPECT_EQ(event[1].asText(), "One [[sync 0x41]]two [[nope]][[slnc 2000]]three.");
+    });
+    speaker.speak("One [[sync 0x41]]two [[nope]][[slnc 2000]]three.", file);
+    EXPECT_THAT(told, ElementsAre("sync A", testing::StartsWith("error 2")));
+    EXPECT_EQ(speaker.words, (std::vector<support::WordRange>{{0, 3}, {17, 3}, {42, 5}}));
+    const auto plain = folder / "plain.wav";
+    speaker.speak("One two three.", plain);
+    EXPECT_GT(support::SoundFile(file).seconds(), support::SoundFile(plain).seconds() + 1.5);
+}
+
+TEST_F(Manner, PhonemesAreToldFromSilenceToSilence) {
+    Speaker speaker(runtime, "gmw/en-US");
+    std::vector<std::int64_t> opcodes;
+    speaker.object.on("willSpeakPhoneme",
+                      [&](const host::Arguments& event) { opcodes.push_back(event[0].asInteger()); });
+    speaker.speak("dog", file);
+    EXPECT_THAT(opcodes, ElementsAre(0, 20, 4, 23, 0));
+    EXPECT_EQ(speaker.object.call("phonemesFromText", "dog").asText(), "_d1AOg.");
+    EXPECT_TRUE(speaker.object.call("phonemesFromText", host::String()).isNull());
+}
+
+TEST_F(Manner, ADictionaryChangesAPronunciation) {
+    const auto before = folder / "before.wav";
+    const auto wanted = folder / "wanted.wav";
+    Speaker(runtime, "gmw/en-US").speak("zqm", before);
+    Speaker(runtime, "gmw/en-US").speak("[[inpt PHON]]dAOg", wanted);
+
+    Dictionary entry = runtime.dictionary();
+    entry.setValue(key("NSSpeechDictionaryEntrySpelling"), "zqm");
+    entry.setValue(key("NSSpeechDictionaryEntryPhonemes"), "dAOg");
+    Dictionary dictionary = runtime.dictionary();
+    dictionary.setValue(key("NSSpeechDictionaryLocaleIdentifier"), "en_US");
+    dictionary.setValue(key("NSSpeechDictionaryModificationDate"), "2026-01-01 00:00:00 +0000");
+    dictionary.setValue(key("NSSpeechDictionaryPronunciations"),
+                        runtime.array(host::ElementType::Object, {entry}));
+    dictionary.setValue(key("NSSpeechDictionaryAbbreviations"), runtime.array(host::ElementType::Object));
+    Speaker speaker(runtime, "gmw/en-US");
+    speaker.object.call("addSpeechDictionary", dictionary);
+    speaker.speak("zqm", file);
+    EXPECT_FALSE(samples(file) == samples(before));
+    EXPECT_TRUE(samples(file) == samples(wanted));
+    speaker.object.call("addSpeechDictionary", host::Object());
+}
+
+TEST_F(Manner, SetVoiceAnswersWhetherItWasTaken) {
+    Speaker speaker(runtime);
+    EXPECT_TRUE(speaker.object.call("setVoice", "gmw/de").asBool());
+    EXPECT_EQ(speaker.object.get("voice").asText(), "gmw/de");
+    EXPECT_FALSE(speaker.object.call("setVoice", "no such voice").asBool());
+    EXPECT_EQ(speaker.object.get("voice").asText(), "gmw/de");
+    EXPECT_TRUE(speaker.object.call("setVoice", host::String()).asBool());
+    EXPECT_EQ(speaker.object.get("voice").asText(),
+              runtime.callShared(kSynthesizer, "defaultVoice").asText());
+}
+
+} // namespace
+} // namespace zqm::endtoend
