@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <unicode/uchar.h>
+#include <unicode/uscript.h>
 
 namespace zqm::engine {
 
@@ -29,6 +30,18 @@ char32_t spokenFor(char32_t character) {
     return unspeakable || character == kReplacement ? U' ' : character;
 }
 
+UScriptCode scriptOf(char32_t character) {
+    UErrorCode status = U_ZERO_ERROR;
+    return uscript_getScript(static_cast<UChar32>(character), &status);
+}
+
+// espeak-ng reads freed memory where a letter of these scripts follows one that it doesn't know in a word.
+bool needsWordOfItsOwn(char32_t letter, char32_t before) {
+    const UScriptCode script = scriptOf(letter);
+    return (script == USCRIPT_ARMENIAN || script == USCRIPT_GEORGIAN) && !isBlank(before) &&
+           scriptOf(before) != script;
+}
+
 } // namespace
 
 void EspeakText::add(char32_t character, std::size_t origin) {
@@ -37,7 +50,8 @@ void EspeakText::add(char32_t character, std::size_t origin) {
         return;
     }
     const bool wouldBeginPhonemes = last_ == U'[' && spoken == U'[';
-    if (wouldBeginPhonemes || (afterPhonemes_ && isLetterOrNumber(spoken))) {
+    if (wouldBeginPhonemes || (afterPhonemes_ && isLetterOrNumber(spoken)) ||
+        needsWordOfItsOwn(spoken, lastLetter_)) {
         append(U' ', origin);
     }
     append(spoken, origin);
@@ -59,6 +73,9 @@ void EspeakText::append(char32_t character, std::size_t origin) {
     appendUtf8(text_, character);
     origins_.push_back(origin);
     last_ = character;
+    if (isBlank(character) || (isLetterOrNumber(character) && !isDigit(character))) {
+        lastLetter_ = character;
+    }
     afterPhonemes_ = false;
 }
 

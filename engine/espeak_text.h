@@ -34,6 +34,7 @@ private:
     std::string text_;
     std::vector<std::size_t> origins_; // of each code point
     char32_t last_ = U' ';
+    char32_t lastLetter_ = U' '; // since the last blank
     bool afterPhonemes_ = false;
 };
 

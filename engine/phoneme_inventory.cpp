@@ -1,9 +1,11 @@
 #include "engine/phoneme_inventory.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <sstream>
 #include <stdexcept>
 
@@ -100,12 +102,12 @@ bool isSpoken(const Entry& entry) {
            !entry.name.empty();
 }
 
-using EntryByCode = std::map<unsigned char, Entry>;
+using EntryByCode = std::array<const Entry*, std::numeric_limits<unsigned char>::max() + 1>;
 
 EntryByCode withParents(const std::vector<Set>& sets, const Set& set) {
     EntryByCode entries = set.parent == 0 ? EntryByCode{} : withParents(sets, sets[set.parent - 1]);
     for (const Entry& entry : set.entries) {
-        entries[entry.code] = entry;
+        entries[entry.code] = &entry;
     }
     return entries;
 }
@@ -126,9 +128,9 @@ PhonemeInventory readPhonemeInventory(const std::filesystem::path& data) {
     PhonemeInventory inventory;
     for (const Set& set : sets) {
         std::vector<std::string>& names = inventory[set.name];
-        for (const auto& [code, entry] : withParents(sets, set)) {
-            if (isSpoken(entry) && std::find(names.begin(), names.end(), entry.name) == names.end()) {
-                names.push_back(entry.name);
+        for (const Entry* const entry : withParents(sets, set)) {
+            if (entry != nullptr && isSpoken(*entry)) {
+                names.push_back(entry->name);
             }
         }
     }

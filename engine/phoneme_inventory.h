@@ -10,7 +10,7 @@
 
 namespace zqm::engine {
 
-// The phonemes by the names that espeak-ng reports, in its order, by set.
+// By set, the phonemes by the names that espeak-ng reports, in its order; variants have the same name.
 using PhonemeInventory = std::map<std::string, std::vector<std::string>, std::less<>>;
 
 // Of the folder with espeak-ng's data, as espeak_Info tells it. Throws std::runtime_error when the data is

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <sstream>
+#include <unordered_map>
 
 namespace zqm::engine {
 
@@ -28,16 +29,33 @@ std::vector<std::span<const PhonemeRow>> rowsOf(std::string_view set) {
     return rows;
 }
 
-std::optional<std::string_view> listed(std::string_view set, std::string_view phoneme) {
+using SymbolsByPhoneme = std::unordered_map<std::string_view, std::string_view>;
+
+SymbolsByPhoneme withoutOverridden(std::string_view set) {
+    SymbolsByPhoneme symbols;
     for (const std::span<const PhonemeRow> rows : rowsOf(set)) {
-        const auto row = std::find_if(rows.begin(), rows.end(), [&](const PhonemeRow& candidate) {
-            return candidate.phoneme == phoneme && !candidate.symbols.ends_with(kWordEnd);
-        });
-        if (row != rows.end()) {
-            return row->symbols;
+        for (const PhonemeRow& row : rows) {
+            if (!row.symbols.ends_with(kWordEnd)) {
+                symbols.emplace(row.phoneme, row.symbols);
+            }
         }
     }
-    return std::nullopt;
+    return symbols;
+}
+
+// A long text asks for them often.
+const SymbolsByPhoneme& symbolsByPhoneme(std::string_view set) {
+    static std::map<std::string_view, SymbolsByPhoneme> cache;
+    const PhonemeTable* const table = tableOf(set);
+    const std::string_view name = table == nullptr ? std::string_view() : table->set;
+    const auto found = cache.find(name);
+    return found != cache.end() ? found->second : cache.emplace(name, withoutOverridden(name)).first->second;
+}
+
+std::optional<std::string_view> listed(std::string_view set, std::string_view phoneme) {
+    const SymbolsByPhoneme& symbols = symbolsByPhoneme(set);
+    const auto found = symbols.find(phoneme);
+    return found == symbols.end() ? std::nullopt : std::optional(found->second);
 }
 
 // Behind a letter, a sign or digit names a variant.

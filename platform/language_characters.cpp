@@ -98,6 +98,7 @@ UnicodeSet lettersOfScript(std::string_view script) {
 
 std::vector<CharacterRange> rangesOf(const UnicodeSet& set) {
     std::vector<CharacterRange> ranges;
+    ranges.reserve(static_cast<std::size_t>(set.getRangeCount()));
     for (std::int32_t index = 0; index < set.getRangeCount(); ++index) {
         ranges.push_back(
             {static_cast<char32_t>(set.getRangeStart(index)), static_cast<char32_t>(set.getRangeEnd(index))});

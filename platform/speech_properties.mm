@@ -50,14 +50,12 @@ NSNumber* integer(long long value) {
 
 // ---- how to speak
 
-constexpr double kMost = std::numeric_limits<double>::max();
-
 template <std::optional<double> Manner::*Member>
 id readNumber(PropertyOwner& owner) {
     return number(*(owner.manner().*Member));
 }
 
-template <std::optional<double> Manner::*Member, double Least, double Greatest>
+template <std::optional<double> Manner::*Member, int Least, int Greatest>
 Outcome writeNumber(PropertyOwner& owner, id value) {
     NSNumber* const given = as<NSNumber>(value);
     const double asked = [given doubleValue];
@@ -232,7 +230,8 @@ struct Property {
     NSString* takes;                                  // for people
 };
 
-constexpr double kLeastRate = 1.0;
+constexpr int kLeastRate = 1;
+constexpr int kGreatestRate = std::numeric_limits<int>::max();
 
 const Property kProperties[] = {
     {ZQM_SPEECH_STATUS_PROPERTY, readStatus, nullptr, nil},
@@ -243,13 +242,13 @@ const Property kProperties[] = {
      @"\"NORM\" or \"LTRL\""},
     {ZQM_SPEECH_NUMBER_MODE_PROPERTY, readMode<&Manner::numbers>, writeMode<&Manner::numbers>,
      @"\"NORM\" or \"LTRL\""},
-    {ZQM_SPEECH_RATE_PROPERTY, readNumber<&Manner::rate>, writeNumber<&Manner::rate, kLeastRate, kMost>,
-     @"a number of words a minute"},
-    {ZQM_SPEECH_PITCH_BASE_PROPERTY, readNumber<&Manner::pitchBase>,
-     writeNumber<&Manner::pitchBase, 1.0, 127.0>, @"a number from 1 to 127"},
+    {ZQM_SPEECH_RATE_PROPERTY, readNumber<&Manner::rate>,
+     writeNumber<&Manner::rate, kLeastRate, kGreatestRate>, @"a number of words a minute"},
+    {ZQM_SPEECH_PITCH_BASE_PROPERTY, readNumber<&Manner::pitchBase>, writeNumber<&Manner::pitchBase, 1, 127>,
+     @"a number from 1 to 127"},
     {ZQM_SPEECH_PITCH_MOD_PROPERTY, readNumber<&Manner::pitchModulation>,
-     writeNumber<&Manner::pitchModulation, 0.0, 127.0>, @"a number from 0 to 127"},
-    {ZQM_SPEECH_VOLUME_PROPERTY, readNumber<&Manner::volume>, writeNumber<&Manner::volume, 0.0, 1.0>,
+     writeNumber<&Manner::pitchModulation, 0, 127>, @"a number from 0 to 127"},
+    {ZQM_SPEECH_VOLUME_PROPERTY, readNumber<&Manner::volume>, writeNumber<&Manner::volume, 0, 1>,
      @"a number from 0 to 1"},
     {ZQM_SPEECH_SYNTHESIZER_INFO_PROPERTY, readSynthesizerInfo, nullptr, nil},
     {ZQM_SPEECH_RECENT_SYNC_PROPERTY, readRecentSync, nullptr, nil},

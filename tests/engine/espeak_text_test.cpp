@@ -53,6 +53,15 @@ TEST(EspeakText, holdsPhonemesApartFromWhatStandsAroundThem) {
     EXPECT_EQ(ended.text(), "[[d'0g]].");
 }
 
+TEST(EspeakText, beginsAWordWhereArmenianOrGeorgianFollowsAnotherScript) {
+    EXPECT_EQ(given(U"𐌶ծ").text(), "𐌶 ծ");
+    EXPECT_EQ(given(U"𐌶.ծ-ծծ").text(), "𐌶. ծ-ծծ");
+    EXPECT_EQ(given(U"Ⅻმმ, მ-მ").text(), "Ⅻ მმ, მ-მ");
+    EXPECT_EQ(given(U"«5-րդ»").text(), "«5-րդ»");
+    EXPECT_EQ(given(U"𐌶ж").text(), "𐌶ж");
+    EXPECT_THAT(given(U"𐌶ծ").origins(), ElementsAre(0, 1, 1));
+}
+
 TEST(EspeakText, holdsCommands) {
     EspeakText text;
     text.addCommand(EspeakText::Command::Rate, 140, 7);

@@ -79,7 +79,8 @@ struct Trips {
 
 // A pause belongs to no word, so nothing is parted by it.
 std::string withoutSeparatorsAtPauses(const std::string& phonemes) {
-    return std::regex_replace(phonemes, std::regex("[ |]*(_:)[ |]*"), "$1");
+    static const std::regex kPauses("[ |]*(_:)[ |]*");
+    return phonemes.find("_:") == std::string::npos ? phonemes : std::regex_replace(phonemes, kPauses, "$1");
 }
 
 Trips go(const std::vector<std::string>& texts, const std::string& voice) {

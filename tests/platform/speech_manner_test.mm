@@ -46,7 +46,7 @@ struct Sound {
 
 class SpeechManner : public testing::Test {
 protected:
-    bool set(NSString* property, id value) {
+    bool set(NSString* property, id value) const {
         return [speaker_.synthesizer setObject:value forProperty:property error:nullptr] == YES;
     }
 
@@ -139,10 +139,10 @@ protected:
 
     // A pipe that is full holds more than the one, and a text is longer by far than both.
     static Sound beginning(const SoundFile& file) {
-        return {std::span(file.samples).first(static_cast<std::size_t>(4 * file.rate)), file.rate};
+        return {std::span(file.samples).first(4 * static_cast<std::size_t>(file.rate)), file.rate};
     }
     static Sound end(const SoundFile& file) {
-        return {std::span(file.samples).last(static_cast<std::size_t>(10 * file.rate)), file.rate};
+        return {std::span(file.samples).last(10 * static_cast<std::size_t>(file.rate)), file.rate};
     }
 
 private:

@@ -56,30 +56,30 @@ std::string descriptionOf(id object) {
 
 class SpeechProperties : public testing::Test {
 protected:
-    id read(NSString* property) {
+    id read(NSString* property) const {
         NSError* error = nil;
         id const value = [speaker_.synthesizer objectForProperty:property error:&error];
         EXPECT_EQ(nil, error) << descriptionOf(error);
         return value;
     }
 
-    double readNumber(NSString* property) { return [read(property) doubleValue]; }
+    double readNumber(NSString* property) const { return [read(property) doubleValue]; }
 
-    bool write(id value, NSString* property) {
+    bool write(id value, NSString* property) const {
         NSError* error = nil;
         const BOOL done = [speaker_.synthesizer setObject:value forProperty:property error:&error];
         EXPECT_EQ(done == YES, error == nil) << descriptionOf(error);
         return done == YES;
     }
 
-    void expectRefusal(id value, NSString* property, NSInteger code, const std::string& words) {
+    void expectRefusal(id value, NSString* property, NSInteger code, const std::string& words) const {
         NSError* error = nil;
         EXPECT_FALSE([speaker_.synthesizer setObject:value forProperty:property error:&error]);
         expectError(error, code, words, property);
         EXPECT_FALSE([speaker_.synthesizer setObject:value forProperty:property error:nullptr]);
     }
 
-    void expectUnreadable(NSString* property, const std::string& words) {
+    void expectUnreadable(NSString* property, const std::string& words) const {
         NSError* error = nil;
         EXPECT_EQ(nil, [speaker_.synthesizer objectForProperty:property error:&error]);
         expectError(error, kUnknownProperty, words, property);
@@ -317,6 +317,7 @@ TEST_F(SpeechProperties, ANewVoiceSpeaksInItsOwnManner) {
 TEST_F(SpeechProperties, AResetTakesBackWhatWasSet) {
     const std::vector<const char*> all{"inpt", "char", "nmbr", "rate", "pbas", "pmod", "volm"};
     std::vector<id> before;
+    before.reserve(all.size());
     for (const char* const name : all) {
         before.push_back([[read(key(name)) retain] autorelease]);
     }
