@@ -1,5 +1,6 @@
 #include "engine/pitch.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -42,6 +43,23 @@ TEST(Pitch, isWithinWhatCanBeSpoken) {
                 EXPECT_GE(parameters.range, 0);
                 EXPECT_LE(parameters.range, 100);
             }
+        }
+    }
+}
+
+// The lowest frequency (Hz) that espeak-ng makes of parameters; it reads beyond its tables at about 20.
+double lowestFrequency(const VoicePitch& voice, const PitchParameters& parameters) {
+    const double range = (voice.high - voice.low) * 108 / 4096;
+    return (voice.low - 9) * std::exp2((parameters.pitch - 50) / 50.0) -
+           18 * range * (parameters.range / 50.0 - 1);
+}
+
+TEST(Pitch, givesWayToItselfWhereModulationWouldMakeItTooLow) {
+    for (const VoicePitch& voice : {kUsual, VoicePitch{115, 130}, VoicePitch{95, 175}, VoicePitch{63, 120}}) {
+        for (double base = 1; base < 45; ++base) {
+            const PitchParameters parameters = pitchParameters(voice, base, 127);
+            ASSERT_FALSE(parameters.higher);
+            EXPECT_GT(lowestFrequency(voice, parameters), 33) << base;
         }
     }
 }
