@@ -8,10 +8,6 @@ void Track::append(std::span<const std::int16_t> samples) {
     samples_.insert(samples_.end(), samples.begin(), samples.end());
 }
 
-void Track::appendSilence(std::size_t count) {
-    samples_.resize(samples_.size() + count);
-}
-
 std::vector<std::int16_t> Track::copy(std::uint64_t from, std::size_t count) const {
     const auto begin = samples_.begin() + static_cast<std::ptrdiff_t>(from - begin_);
     return {begin, begin + static_cast<std::ptrdiff_t>(count)};

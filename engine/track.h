@@ -15,7 +15,6 @@ public:
     [[nodiscard]] std::uint64_t end() const { return begin_ + samples_.size(); }
 
     void append(std::span<const std::int16_t> samples);
-    void appendSilence(std::size_t count);
 
     // From a sample on that is not done with.
     [[nodiscard]] std::vector<std::int16_t> copy(std::uint64_t from, std::size_t count) const;

@@ -133,6 +133,16 @@ private:
             say(encode(Word{utterance, 6, 0}));
         } else if (fault_ == "word of a future utterance") {
             say(encode(Word{utterance + 7, 6, 5}));
+        } else if (fault_ == "phoneme of a future utterance") {
+            say(encode(Phoneme{utterance + 1, 2}));
+        } else if (fault_ == "problem beyond the text") {
+            say(encode(Problem{utterance, -245, 12, "what"}));
+        } else if (fault_ == "pause of a future utterance") {
+            say(encode(Paused{utterance + 1}));
+        } else if (fault_ == "going on unasked") {
+            say(encode(Continued{utterance}));
+        } else if (fault_ == "phonemes unasked") {
+            say(encode(Phonemes{"_d1AOg."}));
         } else if (fault_ == "start twice") {
             say(encode(Started{utterance, ""}));
         } else if (fault_ == "voices unasked") {

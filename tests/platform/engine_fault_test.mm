@@ -94,7 +94,10 @@ TEST_P(FaultAmidSpeech, EndsTheSpeech) {
 INSTANTIATE_TEST_SUITE_P(All, FaultAmidSpeech,
                          testing::Values("die", "abort", "garbage", "overlong", "unfinished line",
                                          "word beyond the end", "word at a huge place", "word backwards",
-                                         "word of no length", "word of a future utterance", "start twice",
+                                         "word of no length", "word of a future utterance",
+                                         "phoneme of a future utterance", "problem beyond the text",
+                                         "pause of a future utterance", "going on unasked",
+                                         "phonemes unasked", "start twice",
                                          "voices unasked", "fail"));
 
 TEST_F(EngineFault, AnEngineThatDoesNotEndIsKilledInTheEnd) {
