@@ -2,12 +2,10 @@
 // in the log.
 
 #include "tests/endtoend/speaking.h"
+#include "tests/support/log_lines.h"
 #include "tests/support/sibling_library.h"
 
 #include <gmock/gmock.h>
-
-#include <functional>
-#include <sstream>
 
 namespace zqm::endtoend {
 namespace {
@@ -17,22 +15,10 @@ using host::ByRef;
 using host::Dictionary;
 using host::Object;
 using host::Value;
+using support::logged;
 using testing::ElementsAre;
 using testing::MatchesRegex;
 using testing::StartsWith;
-
-// What was logged, each line without the date and process before it.
-std::vector<std::string> logged(const std::function<void()>& body) {
-    testing::internal::CaptureStderr();
-    body();
-    std::istringstream lines(testing::internal::GetCapturedStderr());
-    std::vector<std::string> texts;
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t end = line.find("] ");
-        texts.push_back(end == std::string::npos ? line : line.substr(end + 2));
-    }
-    return texts;
-}
 
 class SpeechProperties : public SpeakingTest {
 protected:

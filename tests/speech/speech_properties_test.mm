@@ -2,6 +2,7 @@
 // reference, and the lines in the log.
 
 #include "tests/speech/synthesizer_host.h"
+#include "tests/support/log_lines.h"
 
 #include <functional>
 #include <sstream>
@@ -11,6 +12,7 @@ namespace {
 using zqm::host::ByRef;
 using zqm::host::Object;
 using zqm::host::Value;
+using zqm::support::logged;
 
 // What the platform object is asked, and what it answers instead of itself.
 NSString* askedName = nil;
@@ -30,19 +32,6 @@ BOOL acceptInstead(id, SEL, id value, NSString* name, NSError** error) {
     askedName = [name retain];
     *error = failure;
     return accepted;
-}
-
-// What was logged, each line without the date and process before it.
-std::vector<std::string> logged(const std::function<void()>& body) {
-    testing::internal::CaptureStderr();
-    body();
-    std::istringstream lines(testing::internal::GetCapturedStderr());
-    std::vector<std::string> texts;
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t end = line.find("] ");
-        texts.push_back(end == std::string::npos ? line : line.substr(end + 2));
-    }
-    return texts;
 }
 
 std::string hex(id object) {
