@@ -97,8 +97,7 @@ INSTANTIATE_TEST_SUITE_P(All, FaultAmidSpeech,
                                          "word of no length", "word of a future utterance",
                                          "phoneme of a future utterance", "problem beyond the text",
                                          "pause of a future utterance", "going on unasked",
-                                         "phonemes unasked", "start twice",
-                                         "voices unasked", "fail"));
+                                         "phonemes unasked", "start twice", "voices unasked", "fail"));
 
 TEST_F(EngineFault, AnEngineThatDoesNotEndIsKilledInTheEnd) {
     pid_t engine = 0;
