@@ -14,6 +14,8 @@ namespace {
 using protocol::Voice;
 
 constexpr std::string_view kAmericanEnglish = "gmw/en-US";
+// The other voice for Mandarin reads many ideographs as if their transcription were English.
+constexpr std::string_view kMandarin = "sit/cmn-Latn-pinyin";
 
 // Locales name some languages otherwise than voices do.
 struct LanguageAlias {
@@ -99,6 +101,11 @@ const Voice* voiceForLocale(std::span<const Voice> voices, std::string_view loca
         const auto found = std::ranges::find_if(voices, matches);
         return found != voices.end() ? &*found : nullptr;
     };
+    if (isSame(primary, "cmn")) {
+        if (const auto* voice = first([](const Voice& each) { return each.identifier == kMandarin; })) {
+            return voice;
+        }
+    }
     if (const auto* voice = first([&](const Voice& each) { return isSame(each.language, language); })) {
         return voice;
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <span>
 
 using namespace zqm::protocol;
 using namespace zqm::support;
@@ -132,6 +133,42 @@ TEST_P(FileBoundary, aStopIsNotTakenBack) {
     engine.send(Pause{1, GetParam()});
     engine.send(Continue{1});
     EXPECT_EQ(finished(engine.untilEnd(1)), (Finished{1, false, ""}));
+}
+
+TEST_P(FileBoundary, whatChangesInAPauseHoldsFromThereOn) {
+    Target target(folder.path(), "a.wav");
+    start(engine, 1, target);
+    engine.send(Pause{1, GetParam()});
+    const std::size_t told = wordsIn(until<Paused>(engine)).size();
+    engine.send(Adjust{1, {.volume = 0}});
+    engine.send(Continue{1});
+    EXPECT_TRUE(finished(engine.untilEnd(1))->completed);
+    const SoundFile sound(target.file);
+    EXPECT_EQ(wordLengths(sound.samples, sound.rate).size(), told);
+    EXPECT_EQ(sound.frames(), whole().frames());
+}
+
+TEST_P(FileBoundary, whatIsMadeAnewInAPauseIsWhole) {
+    Target target(folder.path(), "a.wav");
+    start(engine, 1, target);
+    engine.send(Pause{1, GetParam()});
+    std::vector<Event> events = until<Paused>(engine);
+    const std::size_t told = wordsIn(events).size();
+    constexpr double kFast = 240;
+    engine.send(Adjust{1, {.rate = kFast}});
+    engine.send(Continue{1});
+    const std::vector<Event> rest = engine.untilEnd(1);
+    events.insert(events.end(), rest.begin(), rest.end());
+    EXPECT_THAT(faults(events, 1), IsEmpty());
+    EXPECT_EQ(wordsIn(events).size(), kSentences * kWordsOfSentence);
+    // As slow as ever up to the pause, and faster behind it.
+    const SoundFile sound(target.file);
+    const SoundFile slow = whole();
+    const auto common =
+        std::mismatch(sound.samples.begin(), sound.samples.end(), slow.samples.begin(), slow.samples.end());
+    const std::span before(slow.samples.begin(), common.second);
+    EXPECT_GE(wordLengths(before, slow.rate).size(), told);
+    EXPECT_LT(sound.seconds(), slow.seconds() * 0.9);
 }
 
 INSTANTIATE_TEST_SUITE_P(Boundaries, FileBoundary,

@@ -53,7 +53,7 @@ TEST(Voices, TheDefaultFollowsTheLocale) {
           Case{"", "", "en_US.UTF-8", "gmw/en-US"}, Case{"", "", "C", "gmw/en-US"},
           Case{"POSIX", "", "de_DE", "gmw/en-US"}, Case{"", "", "", "gmw/en-US"},
           Case{"xx_YY", "", "", "gmw/en-US"}, Case{"de_AT@euro", "", "", "gmw/de"},
-          Case{"zh_CN.UTF-8", "", "", "sit/cmn"}, Case{"nb_NO", "", "", "gmq/nb"},
+          Case{"zh_CN.UTF-8", "", "", "sit/cmn-Latn-pinyin"}, Case{"nb_NO", "", "", "gmq/nb"},
           Case{"no_NO", "", "", "gmq/nb"}}) {
         const ScopedEnvironment all("LC_ALL", each.all);
         const ScopedEnvironment messages("LC_MESSAGES", each.messages);
