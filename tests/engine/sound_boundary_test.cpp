@@ -3,6 +3,7 @@
 #include "tests/support/process.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/sounded_parts.h"
 #include "tests/support/temporary_folder.h"
 
 #include <algorithm>
@@ -48,15 +49,18 @@ protected:
 
     // And those of all words, without any pause.
     static std::vector<double> expected() {
+        const SoundFile sound = inFile(speakParted(1, kSentences));
+        return wordLengths(sound.samples, sound.rate);
+    }
+
+    static SoundFile inFile(Speak request) {
         const TemporaryFolder folder;
         Target target(folder.path(), "whole.wav");
         EngineProcess other(Environment{{"PULSE_SERVER", "unix:/nonexistent/pulse"}});
-        Speak request = speakParted(1, kSentences);
         request.output = target.output;
         other.send(request, std::move(target.descriptors));
         EXPECT_TRUE(finished(other.untilEnd(1))->completed);
-        const SoundFile sound(target.file);
-        return wordLengths(sound.samples, sound.rate);
+        return SoundFile(target.file);
     }
 
     static void expectSameSounds(const std::vector<double>& sounds, std::vector<double> wanted,
@@ -136,6 +140,46 @@ TEST_P(SoundBoundary, pausesThatAreTakenBackAreNotHeard) {
 
 INSTANTIATE_TEST_SUITE_P(Boundaries, SoundBoundary, testing::Values(Boundary::Word, Boundary::Sentence),
                          boundaryName);
+
+// Every second word of continuous speech is silent, so that the beginning of one too many would be heard.
+TEST_F(SoundHeld, noneOfTheNextWordIsHeardThoughNoPauseIsBetween) {
+    Speak request = speakParted(1, 0);
+    for (int count = 0; count < 20; ++count) {
+        request.text += "[[volm 0]]moon [[volm 1]]moon ";
+    }
+    const SoundFile file = inFile(request);
+    std::vector<double> wanted = wordLengths(file.samples, file.rate);
+    ASSERT_THAT(wanted, SizeIs(20));
+
+    engine.send(request);
+    for (int words = 0; words < 5; ++words) {
+        ASSERT_TRUE(engine.nextOf<Word>());
+    }
+    engine.send(Stop{1, Boundary::Word});
+    const std::size_t told = 5 + wordsIn(engine.untilEnd(1)).size();
+    wanted.resize(told / 2);
+    EXPECT_THAT(recorded(), testing::Pointwise(testing::DoubleNear(kTolerance), wanted));
+}
+
+TEST_F(SoundHeld, continuousSpeechGoesOnWhenEachPauseIsTakenBack) {
+    Speak request = speakParted(1, 0);
+    for (int count = 0; count < 12; ++count) {
+        request.text += "moon ";
+    }
+    const SoundFile file = inFile(request);
+    engine.send(request);
+    while (auto event = engine.next()) {
+        if (std::holds_alternative<Word>(*event)) {
+            engine.send(Pause{1, Boundary::Word});
+            engine.send(Continue{1});
+        } else if (std::holds_alternative<Finished>(*event)) {
+            break;
+        }
+    }
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_NEAR(heardSeconds(recording.samples(), recording.rate()), heardSeconds(file.samples, file.rate),
+                kTolerance);
+}
 
 // Whether the pause cuts the word or comes in the pause behind it is the machine's business.
 TEST_F(SoundHeld, aCutWordIsHeardAndToldAgain) {
