@@ -330,11 +330,7 @@ void Utterance::standStill() {
         output_->pause();
         const std::uint64_t at = wantedFrom(*hold_->at);
         if (at < cursor_) {
-            // The cut word is told again with what belongs to it, but nothing that stands in the text.
-            std::erase_if(cues_, [](const PlacedCue& cue) {
-                return std::holds_alternative<protocol::Sync>(cue.event) ||
-                       std::holds_alternative<protocol::Problem>(cue.event);
-            });
+            tellWordAgain();
         }
         cursor_ = at;
         origin_ = at;
@@ -344,6 +340,17 @@ void Utterance::standStill() {
     isPadded_ = false;
     isPaused_ = true;
     report_(protocol::Paused{number_});
+}
+
+// The cut word, with what belongs to it, but nothing that stands in the text.
+void Utterance::tellWordAgain() {
+    const auto told = cues_.begin() + static_cast<std::ptrdiff_t>(told_);
+    const auto again = std::remove_if(cues_.begin(), told, [](const PlacedCue& cue) {
+        return std::holds_alternative<protocol::Sync>(cue.event) ||
+               std::holds_alternative<protocol::Problem>(cue.event);
+    });
+    cues_.erase(again, told);
+    told_ = 0;
 }
 
 void Utterance::adjust(const protocol::Manner& manner) {

@@ -85,6 +85,7 @@ private:
     [[nodiscard]] std::uint64_t holdReached() const;
     void reachHold();
     void standStill();
+    void tellWordAgain();
 
     std::uint64_t number_;
     int sampleRate_;

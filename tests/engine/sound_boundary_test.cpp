@@ -217,6 +217,39 @@ TEST_F(SoundHeld, aCutWordIsHeardAndToldAgain) {
     EXPECT_THAT(after, testing::Pointwise(testing::DoubleNear(kTolerance), wanted));
 }
 
+// A word so long that the pause is sure to cut it.
+TEST_F(SoundHeld, aCutWordIsToldAgainAndWhatFollowsItIsToldOnce) {
+    constexpr double kSlow = 80;
+    constexpr std::uint32_t kMessage = 7;
+    const std::string word = "Llanfairpwllgwyngyllgogerychwyrndrobwllllantysiliogogoch";
+    engine.send(Speak{.utterance = 1,
+                      .text = "[[sync 5]]" + word + " and [[sync 7]]so on.",
+                      .voice = "gmw/en-US",
+                      .manner = {.rate = kSlow}});
+    const std::vector<Event> before = until<Word>(engine);
+    ASSERT_THAT(wordsIn(before), SizeIs(1));
+    engine.send(Pause{1, Boundary::Immediate});
+    until<Paused>(engine);
+    engine.send(Continue{1});
+    EXPECT_TRUE(engine.nextOf<Continued>());
+    const std::vector<Event> rest = engine.untilEnd(1);
+    EXPECT_TRUE(finished(rest)->completed);
+    const std::vector<Word> words = wordsIn(rest);
+    ASSERT_THAT(words, SizeIs(4));
+    EXPECT_EQ(words.front(), wordsIn(before).front());
+    std::vector<std::uint32_t> messages;
+    std::size_t silences = 0;
+    for (const Event& event : rest) {
+        if (const auto* sync = std::get_if<Sync>(&event)) {
+            messages.push_back(sync->message);
+        }
+        const auto* phoneme = std::get_if<Phoneme>(&event);
+        silences += phoneme != nullptr && phoneme->opcode == 0 ? 1 : 0;
+    }
+    EXPECT_THAT(messages, testing::ElementsAre(kMessage));
+    EXPECT_GE(silences, 1U);
+}
+
 TEST_F(SoundHeld, pausedBeforeItBeganItStartsWhenContinued) {
     engine.send(speakParted(1, kSentences));
     engine.send(Pause{1, Boundary::Immediate});
