@@ -71,6 +71,7 @@ std::optional<Stretch> Narration::next() {
     }
     carryOver();
     for (;;) {
+        pieces_.setInput(manner_.input.value_or(protocol::InputMode::Text));
         if (auto piece = pieces_.next(nextCut())) {
             piece_ = std::move(*piece);
             takeCommandsOf(piece_);
