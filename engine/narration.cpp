@@ -71,6 +71,7 @@ std::optional<Stretch> Narration::next() {
     }
     carryOver();
     for (;;) {
+        pieces_.setInput(manner_.input.value_or(protocol::InputMode::Text));
         if (auto piece = pieces_.next(nextCut())) {
             piece_ = std::move(*piece);
             takeCommandsOf(piece_);
@@ -139,11 +140,12 @@ void Narration::takeCommandsOf(const Piece& piece) {
 }
 
 // Where the text is next parted by a command.
-std::size_t Narration::nextCut() const {
-    const auto cut =
-        std::find_if(text_.commands.begin() + static_cast<std::ptrdiff_t>(command_), text_.commands.end(),
-                     [](const PlacedCommand& placed) { return !actsWithWord(placed.command); });
-    return cut == text_.commands.end() ? TextPieces::kNoLimit : cut->at;
+std::size_t Narration::nextCut() {
+    cut_ = std::max(cut_, command_);
+    while (cut_ < text_.commands.size() && actsWithWord(text_.commands[cut_].command)) {
+        ++cut_;
+    }
+    return cut_ == text_.commands.size() ? TextPieces::kNoLimit : text_.commands[cut_].at;
 }
 
 // At a cut, or at the end of the text: up to the first silence. False: there is no command left.

@@ -52,7 +52,7 @@ public:
 private:
     void carryOver();
     void takeCommandsOf(const Piece& piece);
-    [[nodiscard]] std::size_t nextCut() const;
+    std::size_t nextCut();
     bool executeCut();
     void execute(const PlacedCommand& placed);
     std::optional<Stretch> silence();
@@ -74,6 +74,7 @@ private:
     protocol::Manner initial_; // what a reset goes back to
     protocol::Manner manner_;
     std::size_t command_ = 0;                  // of the text's, not executed yet
+    std::size_t cut_ = 0;                      // the next of them that parts the text, as far as is known
     std::uint64_t silence_ = 0;                // samples still to be made
     std::optional<bool> emphasis_;             // of the next word
     Piece piece_;                              // the last one spoken

@@ -1,6 +1,6 @@
 #include "engine/phoneme_text.h"
 
-#include "engine/phoneme_symbols.h"
+#include "engine/characters.h"
 #include "engine/phoneme_tables.h"
 
 #include <algorithm>
@@ -167,8 +167,7 @@ public:
 private:
     void readOne() {
         const char32_t character = symbols_[at_];
-        const std::string ahead = asciiAhead();
-        if (const protocol::PhonemeSymbol* const symbol = protocol::findPhonemeSymbol(ahead)) {
+        if (const protocol::PhonemeSymbol* const symbol = symbolAt(symbols_, at_)) {
             addSymbol(*symbol);
             at_ += symbol->symbol.size();
             return;
@@ -177,16 +176,6 @@ private:
             input_.mistakes.push_back({at_, "This is not a phoneme symbol."});
         }
         ++at_;
-    }
-
-    [[nodiscard]] std::string asciiAhead() const {
-        constexpr std::size_t kLongestSymbol = 2;
-        constexpr char32_t kAsciiEnd = 0x80;
-        std::string ahead;
-        for (const char32_t character : symbols_.substr(at_, kLongestSymbol)) {
-            ahead += character < kAsciiEnd ? static_cast<char>(character) : '\0';
-        }
-        return ahead;
     }
 
     void addSymbol(const protocol::PhonemeSymbol& symbol) {
@@ -315,10 +304,6 @@ private:
         return phoneme != nullptr ? std::vector<std::string>{*phoneme} : set_.nearest(symbol);
     }
 
-    static bool isBlank(char32_t character) {
-        return std::u32string_view(U" \t\r\n\u00A0\u2028\u2029").find(character) != std::u32string_view::npos;
-    }
-
     static bool isQuote(char32_t character) {
         return std::u32string_view(U"\"'()-\u2013\u2014\u2018\u2019\u201C\u201D").find(character) !=
                std::u32string_view::npos;
@@ -354,6 +339,16 @@ char punctuationFor(char32_t character) {
         return candidate.character == character;
     });
     return mark == kMarks.end() ? kNoPunctuation : mark->punctuation;
+}
+
+const protocol::PhonemeSymbol* symbolAt(std::u32string_view symbols, std::size_t at) {
+    constexpr std::size_t kLongestSymbol = 2;
+    constexpr char32_t kAsciiEnd = 0x80;
+    std::string ahead;
+    for (const char32_t character : symbols.substr(at, kLongestSymbol)) {
+        ahead += character < kAsciiEnd ? static_cast<char>(character) : '\0';
+    }
+    return protocol::findPhonemeSymbol(ahead);
 }
 
 PhonemeInput phonemeInput(std::u32string_view symbols, const PhonemeSet& set) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/phoneme_set.h"
+#include "engine/phoneme_symbols.h"
 
 #include <cstddef>
 #include <string>
@@ -21,6 +22,9 @@ std::string symbolText(std::string_view phonemes, const PhonemeSet& set);
 
 // What stands for a mark of punctuation of any script among symbols: one of . , ; : ! ? or a zero byte.
 char punctuationFor(char32_t character);
+
+// The symbol that stands at a code point; null when there is none.
+const protocol::PhonemeSymbol* symbolAt(std::u32string_view symbols, std::size_t at);
 
 struct SymbolMistake {
     std::size_t at; // code point

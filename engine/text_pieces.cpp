@@ -1,6 +1,7 @@
 #include "engine/text_pieces.h"
 
 #include "engine/characters.h"
+#include "engine/symbol_words.h"
 
 #include <algorithm>
 #include <array>
@@ -199,7 +200,7 @@ TextPieces::Window TextPieces::window(std::size_t codePoints, std::size_t limit)
         window.text.push_back(static_cast<char32_t>(character));
     }
     window.isLast = at == text_.size() || unit >= limit;
-    window.words = finder_.find(window.text);
+    window.words = input_ == protocol::InputMode::Text ? finder_.find(window.text) : symbolWords(window.text);
     return window;
 }
 
@@ -311,6 +312,10 @@ TextPieces::Cut TextPieces::placeToCut(const Window& window) {
 
 // Only those that what follows the window can't change.
 void TextPieces::findSentences(Window& window) const {
+    if (input_ == protocol::InputMode::Phonemes) {
+        window.sentences = symbolSentences(window.text, window.words);
+        return;
+    }
     const icu::UnicodeString units = withoutLoneLineEnds(window.text);
     std::vector<std::size_t> codePointAt;
     for (std::size_t index = 0; index < window.text.size(); ++index) {

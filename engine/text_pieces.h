@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "engine/manner.h"
 #include "engine/words.h"
 
 #include <cstddef>
@@ -40,6 +41,9 @@ public:
     TextPieces(const TextPieces&) = delete;
     TextPieces& operator=(const TextPieces&) = delete;
 
+    // What the text is from the next piece on, which decides what its words and sentences are.
+    void setInput(protocol::InputMode input) { input_ = input; }
+
     static constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
 
     // The next piece, cut at the end of a paragraph or sentence if there is one, and never inside a word;
@@ -67,6 +71,7 @@ private:
     std::size_t utf16_ = 0;      // the same place
     std::size_t insideWord_ = 0; // code points of a long word that are still to come
     bool startsSentence_ = true; // the next word does
+    protocol::InputMode input_ = protocol::InputMode::Text;
     WordFinder finder_;
     std::unique_ptr<Sentences> sentences_;
 };

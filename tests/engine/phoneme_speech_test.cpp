@@ -126,6 +126,29 @@ TEST_F(PhonemeSpeech, speaksSymbols) {
     EXPECT_EQ(opcodes(say("[[inpt PHON]]" + phonemes("dog") + "[[inpt TEXT]]")), text);
 }
 
+TEST_F(PhonemeSpeech, tellsTheWordsOfSymbolsInTheirTime) {
+    const std::string prefix = "\xF0\x9F\x98\x80 yes [[inpt PHON]]"; // two units for the emoji
+    const std::string symbols = "_h1EHl=OW % ~tIHn, . _s1IY.";
+    const std::string text = prefix + symbols + "[[inpt TEXT]] e-mail";
+    const std::vector<Event> events = say(text);
+    ASSERT_THAT(cutOut(text, events),
+                ElementsAre("\xF0\x9F\x98\x80", "yes", "_h1EHl=OW", "~tIHn,", "_s1IY.", "e-mail"));
+    std::vector<int> kinds;
+    for (const Event& event : events) {
+        if (const auto* const word = std::get_if<Word>(&event)) {
+            kinds.push_back(-1 - static_cast<int>(word->position));
+        } else if (const auto* const phoneme = std::get_if<Phoneme>(&event)) {
+            kinds.push_back(phoneme->opcode);
+        }
+    }
+    std::erase(kinds, kSilenceOpcode);
+    const int at = static_cast<int>(prefix.size()) - 2; // UTF-16 units
+    const auto begin = std::find(kinds.begin(), kinds.end(), -1 - at);
+    const auto end = std::find(kinds.begin(), kinds.end(), -1 - static_cast<int>(text.find("e-mail") - 2));
+    EXPECT_THAT(std::vector<int>(begin, end),
+                ElementsAre(-1 - at, 24, 7, 27, 15, -1 - (at + 12), 35, 8, 29, -1 - (at + 21), 33, 6));
+}
+
 TEST_F(PhonemeSpeech, tellsWhatIsNoSymbolByItsPlaceInTheText) {
     const std::string prefix = "A \xF0\x9F\x98\x80 [[inpt PHON]]"; // two units for the emoji
     const std::vector<Problem> problems =
