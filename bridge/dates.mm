@@ -3,18 +3,38 @@
 #include "plugin/host_handles.h"
 
 #import <Foundation/Foundation.h>
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <optional>
 
 namespace {
 
 constexpr std::array kFields{"Year", "Month", "Day", "Hour", "Minute", "Second"};
 using Fields = std::array<std::int64_t, kFields.size()>;
 
-Fields calendarFields(NSDate* date) {
+constexpr double kSecondsOfCycle = 146'097.0 * 24 * 60 * 60; // the calendar repeats itself
+constexpr std::int64_t kYearsOfCycle = 400;
+constexpr double kFirstCycle = -4; // counted from the reference date: the years 401 to 800
+constexpr double kLastCycle = 19;  // the years 9601 to 10000
+
+// Nothing for a moment that is no count of seconds. Calendars need not end when they are asked for the fields
+// of dates before the Common Era or far in the future, so those are looked up in a cycle nearer by.
+std::optional<Fields> calendarFields(NSDate* date) {
+    const double interval = [date timeIntervalSinceReferenceDate];
+    if (!(std::abs(interval) < 0x1p63)) {
+        return std::nullopt;
+    }
+    const double cycle = std::floor(interval / kSecondsOfCycle);
+    const double shift = cycle - std::clamp(cycle, kFirstCycle, kLastCycle);
     NSCalendarDate* calendarDate = [[[NSCalendarDate alloc]
-        initWithTimeIntervalSinceReferenceDate:[date timeIntervalSinceReferenceDate]] autorelease];
-    return {[calendarDate yearOfCommonEra], [calendarDate monthOfYear],  [calendarDate dayOfMonth],
-            [calendarDate hourOfDay],       [calendarDate minuteOfHour], [calendarDate secondOfMinute]};
+        initWithTimeIntervalSinceReferenceDate:interval - shift * kSecondsOfCycle] autorelease];
+    return Fields{[calendarDate yearOfCommonEra] + static_cast<std::int64_t>(shift) * kYearsOfCycle,
+                  [calendarDate monthOfYear],
+                  [calendarDate dayOfMonth],
+                  [calendarDate hourOfDay],
+                  [calendarDate minuteOfHour],
+                  [calendarDate secondOfMinute]};
 }
 
 } // namespace
@@ -39,7 +59,11 @@ NSDate* NewNSDate(REALobject date) {
 }
 
 REALobject newHostDate(NSDate* date) {
-    const Fields fields = calendarFields(date);
+    const std::optional<Fields> found = calendarFields(date);
+    if (!found) {
+        return nullptr;
+    }
+    const Fields& fields = *found;
     OwnedObject result{REALnewInstance("Date")};
     if (!result) {
         return nullptr;

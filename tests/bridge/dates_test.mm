@@ -197,12 +197,47 @@ TEST(DateToHost, WithoutConstructorAndPropertiesIsADateAllTheSame) {
     });
 }
 
-TEST(DateToHost, DatesFarOffDoNoHarm) {
+std::vector<std::int64_t> utcFields(std::time_t time) {
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    return {parts.tm_year + std::int64_t{1900},
+            parts.tm_mon + 1,
+            parts.tm_mday,
+            parts.tm_hour,
+            parts.tm_min,
+            parts.tm_sec};
+}
+
+// Years before the Common Era count on from 0 downwards.
+TEST(DateToHost, DatesFarOffHaveTheirFields) {
+    constexpr std::time_t kYear0 = -62'167'219'200;
+    constexpr std::time_t kYear1 = -62'135'596'800;
+    constexpr std::time_t kYear401 = -49'512'816'000;
+    constexpr std::time_t kYear9601 = 240'822'288'000;
+    constexpr std::time_t kYear10001 = 253'445'068'800;
+    constexpr std::time_t kTrillion = 1'000'000'000'000;
     inBridge([](PluginHost& host) {
-        for (NSDate* date : {[NSDate distantPast],
-                             [NSDate distantFuture],
-                             [NSDate dateWithTimeIntervalSince1970:-62135596800.0],
-                             [NSDate dateWithTimeIntervalSince1970:1e12]}) {
+        useZone(@"UTC");
+        for (const std::time_t boundary : {kYear0, kYear1, kYear401, kYear9601, kYear10001, kTrillion,
+                                           -kTrillion, 60'000 * kTrillion, -60'000 * kTrillion}) {
+            for (const std::time_t time :
+                 {boundary - 86'400, boundary - 8, boundary, boundary + 86'400 * 59}) {
+                SCOPED_TRACE(std::to_string(time));
+                NSDate* date = [NSDate dateWithTimeIntervalSince1970:static_cast<double>(time)];
+                EXPECT_EQ(fieldsOf(host->adopt(newHostDate(date))), utcFields(time));
+            }
+        }
+    });
+}
+
+TEST(DateToHost, BeyondAnySecondThatCanBeCountedIsNull) {
+    inBridge([](PluginHost& host) {
+        constexpr double kInfinity = std::numeric_limits<double>::infinity();
+        for (const double seconds : {0x1p63, -0x1p64, 1e300, -1e300, kInfinity, -kInfinity}) {
+            EXPECT_EQ(newHostDate([NSDate dateWithTimeIntervalSinceReferenceDate:seconds]), nullptr);
+        }
+        for (const double seconds : {9e18, -9e18}) {
+            NSDate* date = [NSDate dateWithTimeIntervalSinceReferenceDate:seconds];
             EXPECT_TRUE(host->adopt(newHostDate(date)).isA("Date"));
         }
     });
