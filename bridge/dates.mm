@@ -13,18 +13,19 @@ namespace {
 constexpr std::array kFields{"Year", "Month", "Day", "Hour", "Minute", "Second"};
 using Fields = std::array<std::int64_t, kFields.size()>;
 
-constexpr double kSecondsOfCycle = 146'097.0 * 24 * 60 * 60; // the calendar repeats itself
+// The calendar repeats itself. Platforms need not come to an end over dates before the Common Era or far in
+// the future, so those are converted in a cycle nearer by.
+constexpr double kSecondsOfCycle = 146'097.0 * 24 * 60 * 60;
 constexpr std::int64_t kYearsOfCycle = 400;
-constexpr double kFirstCycle = -4; // counted from the reference date: the years 401 to 800
-constexpr double kLastCycle = 19;  // the years 9601 to 10000
 
-// Nothing for a moment that is no count of seconds. Calendars need not end when they are asked for the fields
-// of dates before the Common Era or far in the future, so those are looked up in a cycle nearer by.
+// Nothing for a moment that is no count of seconds.
 std::optional<Fields> calendarFields(NSDate* date) {
     const double interval = [date timeIntervalSinceReferenceDate];
     if (!(std::abs(interval) < 0x1p63)) {
         return std::nullopt;
     }
+    constexpr double kFirstCycle = -4; // counted from the reference date: the years 401 to 800
+    constexpr double kLastCycle = 19;  // the years 9601 to 10000
     const double cycle = std::floor(interval / kSecondsOfCycle);
     const double shift = cycle - std::clamp(cycle, kFirstCycle, kLastCycle);
     NSCalendarDate* calendarDate = [[[NSCalendarDate alloc]
@@ -35,6 +36,28 @@ std::optional<Fields> calendarFields(NSDate* date) {
                   [calendarDate hourOfDay],
                   [calendarDate minuteOfHour],
                   [calendarDate secondOfMinute]};
+}
+
+NSDate* dateWithFields(const Fields& fields) {
+    constexpr std::int64_t kFirstCycle = 1; // the years 400 to 799
+    constexpr std::int64_t kLastCycle = 24; // the years 9600 to 9999
+    const std::int64_t year = fields[0];
+    const std::int64_t cycle = year / kYearsOfCycle - (year % kYearsOfCycle < 0 ? 1 : 0);
+    const std::int64_t nearby = std::clamp(cycle, kFirstCycle, kLastCycle);
+    const std::int64_t yearOfCycle = (year % kYearsOfCycle + kYearsOfCycle) % kYearsOfCycle;
+    NSDate* date = [NSCalendarDate dateWithYear:static_cast<NSInteger>(nearby * kYearsOfCycle + yearOfCycle)
+                                          month:static_cast<NSUInteger>(fields[1])
+                                            day:static_cast<NSUInteger>(fields[2])
+                                           hour:static_cast<NSUInteger>(fields[3])
+                                         minute:static_cast<NSUInteger>(fields[4])
+                                         second:static_cast<NSUInteger>(fields[5])
+                                       timeZone:[NSTimeZone localTimeZone]];
+    if (date == nil || cycle == nearby) {
+        return date;
+    }
+    const double interval = [date timeIntervalSinceReferenceDate];
+    const double shift = static_cast<double>(cycle - nearby) * kSecondsOfCycle;
+    return [[[NSDate alloc] initWithTimeIntervalSinceReferenceDate:interval + shift] autorelease];
 }
 
 } // namespace
@@ -49,13 +72,7 @@ NSDate* NewNSDate(REALobject date) {
             return nil;
         }
     }
-    return [NSCalendarDate dateWithYear:static_cast<NSInteger>(fields[0])
-                                  month:static_cast<NSUInteger>(fields[1])
-                                    day:static_cast<NSUInteger>(fields[2])
-                                   hour:static_cast<NSUInteger>(fields[3])
-                                 minute:static_cast<NSUInteger>(fields[4])
-                                 second:static_cast<NSUInteger>(fields[5])
-                               timeZone:[NSTimeZone localTimeZone]];
+    return dateWithFields(fields);
 }
 
 REALobject newHostDate(NSDate* date) {

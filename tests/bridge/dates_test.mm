@@ -42,6 +42,17 @@ std::vector<std::int64_t> fieldsOf(const Object& date) {
     return fields;
 }
 
+std::vector<std::int64_t> utcFields(std::time_t time) {
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    return {parts.tm_year + std::int64_t{1900},
+            parts.tm_mon + 1,
+            parts.tm_mday,
+            parts.tm_hour,
+            parts.tm_min,
+            parts.tm_sec};
+}
+
 void useZone(NSString* name) {
     setenv("TZ", [name UTF8String], 1);
     tzset();
@@ -133,6 +144,26 @@ TEST(DateToCocoa, FieldsOutsideTheCalendarDoNoHarm) {
     }
 }
 
+// Years before the Common Era count on from 0 downwards.
+TEST(DateToCocoa, YearsFarOffAreCounted) {
+    inBridge([](PluginHost& host) {
+        useZone(@"UTC");
+        for (const std::int64_t year :
+             {0, 1, -1, -4, -400, 399, 400, 9'999, 10'000, 10'001, 200'000'000, -200'000'000}) {
+            for (const std::int64_t month : {1, 3, 12}) {
+                SCOPED_TRACE(std::to_string(year) + "-" + std::to_string(month));
+                NSDate* date = NewNSDate(host->date(year, month, 28, 12, 30, 59).handle());
+                const auto time = static_cast<std::time_t>([date timeIntervalSince1970]);
+                EXPECT_THAT(utcFields(time), ElementsAre(year, month, 28, 12, 30, 59));
+            }
+        }
+        constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+        for (const std::int64_t year : {kMost, -kMost, kMost / 1'000, -kMost - 1}) {
+            EXPECT_NE(NewNSDate(host->date(year).handle()), nil);
+        }
+    });
+}
+
 // ---- to the host
 
 TEST(DateToHost, HasTheFieldsOfTheProcesssTimeZone) {
@@ -195,17 +226,6 @@ TEST(DateToHost, WithoutConstructorAndPropertiesIsADateAllTheSame) {
         host->entryPoints().refuse("REALSetPropValueInteger");
         EXPECT_TRUE(host->adopt(newHostDate([NSDate date])).isA("Date"));
     });
-}
-
-std::vector<std::int64_t> utcFields(std::time_t time) {
-    std::tm parts{};
-    gmtime_r(&time, &parts);
-    return {parts.tm_year + std::int64_t{1900},
-            parts.tm_mon + 1,
-            parts.tm_mday,
-            parts.tm_hour,
-            parts.tm_min,
-            parts.tm_sec};
 }
 
 // Years before the Common Era count on from 0 downwards.
