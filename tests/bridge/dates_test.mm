@@ -4,9 +4,12 @@
 
 #include "tests/bridge/bridge_host.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <limits>
+#include <random>
+#include <vector>
 
 #import <Foundation/Foundation.h>
 
@@ -125,23 +128,50 @@ TEST(DateToCocoa, ReadsItsFieldsInOrderUntilOneIsMissing) {
     }
 }
 
-// The platform decides what they mean; nothing may be lost over them.
-TEST(DateToCocoa, FieldsOutsideTheCalendarDoNoHarm) {
-    constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
-    for (std::size_t field = 0; field < kFields.size(); ++field) {
-        for (const std::int64_t value : {kLeast, std::int64_t{0}, std::int64_t{13}, std::int64_t{32},
-                                         std::int64_t{61}, std::int64_t{10'000}, std::int64_t{1} << 32}) {
-            SCOPED_TRACE(std::string(kFields[field]) + " " + std::to_string(value));
-            inBridge([&](PluginHost& host) {
-                std::array<std::int64_t, 6> fields{2001, 2, 3, 4, 5, 6};
-                fields[field] = value;
-                const Object date =
-                    host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
-                id converted = NewNSDate(date.handle());
-                EXPECT_TRUE(converted == nil || [converted isKindOfClass:[NSDate class]]);
-            });
+// As the C library counts them.
+TEST(DateToCocoa, FieldsOutsideTheCalendarCountOn) {
+    inBridge([](PluginHost& host) {
+        useZone(@"UTC");
+        std::mt19937 random(1);
+        for (int round = 0; round < 300; ++round) {
+            std::array<int, 6> fields{};
+            fields[0] = std::uniform_int_distribution(1000, 9000)(random);
+            for (std::size_t field = 1; field < fields.size(); ++field) {
+                fields[field] = std::uniform_int_distribution(-5000, 5000)(random);
+            }
+            std::tm expected{};
+            expected.tm_year = fields[0] - 1900;
+            expected.tm_mon = fields[1] - 1;
+            expected.tm_mday = fields[2];
+            expected.tm_hour = fields[3];
+            expected.tm_min = fields[4];
+            expected.tm_sec = fields[5];
+            const Object date = host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
+            EXPECT_EQ([NewNSDate(date.handle()) timeIntervalSince1970],
+                      static_cast<double>(timegm(&expected)))
+                << testing::PrintToString(fields);
         }
-    }
+    });
+}
+
+TEST(DateToCocoa, FieldsOfAnySizeDoNoHarm) {
+    inBridge([](PluginHost& host) {
+        constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
+        constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+        const std::vector<std::int64_t> values{
+            kLeast, kLeast + 1, -(std::int64_t{1} << 40), -1,        0,
+            1,      32,         std::int64_t{1} << 32,    kMost - 1, kMost};
+        std::mt19937 random(2);
+        std::uniform_int_distribution<std::size_t> any(0, values.size() - 1);
+        for (int round = 0; round < 2000; ++round) {
+            std::array<std::int64_t, 6> fields{};
+            std::generate(fields.begin(), fields.end(), [&] { return values[any(random)]; });
+            const Object date = host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
+            id converted = NewNSDate(date.handle());
+            EXPECT_TRUE(converted == nil || [converted isKindOfClass:[NSDate class]]);
+        }
+        EXPECT_EQ(NewNSDate(host->date(2000, kLeast).handle()), nil) << "no month comes before it";
+    });
 }
 
 // Years before the Common Era count on from 0 downwards.
