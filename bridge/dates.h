@@ -11,5 +11,6 @@
 NSDate* NewNSDate(REALobject date);
 
 // A new host Date with the calendar fields that the date has in the process's time zone, with one lock that
-// is the caller's; null where the host has no Date.
+// is the caller's; the year before 1 is 0. Null where the host has no Date, and for a date too far off to be
+// counted in seconds.
 REALobject newHostDate(NSDate* date);

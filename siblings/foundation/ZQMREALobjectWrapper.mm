@@ -1,6 +1,6 @@
 // Carries a host object through Cocoa.
 
-#include "plugin/entry_points.h"
+#include "plugin/host_handles.h"
 
 #import <Foundation/Foundation.h>
 
@@ -8,7 +8,7 @@
     REALobject hostObject; // with one lock
 }
 
-// Autoreleased; nil for a null object.
+// Autoreleased; nil for a null object and from a host that can't lock one.
 + (id)wrap:(REALobject)object;
 
 // With one lock that is the caller's.
@@ -22,9 +22,12 @@
     if (object == nullptr) {
         return nil;
     }
+    OwnedObject lock = locked(object);
+    if (!lock) {
+        return nil;
+    }
     ZQMREALobjectWrapper* wrapper = [[[self alloc] init] autorelease];
-    REALLockObject(object);
-    wrapper->hostObject = object;
+    wrapper->hostObject = lock.release();
     return wrapper;
 }
 

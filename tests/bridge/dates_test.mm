@@ -4,9 +4,12 @@
 
 #include "tests/bridge/bridge_host.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <limits>
+#include <random>
+#include <vector>
 
 #import <Foundation/Foundation.h>
 
@@ -40,6 +43,17 @@ std::vector<std::int64_t> fieldsOf(const Object& date) {
         fields.push_back(date.get(name).asInteger());
     }
     return fields;
+}
+
+std::vector<std::int64_t> utcFields(std::time_t time) {
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    return {parts.tm_year + std::int64_t{1900},
+            parts.tm_mon + 1,
+            parts.tm_mday,
+            parts.tm_hour,
+            parts.tm_min,
+            parts.tm_sec};
 }
 
 void useZone(NSString* name) {
@@ -114,23 +128,70 @@ TEST(DateToCocoa, ReadsItsFieldsInOrderUntilOneIsMissing) {
     }
 }
 
-// The platform decides what they mean; nothing may be lost over them.
-TEST(DateToCocoa, FieldsOutsideTheCalendarDoNoHarm) {
-    constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
-    for (std::size_t field = 0; field < kFields.size(); ++field) {
-        for (const std::int64_t value : {kLeast, std::int64_t{0}, std::int64_t{13}, std::int64_t{32},
-                                         std::int64_t{61}, std::int64_t{10'000}, std::int64_t{1} << 32}) {
-            SCOPED_TRACE(std::string(kFields[field]) + " " + std::to_string(value));
-            inBridge([&](PluginHost& host) {
-                std::array<std::int64_t, 6> fields{2001, 2, 3, 4, 5, 6};
-                fields[field] = value;
-                const Object date =
-                    host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
-                id converted = NewNSDate(date.handle());
-                EXPECT_TRUE(converted == nil || [converted isKindOfClass:[NSDate class]]);
-            });
+// As the C library counts them.
+TEST(DateToCocoa, FieldsOutsideTheCalendarCountOn) {
+    inBridge([](PluginHost& host) {
+        useZone(@"UTC");
+        std::mt19937 random(1);
+        for (int round = 0; round < 300; ++round) {
+            std::array<int, 6> fields{};
+            fields[0] = std::uniform_int_distribution(1000, 9000)(random);
+            for (std::size_t field = 1; field < fields.size(); ++field) {
+                fields[field] = std::uniform_int_distribution(-5000, 5000)(random);
+            }
+            std::tm expected{};
+            expected.tm_year = fields[0] - 1900;
+            expected.tm_mon = fields[1] - 1;
+            expected.tm_mday = fields[2];
+            expected.tm_hour = fields[3];
+            expected.tm_min = fields[4];
+            expected.tm_sec = fields[5];
+            const Object date = host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
+            EXPECT_EQ([NewNSDate(date.handle()) timeIntervalSince1970],
+                      static_cast<double>(timegm(&expected)))
+                << testing::PrintToString(fields);
         }
-    }
+    });
+}
+
+TEST(DateToCocoa, FieldsOfAnySizeDoNoHarm) {
+    inBridge([](PluginHost& host) {
+        constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
+        constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+        const std::vector<std::int64_t> values{
+            kLeast, kLeast + 1, -(std::int64_t{1} << 40), -1,        0,
+            1,      32,         std::int64_t{1} << 32,    kMost - 1, kMost};
+        std::mt19937 random(2);
+        std::uniform_int_distribution<std::size_t> any(0, values.size() - 1);
+        for (int round = 0; round < 2000; ++round) {
+            std::array<std::int64_t, 6> fields{};
+            std::generate(fields.begin(), fields.end(), [&] { return values[any(random)]; });
+            const Object date = host->date(fields[0], fields[1], fields[2], fields[3], fields[4], fields[5]);
+            id converted = NewNSDate(date.handle());
+            EXPECT_TRUE(converted == nil || [converted isKindOfClass:[NSDate class]]);
+        }
+        EXPECT_EQ(NewNSDate(host->date(2000, kLeast).handle()), nil) << "no month comes before it";
+    });
+}
+
+// Years before the Common Era count on from 0 downwards.
+TEST(DateToCocoa, YearsFarOffAreCounted) {
+    inBridge([](PluginHost& host) {
+        useZone(@"UTC");
+        for (const std::int64_t year :
+             {0, 1, -1, -4, -400, 399, 400, 9'999, 10'000, 10'001, 200'000'000, -200'000'000}) {
+            for (const std::int64_t month : {1, 3, 12}) {
+                SCOPED_TRACE(std::to_string(year) + "-" + std::to_string(month));
+                NSDate* date = NewNSDate(host->date(year, month, 28, 12, 30, 59).handle());
+                const auto time = static_cast<std::time_t>([date timeIntervalSince1970]);
+                EXPECT_THAT(utcFields(time), ElementsAre(year, month, 28, 12, 30, 59));
+            }
+        }
+        constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+        for (const std::int64_t year : {kMost, -kMost, kMost / 1'000, -kMost - 1}) {
+            EXPECT_NE(NewNSDate(host->date(year).handle()), nil);
+        }
+    });
 }
 
 // ---- to the host
@@ -197,12 +258,36 @@ TEST(DateToHost, WithoutConstructorAndPropertiesIsADateAllTheSame) {
     });
 }
 
-TEST(DateToHost, DatesFarOffDoNoHarm) {
+// Years before the Common Era count on from 0 downwards.
+TEST(DateToHost, DatesFarOffHaveTheirFields) {
+    constexpr std::time_t kYear0 = -62'167'219'200;
+    constexpr std::time_t kYear1 = -62'135'596'800;
+    constexpr std::time_t kYear401 = -49'512'816'000;
+    constexpr std::time_t kYear9601 = 240'822'288'000;
+    constexpr std::time_t kYear10001 = 253'445'068'800;
+    constexpr std::time_t kTrillion = 1'000'000'000'000;
     inBridge([](PluginHost& host) {
-        for (NSDate* date : {[NSDate distantPast],
-                             [NSDate distantFuture],
-                             [NSDate dateWithTimeIntervalSince1970:-62135596800.0],
-                             [NSDate dateWithTimeIntervalSince1970:1e12]}) {
+        useZone(@"UTC");
+        for (const std::time_t boundary : {kYear0, kYear1, kYear401, kYear9601, kYear10001, kTrillion,
+                                           -kTrillion, 60'000 * kTrillion, -60'000 * kTrillion}) {
+            for (const std::time_t time :
+                 {boundary - 86'400, boundary - 8, boundary, boundary + 86'400 * 59}) {
+                SCOPED_TRACE(std::to_string(time));
+                NSDate* date = [NSDate dateWithTimeIntervalSince1970:static_cast<double>(time)];
+                EXPECT_EQ(fieldsOf(host->adopt(newHostDate(date))), utcFields(time));
+            }
+        }
+    });
+}
+
+TEST(DateToHost, BeyondAnySecondThatCanBeCountedIsNull) {
+    inBridge([](PluginHost& host) {
+        constexpr double kInfinity = std::numeric_limits<double>::infinity();
+        for (const double seconds : {0x1p63, -0x1p64, 1e300, -1e300, kInfinity, -kInfinity}) {
+            EXPECT_EQ(newHostDate([NSDate dateWithTimeIntervalSinceReferenceDate:seconds]), nullptr);
+        }
+        for (const double seconds : {9e18, -9e18}) {
+            NSDate* date = [NSDate dateWithTimeIntervalSinceReferenceDate:seconds];
             EXPECT_TRUE(host->adopt(newHostDate(date)).isA("Date"));
         }
     });

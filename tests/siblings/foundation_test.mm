@@ -3,6 +3,7 @@
 #include "plugin/autorelease_pool.h"
 #include "plugin/sibling_methods.h"
 #include "tests/bridge/counted_objects.h"
+#include "tests/support/fresh_process.h"
 
 #include <zqmplatform/type_instances.h>
 
@@ -252,6 +253,17 @@ TEST_F(FoundationTest, CarrierKeepsAHostObject) {
     EXPECT_EQ([carrier wrap:nullptr], nil);
     pool.reset();
     EXPECT_EQ(host.ledger().objects.locks, 1) << "one's own";
+}
+
+TEST_F(FoundationTest, CarrierOfAHostThatCantLockIsNone) {
+    zqm::support::inFreshProcess([&] {
+        Class<Carrier> const carrier = objc_getClass("ZQMREALobjectWrapper");
+        const Object object = host.date(2020);
+        host.entryPoints().refuse("REALLockObject");
+        EXPECT_EQ([carrier wrap:object.handle()], nil);
+        pool.reset();
+        EXPECT_EQ(host.ledger().objects.locks, 1) << "one's own";
+    });
 }
 
 } // namespace
