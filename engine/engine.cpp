@@ -227,7 +227,8 @@ void Engine::handle(protocol::SetLexicon& request) {
 
 void Engine::handle(const protocol::GetPhonemes& request) {
     const protocol::Voice* const voice = speaker_.findVoice(request.voice);
-    report(protocol::Phonemes{voice == nullptr ? std::string() : speaker_.phonemes(request.text, *voice)});
+    report(protocol::Phonemes{voice == nullptr ? std::string()
+                                               : speaker_.phonemes(request.text, *voice, request.manner)});
 }
 
 void Engine::report(const protocol::Event& event) {

@@ -145,7 +145,10 @@ Json write(const SetLexicon& request) {
 }
 
 Json write(const GetPhonemes& request) {
-    return {{"type", "phonemes"}, {"text", request.text}, {"voice", request.voice}};
+    return {{"type", "phonemes"},
+            {"text", request.text},
+            {"voice", request.voice},
+            {"manner", write(request.manner)}};
 }
 
 Json write(const Voices& voices) {
@@ -334,6 +337,7 @@ Request readRequest(Members& members, std::string_view type) {
         GetPhonemes request;
         request.text = members.string("text");
         request.voice = members.string("voice");
+        request.manner = readManner(members);
         return request;
     }
     throw Malformed();

@@ -126,10 +126,11 @@ struct SetLexicon {
     bool operator==(const SetLexicon&) const = default;
 };
 
-// Asks for the phoneme symbols of a text.
+// Asks for the phoneme symbols of a text, as it would be spoken.
 struct GetPhonemes {
     std::string text;
     std::string voice;
+    Manner manner{}; // its spelling modes count: the text is words, whatever else is to be spoken
 
     bool operator==(const GetPhonemes&) const = default;
 };

@@ -54,6 +54,8 @@ std::filesystem::path dataFolder() {
 // The code of a mistake in phoneme symbols.
 constexpr int kBadInputText = -247;
 
+constexpr unsigned int kSynthFlags = espeakCHARS_UTF8 | espeakPHONEMES;
+
 // Seconds of a pause that is told.
 constexpr double kShortestSilence = 0.05;
 
@@ -71,6 +73,11 @@ Collector* collector = nullptr;
 // Not given, or none: the voice's own.
 double number(std::optional<double> given, double own) {
     return given && !std::isnan(*given) ? *given : own;
+}
+
+SpellingModes spellingModes(const protocol::Manner& manner) {
+    return {manner.characters.value_or(protocol::SpellingMode::Normal),
+            manner.numbers.value_or(protocol::SpellingMode::Normal)};
 }
 
 void collectEvent(const espeak_EVENT& event) {
@@ -112,6 +119,14 @@ int collect(short* samples, int count, espeak_EVENT* events) {
         collector->samples.insert(collector->samples.end(), samples, samples + count);
     }
     return 0;
+}
+
+Collector spoken(const EspeakText& text, unsigned int flags) {
+    Collector collected{.spoken = &text};
+    collector = &collected;
+    espeak_Synth(text.text().c_str(), text.text().size() + 1, 0, POS_CHARACTER, 0, flags, nullptr, nullptr);
+    collector = nullptr;
+    return collected;
 }
 
 } // namespace
@@ -160,15 +175,20 @@ std::vector<LexiconProblem> Speaker::setLexicon(std::vector<protocol::LexiconDic
     return lexiconProblems(dictionaries_, set_);
 }
 
-std::string Speaker::phonemes(const std::string& text, const protocol::Voice& voice) {
-    if (!load(voice.identifier)) {
+std::string Speaker::phonemes(const std::string& text, const protocol::Voice& voice,
+                              const protocol::Manner& manner) {
+    if (!setVoice(voice) || !load(voice.identifier)) {
         return {};
     }
-    EspeakText readable;
-    for (const char32_t character : fromUtf8(text)) {
-        readable.add(character, 0);
-    }
-    return textPhonemes(readable.text(), phonemeSet(voice));
+    // It takes phonemes in what it translates as it was told when it spoke last.
+    spoken({}, kSynthFlags);
+    Piece whole{.text = fromUtf8(text), .words = {}};
+    // Each bracket would be a pause.
+    std::replace_if(
+        whole.text.begin(), whole.text.end(),
+        [](char32_t character) { return character == U'[' || character == U']'; }, U' ');
+    whole.words = WordFinder().find(whole.text);
+    return textPhonemes(spokenText(whole, {.spelling = spellingModes(manner)}, lexicon_).text(), set_);
 }
 
 bool Speaker::load(const std::string& name) {
@@ -215,20 +235,14 @@ void Speaker::prepare() {
 
 Speech Speaker::synthesize(const Piece& piece, std::optional<bool> emphasis) {
     prepare();
-    const SpellingModes spelling{manner_.characters.value_or(protocol::SpellingMode::Normal),
-                                 manner_.numbers.value_or(protocol::SpellingMode::Normal)};
-    const SpokenManner manner{spelling, emphasis, rate()};
+    const SpokenManner manner{spellingModes(manner_), emphasis, rate()};
     std::vector<SymbolMistake> mistakes;
     const bool isText = manner_.input.value_or(protocol::InputMode::Text) == protocol::InputMode::Text;
-    const EspeakText spoken =
+    const EspeakText text =
         isText ? spokenText(piece, manner, lexicon_) : spokenSymbols(piece, manner, set_, mistakes);
 
-    Collector collected{.spoken = &spoken};
-    collector = &collected;
-    const unsigned int flags = espeakCHARS_UTF8 | espeakPHONEMES | (piece.endsSentence ? espeakENDPAUSE : 0U);
-    espeak_Synth(spoken.text().c_str(), spoken.text().size() + 1, 0, POS_CHARACTER, 0, flags, nullptr,
-                 nullptr);
-    collector = nullptr;
+    const unsigned int flags = kSynthFlags | (piece.endsSentence ? espeakENDPAUSE : 0U);
+    Collector collected = spoken(text, flags);
 
     Speech speech;
     speech.phonemes =

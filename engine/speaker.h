@@ -66,8 +66,10 @@ public:
     // Replaces the lexicon. Entries that can't be used are left out, and answered.
     std::vector<LexiconProblem> setLexicon(std::vector<protocol::LexiconDictionary> dictionaries);
 
-    // The phoneme symbols of a text in UTF-8, as a voice speaks it.
-    std::string phonemes(const std::string& text, const protocol::Voice& voice);
+    // The phoneme symbols of a text in UTF-8, as a voice speaks it with the lexicon and the spelling modes of
+    // a manner. The voice is set then.
+    std::string phonemes(const std::string& text, const protocol::Voice& voice,
+                         const protocol::Manner& manner = {});
 
 private:
     [[nodiscard]] PhonemeSet phonemeSet(const protocol::Voice& voice) const;

@@ -2,6 +2,7 @@
 
 #include "engine/phoneme_text.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <espeak-ng/speak_lib.h>
 #include <string_view>
@@ -11,20 +12,17 @@ namespace zqm::engine {
 
 namespace {
 
-// espeak-ng may take brackets for phonemes of its own, as it was told when it spoke last.
-std::string withoutBrackets(std::string text) {
-    for (char& character : text) {
-        character = character == '[' || character == ']' ? ' ' : character;
-    }
-    return text;
-}
-
-// The last of the marks of punctuation in a part of a text; a zero byte when there is none.
+// The last of the marks of punctuation in a part of a text, outside phonemes; a zero byte when there is none.
 char lastPunctuation(std::string_view part) {
     char last = '\0';
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(part.data());
     const auto length = static_cast<std::int32_t>(part.size());
     for (std::int32_t at = 0; at < length;) {
+        if (part.substr(static_cast<std::size_t>(at)).starts_with("[[")) {
+            at = static_cast<std::int32_t>(
+                std::min(part.find("]]", static_cast<std::size_t>(at)), part.size()));
+            continue;
+        }
         UChar32 character = 0;
         U8_NEXT(bytes, at, length, character);
         const char punctuation = punctuationFor(static_cast<char32_t>(character));
@@ -48,14 +46,13 @@ std::string_view clauseOf(std::string_view taken, bool isLast) {
 } // namespace
 
 std::string textPhonemes(const std::string& text, const PhonemeSet& set) {
-    const std::string readable = withoutBrackets(text);
     std::string symbols;
-    const void* rest = readable.c_str();
+    const void* rest = text.c_str();
     while (rest != nullptr) {
         const auto* const begin = static_cast<const char*>(rest);
         const char* const phonemes = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, kPhonemeMode);
         const bool isLast = rest == nullptr;
-        const char* const end = isLast ? readable.c_str() + readable.size() : static_cast<const char*>(rest);
+        const char* const end = isLast ? text.c_str() + text.size() : static_cast<const char*>(rest);
         const std::string clause = symbolText(phonemes == nullptr ? "" : phonemes, set);
         if (clause.empty()) {
             continue;

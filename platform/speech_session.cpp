@@ -229,8 +229,7 @@ void SpeechSession::setLexicon(std::vector<protocol::LexiconDictionary> dictiona
     }
 }
 
-std::optional<std::string> SpeechSession::phonemes(const std::string& text, const std::string& voice,
-                                                   std::string& error) {
+std::optional<std::string> SpeechSession::phonemes(const protocol::GetPhonemes& request, std::string& error) {
     if (!owner_.isCurrent()) {
         error = kForked;
         return std::nullopt;
@@ -240,7 +239,7 @@ std::optional<std::string> SpeechSession::phonemes(const std::string& text, cons
     bool isUsed = link_ != nullptr;
     std::optional<std::string> phonemes;
     do {
-        phonemes = openLink(error) ? askPhonemes({text, voice}, error) : std::nullopt;
+        phonemes = openLink(error) ? askPhonemes(request, error) : std::nullopt;
     } while (!phonemes && link_ == nullptr && std::exchange(isUsed, false));
     tellHub();
     return phonemes;

@@ -90,9 +90,8 @@ public:
     // Replaces the lexicon, for the utterances to come.
     void setLexicon(std::vector<protocol::LexiconDictionary> dictionaries);
 
-    // The phoneme symbols of a text; nothing when no engine answers, and `error` says why.
-    std::optional<std::string> phonemes(const std::string& text, const std::string& voice,
-                                        std::string& error);
+    // Nothing when no engine answers, and `error` says why.
+    std::optional<std::string> phonemes(const protocol::GetPhonemes& request, std::string& error);
 
     // Reads what has come.
     void takeMessages();

@@ -123,7 +123,7 @@ NSString* Synthesizer::phonemes(NSString* text) {
     std::string symbols;
     for (const std::string& portion : portionsOf(utf8Of(text), kPhonemePortion)) {
         std::string error;
-        const auto answer = session_.phonemes(portion, voice_->identifier, error);
+        const auto answer = session_.phonemes({portion, voice_->identifier, manner_}, error);
         if (!answer) {
             NSLog(@"Phonemes can't be told: %s", error.c_str());
             return nil;

@@ -76,7 +76,6 @@ INSTANTIATE_TEST_SUITE_P(Punctuation, TextAsSymbols,
                                          Pronounced{kAmerican, "dog, dog; dog: dog! dog? dog...",
                                                     "_d1AOg, _d1AOg; _d1AOg: _d1AOg! _d1AOg? _d1AOg."},
                                          Pronounced{kAmerican, "dog!", "_d1AOg!"},
-                                         Pronounced{kAmerican, "[[dog]]", "_d1AOg."},
                                          Pronounced{kAmerican, "dog. Boy", "_d1AOg. _b1OY."}));
 
 TEST(SymbolsAsInput, AreReadAsEspeakReadsPhonemes) {

@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
         Request(Adjust{7, {.numbers = SpellingMode::Literal}}), Request(Adjust{7, {}}), Request(SetLexicon{}),
         Request(SetLexicon{{{"en_US", "2024-01-31 12:00:00 +0000", {{"about", "AXbUWt"}, {"", ""}}, {}},
                             {"", "", {}, {{"Dr", "dAAktIXr"}}}}}),
-        Request(GetPhonemes{"dog \xF0\x9F\x98\x80", "gmw/en"}), Request(GetPhonemes{})));
+        Request(GetPhonemes{"dog \xF0\x9F\x98\x80", "gmw/en", kWholeManner}), Request(GetPhonemes{})));
 
 class EventRoundTrip : public testing::TestWithParam<Event> {};
 
@@ -182,7 +182,9 @@ INSTANTIATE_TEST_SUITE_P(
         speakWith(R"("text":"t","voice":"v","delimiters":{"prefix":"[[","suffix":"]]"})"),
         R"({"type":"lexicon"})", R"({"type":"lexicon","dictionaries":{}})",
         R"({"type":"lexicon","dictionaries":[1]})", R"({"type":"phonemes","text":"t"})",
-        R"({"type":"phonemes","voice":"v"})", R"({"type":"phonemes","text":1,"voice":"v"})"));
+        R"({"type":"phonemes","voice":"v"})", R"({"type":"phonemes","text":1,"voice":"v","manner":{}})",
+        R"({"type":"phonemes","text":"t","voice":"v"})",
+        R"({"type":"phonemes","text":"t","voice":"v","manner":1})"));
 
 class MalformedManner : public testing::TestWithParam<std::string> {};
 

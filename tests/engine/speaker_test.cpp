@@ -406,6 +406,41 @@ void expectWordsAt(const Spoken& spoken, const std::vector<std::vector<int>>& wo
     }
 }
 
+// ---- phonemes of a text
+
+std::string phonemesOf(const std::string& text, const Manner& manner = {}) {
+    return speaker().phonemes(text, *speaker().findVoice(kEnglish), manner);
+}
+
+TEST(SpeakerTextPhonemes, areThoseOfTheLexicon) {
+    EXPECT_EQ(phonemesOf("dog"), "_d1AOg.");
+    {
+        const WithLexicon lexicon({{"en_US", kNew, {{"dog", "k2AEt1AEN"}}, {{"Dr", "dAAktAXr"}}}});
+        EXPECT_EQ(phonemesOf("Dog, dogs"), "_k2AEt1AEN, _d1AOgz.");
+        EXPECT_EQ(phonemesOf("See dog"), "_s1IY _k2AEt1AEN.") << "a stress sign is no comma";
+        EXPECT_EQ(phonemesOf("Dr. dog!"), "_d1AAktAXr _k2AEt1AEN!");
+    }
+    EXPECT_EQ(phonemesOf("dog"), "_d1AOg.");
+}
+
+TEST(SpeakerTextPhonemes, areThoseOfCharactersAndDigits) {
+    for (const Manner& manner : {kCharacters, kNumbers, Manner{}}) {
+        for (const char* const text : {"1066", "dog", "The cat, 12."}) {
+            const std::string symbols = phonemesOf(text, manner);
+            EXPECT_EQ(sounds(speak(symbols, kSymbols)), sounds(speak(text, manner))) << symbols;
+        }
+    }
+    EXPECT_NE(phonemesOf("1066", kNumbers), phonemesOf("1066"));
+    EXPECT_NE(phonemesOf("dog", kCharacters), phonemesOf("dog"));
+    EXPECT_EQ(phonemesOf("dog", kSymbols), phonemesOf("dog")) << "the text is words";
+}
+
+TEST(SpeakerTextPhonemes, areNeverThoseThatATextNames) {
+    EXPECT_EQ(phonemesOf("[[dog]]"), "_d1AOg.");
+    EXPECT_EQ(phonemesOf("[[[dog]]]"), "_d1AOg.");
+    EXPECT_EQ(phonemesOf("dog [[ dog"), "_d1AOg _d1AOg.");
+}
+
 TEST(SpeakerWords, keepTheirTimesWhenSpelled) {
     expectWordsAt(speak("Cat dog, MP3 yes.", kCharacters),
                   {names("CAT"), names("DOG"), names("MP3"), names("YES")});

@@ -7,12 +7,16 @@
 #include "tests/support/temporary_folder.h"
 
 #include <csignal>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 
 namespace {
 
 using namespace zqm::platform::test;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
 
 std::string phonemesOf(NSSpeechSynthesizer* synthesizer, const std::string& text) {
     NSString* const phonemes = [synthesizer phonemesFromText:stringOf(text)];
@@ -34,6 +38,30 @@ TEST(SpeechPhonemes, AreInSymbols) {
     EXPECT_EQ("_tw1EHlv.", phonemesOf(speaker.synthesizer, "12"));
     EXPECT_EQ("", phonemesOf(speaker.synthesizer, ""));
     EXPECT_EQ(nil, [speaker.synthesizer phonemesFromText:nil]);
+}
+
+TEST(SpeechPhonemes, AreThoseOfDictionariesAndModes) {
+    const Speaker speaker(@"gmw/en-US");
+    NSDictionary* const entry =
+        [NSDictionary dictionaryWithObjectsAndKeys:@"dog", NSSpeechDictionaryEntrySpelling, @"kAEt",
+                                                   NSSpeechDictionaryEntryPhonemes, nil];
+    [speaker.synthesizer
+        addSpeechDictionary:[NSDictionary dictionaryWithObjectsAndKeys:@"en_US",
+                                                                       NSSpeechDictionaryLocaleIdentifier,
+                                                                       @"2024-02-29 23:59:00 +0000",
+                                                                       NSSpeechDictionaryModificationDate,
+                                                                       [NSArray arrayWithObject:entry],
+                                                                       NSSpeechDictionaryPronunciations,
+                                                                       [NSArray array],
+                                                                       NSSpeechDictionaryAbbreviations, nil]];
+    EXPECT_EQ("_k1AEt.", phonemesOf(speaker.synthesizer, "dog"));
+    EXPECT_EQ("_tw1EHlv.", phonemesOf(speaker.synthesizer, "12"));
+    EXPECT_THAT(phonemesOf(speaker.synthesizer, "cab"), Not(HasSubstr("s2IY")));
+    for (NSString* const mode : {NSSpeechNumberModeProperty, NSSpeechCharacterModeProperty}) {
+        ASSERT_TRUE([speaker.synthesizer setObject:NSSpeechModeLiteral forProperty:mode error:nullptr]);
+    }
+    EXPECT_THAT(phonemesOf(speaker.synthesizer, "12"), AllOf(HasSubstr("w1UXn"), HasSubstr("t1UW")));
+    EXPECT_THAT(phonemesOf(speaker.synthesizer, "cab"), AllOf(HasSubstr("s2IY"), HasSubstr("b1IY")));
 }
 
 TEST(SpeechPhonemes, AreThoseOfTheVoice) {
