@@ -170,12 +170,17 @@ void Engine::handle(protocol::Speak& request) {
         report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
         return;
     }
+    std::vector<LexiconProblem> problems;
+    if (lexicon_) {
+        problems = speaker_.setLexicon(std::move(lexicon_->dictionaries));
+        lexicon_.reset();
+    }
     if (!output && !request.text.empty()) {
         output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
     }
     utterance_.emplace(std::move(request), *voice, speaker_, std::move(output),
                        [this](const protocol::Event& event) { report(event); });
-    for (const LexiconProblem& problem : std::exchange(lexiconProblems_, {})) {
+    for (const LexiconProblem& problem : problems) {
         utterance_->announce(protocol::Problem{utterance_->number(), kBadDictionary, 0, describe(problem)});
     }
     utterance_->advance();
@@ -222,7 +227,7 @@ void Engine::handle(const protocol::Continue& request) {
 }
 
 void Engine::handle(protocol::SetLexicon& request) {
-    lexiconProblems_ = speaker_.setLexicon(std::move(request.dictionaries));
+    lexicon_ = std::move(request);
 }
 
 void Engine::handle(const protocol::GetPhonemes& request) {

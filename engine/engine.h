@@ -55,7 +55,7 @@ private:
     Speaker speaker_;
     std::vector<protocol::Descriptor> hosts_; // processes
     std::optional<int> exitCode_;
-    std::vector<LexiconProblem> lexiconProblems_; // not told yet
+    std::optional<protocol::SetLexicon> lexicon_; // for the next utterance, whose voice says how to read it
     std::uint64_t lastUtterance_ = 0;
     std::optional<Utterance> utterance_;
 };

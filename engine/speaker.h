@@ -63,7 +63,7 @@ public:
     // The first word may be spoken with more or less emphasis than usual.
     Speech synthesize(const Piece& piece, std::optional<bool> emphasis = std::nullopt);
 
-    // Replaces the lexicon. Entries that can't be used are left out, and answered.
+    // Replaces the lexicon, once a voice is set. Entries that can't be used are left out, and answered.
     std::vector<LexiconProblem> setLexicon(std::vector<protocol::LexiconDictionary> dictionaries);
 
     // The phoneme symbols of a text in UTF-8, as a voice speaks it with the lexicon and the spelling modes of

@@ -57,6 +57,13 @@ protected:
         return zqm::support::SoundFile(path).seconds();
     }
 
+    // Since it was asked last.
+    int errorCount() {
+        NSDictionary* const errors = [speaker_.synthesizer objectForProperty:NSSpeechErrorsProperty
+                                                                       error:nullptr];
+        return [[errors objectForKey:NSSpeechErrorCount] intValue];
+    }
+
     zqm::support::TemporaryFolder folder_;
     Speaker speaker_{@"gmw/en-US"};
     std::size_t spoken_ = 0;
@@ -156,6 +163,21 @@ TEST_F(SpeechDictionary, MayComeBeforeTheFirstText) {
     ASSERT_TRUE(fresh.say("about", (folder_ / "b.wav").string()) && fresh.runToEnd());
     EXPECT_GT(zqm::support::SoundFile(folder_ / "b.wav").seconds(), 1.7 * usual);
     EXPECT_NEAR(secondsOf("about"), usual, 0.05) << "it is of the one synthesizer";
+}
+
+TEST_F(SpeechDictionary, IsNoErrorBeforeTheFirstTextAndWithAnotherVoice) {
+    NSArray* const right = [NSArray arrayWithObject:entry(@"about", kLong)];
+    [speaker_.synthesizer addSpeechDictionary:dictionaryBut(NSSpeechDictionaryPronunciations, right)];
+    secondsOf("about");
+    EXPECT_EQ(errorCount(), 0);
+    [speaker_.synthesizer setVoice:@"gmw/de"];
+    [speaker_.synthesizer addSpeechDictionary:dictionaryBut(NSSpeechDictionaryLocaleIdentifier, @"de_DE")];
+    secondsOf("about");
+    EXPECT_EQ(errorCount(), 0);
+    NSArray* const wrong = [NSArray arrayWithObject:entry(@"about", @"444")];
+    [speaker_.synthesizer addSpeechDictionary:dictionaryBut(NSSpeechDictionaryPronunciations, wrong)];
+    secondsOf("about");
+    EXPECT_EQ(errorCount(), 1);
 }
 
 } // namespace
