@@ -73,9 +73,7 @@ bool SpeechSession::openLink(std::string& error) {
         error = "the system can't watch another engine";
         link_.reset();
     }
-    if (link_ && !lexicon_.empty()) {
-        link_->post(protocol::SetLexicon{lexicon_});
-    }
+    isLexiconKnown_ = lexicon_.empty();
     return link_ != nullptr;
 }
 
@@ -93,6 +91,9 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
     if (output) {
         message.output = output->description();
         descriptors = output->descriptors();
+    }
+    if (!std::exchange(isLexiconKnown_, true)) {
+        link_->post(protocol::SetLexicon{lexicon_});
     }
     if (!link_->send(message, std::move(descriptors), engineDeadline())) {
         return fail(kDeaf, error);
@@ -222,11 +223,9 @@ std::uint32_t SpeechSession::recentSync() {
     return sync_;
 }
 
-void SpeechSession::setLexicon(std::vector<protocol::LexiconDictionary> dictionaries) {
-    lexicon_ = std::move(dictionaries);
-    if (link_ && owner_.isCurrent()) {
-        link_->post(protocol::SetLexicon{lexicon_});
-    }
+void SpeechSession::addDictionary(protocol::LexiconDictionary dictionary) {
+    lexicon_.push_back(std::move(dictionary));
+    isLexiconKnown_ = false;
 }
 
 std::optional<std::string> SpeechSession::phonemes(const protocol::GetPhonemes& request, std::string& error) {

@@ -87,8 +87,8 @@ public:
     // Changes the rest of the utterance being spoken.
     void adjust(const protocol::Manner& manner);
 
-    // Replaces the lexicon, for the utterances to come.
-    void setLexicon(std::vector<protocol::LexiconDictionary> dictionaries);
+    // For the utterances to come.
+    void addDictionary(protocol::LexiconDictionary dictionary);
 
     // Nothing when no engine answers, and `error` says why.
     std::optional<std::string> phonemes(const protocol::GetPhonemes& request, std::string& error);
@@ -148,6 +148,7 @@ private:
     std::deque<Utterance> utterances_;            // not delivered to their end; only the last may be spoken
     std::map<std::uint64_t, OutputFile> outputs_; // being written
     std::vector<protocol::LexiconDictionary> lexicon_;
+    bool isLexiconKnown_ = true; // to the engine, which is told with the next utterance: once for all added
     Problems problems_;
     std::uint32_t sync_ = 0;
     std::string failure_;

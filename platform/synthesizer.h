@@ -10,7 +10,6 @@
 
 #include <map>
 #include <string>
-#include <vector>
 
 namespace zqm::platform {
 
@@ -59,7 +58,6 @@ private:
     protocol::Manner manner_{}; // what was set
     protocol::Delimiters delimiters_{};
     NSURL* output_ = nil;
-    std::vector<protocol::LexiconDictionary> lexicon_;
     std::map<std::uint64_t, NSString*> texts_; // of the utterances not delivered to their end
     SpeechSession session_{this};
 };

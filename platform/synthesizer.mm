@@ -141,8 +141,7 @@ void Synthesizer::addDictionary(NSDictionary* dictionary) {
         NSLog(@"Speech dictionary refused: %s", error.c_str());
         return;
     }
-    lexicon_.push_back(std::move(*entries));
-    session_.setLexicon(lexicon_);
+    session_.addDictionary(std::move(*entries));
 }
 
 NSString* Synthesizer::voice() const {

@@ -165,6 +165,20 @@ TEST_F(SpeechDictionary, MayComeBeforeTheFirstText) {
     EXPECT_NEAR(secondsOf("about"), usual, 0.05) << "it is of the one synthesizer";
 }
 
+TEST_F(SpeechDictionary, KeepsNoEngineBusyWhenManyAreAdded) {
+    secondsOf("about");
+    const std::vector<pid_t> engines = zqm::support::childrenOfThisProcess();
+    NSMutableArray* const entries = [NSMutableArray array];
+    for (int word = 0; word < 20; ++word) {
+        [entries addObject:entry(@"about", kLong)];
+    }
+    for (int count = 0; count < 1000; ++count) {
+        [speaker_.synthesizer addSpeechDictionary:only(NSSpeechDictionaryPronunciations, entries)];
+    }
+    secondsOf("about");
+    EXPECT_EQ(zqm::support::childrenOfThisProcess(), engines) << "it was given up as one that does not answer";
+}
+
 TEST_F(SpeechDictionary, IsNoErrorBeforeTheFirstTextAndWithAnotherVoice) {
     NSArray* const right = [NSArray arrayWithObject:entry(@"about", kLong)];
     [speaker_.synthesizer addSpeechDictionary:dictionaryBut(NSSpeechDictionaryPronunciations, right)];
