@@ -176,7 +176,8 @@ TEST_F(SpeechDictionary, KeepsNoEngineBusyWhenManyAreAdded) {
         [speaker_.synthesizer addSpeechDictionary:only(NSSpeechDictionaryPronunciations, entries)];
     }
     secondsOf("about");
-    EXPECT_EQ(zqm::support::childrenOfThisProcess(), engines) << "it was given up as one that does not answer";
+    EXPECT_EQ(zqm::support::childrenOfThisProcess(), engines)
+        << "it was given up as one that does not answer";
 }
 
 TEST_F(SpeechDictionary, IsNoErrorBeforeTheFirstTextAndWithAnotherVoice) {
