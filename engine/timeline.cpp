@@ -58,28 +58,30 @@ std::vector<Anchor> believable(const std::vector<Anchor>& reported) {
     return chosen;
 }
 
-// The phoneme that begins nearest to a sample, of those between two others.
-std::size_t nearestPhoneme(const std::vector<std::size_t>& phonemes, std::size_t sample, std::size_t from,
-                           std::size_t to) {
-    const auto next = std::lower_bound(phonemes.begin(), phonemes.end(), sample);
+using Phoneme = std::vector<std::size_t>::const_iterator;
+
+// The beginning nearest to a sample; none: that sample itself.
+std::size_t nearestPhoneme(Phoneme from, Phoneme to, std::size_t sample) {
     const auto distance = [sample](std::size_t other) {
         return other > sample ? other - sample : sample - other;
     };
-    std::size_t nearest = sample;
-    std::optional<std::size_t> least;
-    const auto consider = [&](std::size_t phoneme) {
-        if (phoneme >= from && phoneme <= to && (!least || distance(phoneme) < *least)) {
-            nearest = phoneme;
-            least = distance(phoneme);
-        }
-    };
-    if (next != phonemes.begin()) {
-        consider(*std::prev(next));
+    const auto nearest = std::min_element(
+        from, to, [&](std::size_t left, std::size_t right) { return distance(left) < distance(right); });
+    return nearest == to ? sample : *nearest;
+}
+
+// Where a word that wasn't reported begins, best at a sample, between the word before and the next reported
+// one. Where there are enough phonemes it gets one of its own, and so do the words that follow up to there.
+std::size_t beginningOf(std::size_t sample, const std::vector<std::size_t>& phonemes, std::size_t before,
+                        std::size_t next, std::size_t following) {
+    const auto end = std::lower_bound(phonemes.begin(), phonemes.end(), next);
+    const auto free = std::upper_bound(phonemes.begin(), end, before);
+    const auto needed = static_cast<std::ptrdiff_t>(following);
+    if (end - free > needed) {
+        return nearestPhoneme(free, end - needed, sample);
     }
-    if (next != phonemes.end()) {
-        consider(*next);
-    }
-    return nearest;
+    return nearestPhoneme(std::lower_bound(phonemes.begin(), phonemes.end(), before),
+                          std::upper_bound(end, phonemes.end(), next), sample);
 }
 
 } // namespace
@@ -106,9 +108,11 @@ std::vector<std::size_t> wordTimes(const std::vector<Word>& words, const Marks& 
         for (std::size_t index = last.word; index < next.word; ++index) {
             const std::size_t even = last.sample + span * passed / total;
             const std::size_t floor = index > last.word ? times[index - 1] : last.sample;
-            times[index] = index == last.word ? last.sample
-                                              : std::max(floor, nearestPhoneme(marks.phonemes, even, floor,
-                                                                               std::max(next.sample, floor)));
+            times[index] =
+                index == last.word
+                    ? last.sample
+                    : std::max(floor, beginningOf(even, marks.phonemes, floor, std::max(next.sample, floor),
+                                                  next.word - 1 - index));
             passed += words[index].codePoints.length();
         }
         last = {next.word, std::max(next.sample, last.sample), 0};

@@ -22,7 +22,8 @@ struct Marks {
 };
 
 // The sample at which each word begins: never decreasing, none beyond the end. Words that the synthesizer
-// reports believably have its time; the others stand between their neighbours, each at a phoneme's beginning.
+// reports believably have its time; the others stand between their neighbours, each at the beginning of a
+// phoneme of its own, if there are enough.
 std::vector<std::size_t> wordTimes(const std::vector<Word>& words, const Marks& marks);
 
 } // namespace zqm::engine

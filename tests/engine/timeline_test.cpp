@@ -37,6 +37,17 @@ TEST(WordTimes, ofMissingWordsStandAtPhonemes) {
     EXPECT_THAT(wordTimes(words(3), {{{0, 0}, {10, 80}}, {0, 20, 50, 80}, 100}), ElementsAre(0, 50, 80));
 }
 
+TEST(WordTimes, ofMissingWordsLeaveEachWordAPhoneme) {
+    EXPECT_THAT(wordTimes(words(3), {{{0, 0}, {10, 80}}, {0, 10, 80}, 100}), ElementsAre(0, 10, 80));
+    EXPECT_THAT(wordTimes(words(4), {{{0, 0}, {15, 90}}, {0, 10, 80, 90}, 100}), ElementsAre(0, 10, 80, 90));
+    EXPECT_THAT(wordTimes(words(4), {{{0, 0}, {15, 90}}, {0, 70, 80, 90}, 100}), ElementsAre(0, 70, 80, 90));
+    EXPECT_THAT(wordTimes(words(3), {{}, {0, 10, 20}, 90}), ElementsAre(0, 10, 20));
+}
+
+TEST(WordTimes, ofMoreWordsThanPhonemesShareThem) {
+    EXPECT_THAT(wordTimes(words(4), {{}, {0, 60}, 80}), ElementsAre(0, 0, 60, 60));
+}
+
 TEST(WordTimes, ofWordsBeforeTheFirstReportedBeginAtOnce) {
     EXPECT_THAT(wordTimes(words(3), {{{10, 80}}, {}, 100}), ElementsAre(0, 40, 80));
 }
