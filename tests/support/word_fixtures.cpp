@@ -139,6 +139,16 @@ std::vector<WordFixture> readAllWordFixtures() {
     return all;
 }
 
+void append(WordFixture& paragraph, const WordFixture& fixture) {
+    paragraph.text += '\n';
+    const std::size_t begin = toUtf16(paragraph.text).size();
+    paragraph.text += fixture.text;
+    for (const WordRange& word : fixture.words) {
+        paragraph.words.push_back({.position = begin + word.position, .length = word.length});
+    }
+    paragraph.cutOut.insert(paragraph.cutOut.end(), fixture.cutOut.begin(), fixture.cutOut.end());
+}
+
 } // namespace
 
 MarkedText parseMarkedText(std::string_view line) {
@@ -172,6 +182,21 @@ std::vector<WordFixture> readWordFixtures(const std::filesystem::path& file) {
 const std::vector<WordFixture>& wordFixtures() {
     static const std::vector<WordFixture> fixtures = readAllWordFixtures();
     return fixtures;
+}
+
+std::vector<WordFixture> wordFixtureParagraphs() {
+    std::map<std::string, WordFixture> paragraphs;
+    for (const WordFixture& fixture : wordFixtures()) {
+        const auto [paragraph, isNew] = paragraphs.emplace(fixture.voice, fixture);
+        if (!isNew) {
+            append(paragraph->second, fixture);
+        }
+    }
+    std::vector<WordFixture> all;
+    for (auto& [voice, paragraph] : paragraphs) {
+        all.push_back(std::move(paragraph));
+    }
+    return all;
 }
 
 } // namespace zqm::support

@@ -34,4 +34,7 @@ struct WordFixture : MarkedText {
 std::vector<WordFixture> readWordFixtures(const std::filesystem::path& file);
 const std::vector<WordFixture>& wordFixtures();
 
+// The fixtures of each voice as one text, a line each.
+std::vector<WordFixture> wordFixtureParagraphs();
+
 } // namespace zqm::support

@@ -74,5 +74,25 @@ TEST(WordFixtures, HoldTogether) {
     }
 }
 
+TEST(WordFixtures, OfAVoiceMakeAParagraph) {
+    std::set<std::string> voices;
+    std::size_t words = 0;
+    for (const WordFixture& paragraph : wordFixtureParagraphs()) {
+        SCOPED_TRACE(paragraph.voice);
+        EXPECT_TRUE(voices.insert(paragraph.voice).second);
+        ASSERT_EQ(paragraph.words.size(), paragraph.cutOut.size());
+        for (std::size_t index = 0; index < paragraph.words.size(); ++index) {
+            const WordRange& word = paragraph.words[index];
+            EXPECT_EQ(cut(paragraph.text, word.position, word.length), paragraph.cutOut[index]);
+        }
+        words += paragraph.words.size();
+    }
+    std::size_t expected = 0;
+    for (const WordFixture& fixture : wordFixtures()) {
+        expected += fixture.words.size();
+    }
+    EXPECT_EQ(words, expected);
+}
+
 } // namespace
 } // namespace zqm::support
