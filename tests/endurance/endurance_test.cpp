@@ -1,5 +1,6 @@
 // The loaded library over many utterances and objects: nothing may be left behind by one more.
 
+#include "tests/endurance/holdings.h"
 #include "tests/support/process_table.h"
 #include "tests/support/sibling_library.h"
 #include "tests/support/sound_file.h"
@@ -7,13 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <malloc.h>
 #include <string>
 #include <zqmhost/zqmhost.h>
 
 namespace {
 
+using zqm::endurance::Holdings;
+using zqm::endurance::residentPagesOf;
 using zqm::host::Arguments;
 using zqm::host::Object;
 using zqm::host::Runtime;
@@ -26,25 +27,6 @@ constexpr int kUtterances = 10'000;
 // Enough for a round to fill what the host keeps of handles whose last lock is gone.
 constexpr int kObjects = kUtterances / 25;
 constexpr zqm::host::Seconds kPatience{60};
-
-// Bytes that the process has allocated and not freed; 0 under a sanitizer, which keeps its own books.
-std::size_t allocatedBytes() {
-    return mallinfo2().uordblks;
-}
-
-std::size_t residentPagesOf(pid_t process) {
-    std::ifstream statm("/proc/" + std::to_string(process) + "/statm");
-    std::size_t size = 0;
-    std::size_t resident = 0;
-    statm >> size >> resident;
-    return resident;
-}
-
-struct Holdings {
-    std::size_t descriptors = zqm::support::openDescriptors();
-    std::size_t children = zqm::support::childrenOfThisProcess().size();
-    std::size_t bytes = allocatedBytes();
-};
 
 class Endurance : public testing::Test {
 protected:

@@ -1,0 +1,34 @@
+// What a host program and its engines hold of the machine.
+
+#pragma once
+
+#include "tests/support/process_table.h"
+
+#include <cstddef>
+#include <fstream>
+#include <malloc.h>
+#include <string>
+#include <sys/types.h>
+
+namespace zqm::endurance {
+
+// Bytes that this process has allocated and not freed; 0 under a sanitizer, which keeps its own books.
+inline std::size_t allocatedBytes() {
+    return mallinfo2().uordblks;
+}
+
+inline std::size_t residentPagesOf(pid_t process) {
+    std::ifstream statm("/proc/" + std::to_string(process) + "/statm");
+    std::size_t size = 0;
+    std::size_t resident = 0;
+    statm >> size >> resident;
+    return resident;
+}
+
+struct Holdings {
+    std::size_t descriptors = support::openDescriptors();
+    std::size_t children = support::childrenOfThisProcess().size();
+    std::size_t bytes = allocatedBytes();
+};
+
+} // namespace zqm::endurance
