@@ -1,6 +1,8 @@
 // Speech as it is heard.
 
+#include <algorithm>
 #include <chrono>
+#include <list>
 #include <string>
 #include <thread>
 #include <vector>
@@ -10,10 +12,12 @@
 #include "tests/live/speaker.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/process.h"
+#include "tests/support/process_table.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/sounded_parts.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/told_events.h"
 #include "tests/support/word_fixtures.h"
 
 namespace zqm::live {
@@ -32,6 +36,8 @@ constexpr const char* kLong =
 
 // Of the sound; what a busy machine makes a server stretch it by included.
 constexpr double kTolerance = 0.3;
+
+constexpr host::Seconds kPatience{300};
 
 class LiveSpeech : public testing::Test {
 protected:
@@ -90,6 +96,54 @@ TEST_F(LiveSpeech, OfTwoObjectsIsHeardAtOnce) {
     // One after the other would be as long as both together.
     const double longer = std::max(secondsInFile(first.text), secondsInFile(second.text));
     EXPECT_NEAR(support::heardSeconds(recording.samples(), recording.rate()), longer, kTolerance);
+}
+
+TEST_F(LiveSpeech, OfEightObjectsAtOnceLosesNoEvent) {
+    constexpr std::size_t kSpeakers = 8;
+    struct Object {
+        explicit Object(host::Runtime& runtime, const std::string& voice)
+            : object(runtime.construct("NSSpeechSynthesizerZQM", voice)) {
+            told.listenTo(object);
+        }
+        support::ToldEvents told;
+        host::Object object;
+    };
+    // Short enough to be listened to.
+    std::vector<support::WordFixture> paragraphs = support::wordFixtureParagraphs();
+    std::ranges::sort(paragraphs, {}, [](const support::WordFixture& each) { return each.words.size(); });
+    paragraphs.resize(kSpeakers);
+
+    // From the first speech on the process keeps some open for those to come.
+    secondsInFile(paragraphs.front().text);
+    const std::size_t descriptors = support::openDescriptors();
+    {
+        std::list<Object> inFiles;
+        std::list<Object> aloud;
+        for (const support::WordFixture& paragraph : paragraphs) {
+            const std::string url = "file://" + (folder_ / paragraph.place).string() + ".wav";
+            inFiles.emplace_back(runtime_, paragraph.voice);
+            ASSERT_TRUE(inFiles.back().object.call("startSpeakingString", paragraph.text, url).asBool());
+            aloud.emplace_back(runtime_, paragraph.voice);
+        }
+        auto paragraph = paragraphs.begin();
+        for (Object& each : aloud) {
+            ASSERT_TRUE(each.object.call("startSpeakingString", paragraph++->text).asBool());
+        }
+        const auto isOver = [](const Object& each) { return !each.told.ends.empty(); };
+        ASSERT_TRUE(runtime_.runUntil(
+            [&] { return std::ranges::all_of(aloud, isOver) && std::ranges::all_of(inFiles, isOver); },
+            kPatience));
+        for (paragraph = paragraphs.begin(); !aloud.empty(); ++paragraph) {
+            SCOPED_TRACE(paragraph->voice);
+            const support::ToldEvents& told = aloud.front().told;
+            EXPECT_EQ(told.words, paragraph->words);
+            EXPECT_EQ(told.phonemes, inFiles.front().told.phonemes);
+            EXPECT_EQ(told.ends, std::vector<bool>{true});
+            aloud.pop_front();
+            inFiles.pop_front();
+        }
+    }
+    EXPECT_EQ(support::openDescriptors(), descriptors);
 }
 
 TEST_F(LiveSpeech, GoesOnWithoutARunLoop) {

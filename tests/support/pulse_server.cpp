@@ -19,8 +19,9 @@ constexpr const char* kCookieVariable = "PULSE_COOKIE";
 
 } // namespace
 
-PulseServer::PulseServer(int rate)
-    : rate_(rate), folder_("zqm-pulse"), address_("unix:" + (folder_ / "native").string()) {
+PulseServer::PulseServer(int rate, int channels)
+    : rate_(rate), channels_(channels), folder_("zqm-pulse"),
+      address_("unix:" + (folder_ / "native").string()) {
     start();
 }
 
@@ -48,7 +49,8 @@ void PulseServer::start() {
             "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "--realtime=no",
             "--high-priority=no", "--log-target=stderr", "--log-level=error", "-L",
             "module-native-protocol-unix auth-anonymous=1 socket=" + (folder_ / "native").string(), "-L",
-            "module-null-sink sink_name=zqm rate=" + std::to_string(rate_)},
+            "module-null-sink sink_name=zqm format=s16ne rate=" + std::to_string(rate_) +
+                " channels=" + std::to_string(channels_)},
         options);
     const auto end = std::chrono::steady_clock::now() + kStartDeadline;
     while (!answers()) {

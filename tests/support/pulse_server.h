@@ -14,20 +14,21 @@ namespace zqm::support {
 
 inline constexpr int kPulseRate = 44100;
 
-// A PulseAudio server of the test's own, with one null sink, which plays in real time and is heard only
-// through its monitor. It reads no configuration of the user, keeps everything in a folder of its own, and
-// ends with the test whatever becomes of that.
+// A PulseAudio server of the test's own, with one null sink of 16 bits, which plays in real time and is heard
+// only through its monitor. It reads no configuration of the user, keeps everything in a folder of its own,
+// and ends with the test whatever becomes of that.
 class PulseServer {
 public:
     // Returns once the server answers; throws std::runtime_error with the server's own words when it
     // doesn't.
-    explicit PulseServer(int rate = kPulseRate);
+    explicit PulseServer(int rate = kPulseRate, int channels = 2);
 
     // What its clients need in their environment.
     std::map<std::string, std::optional<std::string>> environment() const;
     // PULSE_SERVER of that.
     const std::string& address() const { return address_; }
     int rate() const { return rate_; }
+    int channels() const { return channels_; }
 
     // Ends it with SIGKILL, as if it had crashed; its socket stays behind.
     void kill();
@@ -42,6 +43,7 @@ private:
     bool answers() const;
 
     int rate_;
+    int channels_;
     TemporaryFolder folder_;
     std::string address_;
     std::unique_ptr<Process> server_;
