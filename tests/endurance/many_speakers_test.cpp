@@ -22,7 +22,7 @@ using support::ToldEvents;
 using support::WordFixture;
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t kSpeakers = 16; // each has an engine, and these take several times as long to start
+constexpr std::size_t kSpeakers = 8; // each has an engine, and these take several times as long to start
 #else
 constexpr std::size_t kSpeakers = 64;
 #endif
