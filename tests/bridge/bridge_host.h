@@ -39,7 +39,7 @@ namespace zqm::bridge::test {
 // Runs the body with a host of that version. Afterwards, with everything autoreleased gone, the host must
 // have nothing to report, no exception that the body did not take, and every lock back.
 inline void inBridge(double version, const std::function<void(PluginHost&)>& body) {
-    zqm::support::inFreshProcess([&] {
+    zqm::support::inFork([&] {
         const AutoreleasePool ofHost;
         PluginHost host(version);
         const auto before = host->ledger();

@@ -21,10 +21,8 @@ void printFailures() {
     }
 }
 
-} // namespace
-
-void inFreshProcess(const std::function<void()>& body) {
-    testing::GTEST_FLAG(death_test_style) = "threadsafe"; // a new program, not a mere fork
+void inChild(const char* style, const std::function<void()>& body) {
+    testing::GTEST_FLAG(death_test_style) = style;
     EXPECT_EXIT(
         {
             try {
@@ -36,6 +34,20 @@ void inFreshProcess(const std::function<void()>& body) {
             std::exit(testing::Test::HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS);
         },
         testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+} // namespace
+
+void inFreshProcess(const std::function<void()>& body) {
+    inChild("threadsafe", body);
+}
+
+void inFork(const std::function<void()>& body) {
+#ifdef __APPLE__
+    inFreshProcess(body);
+#else
+    inChild("fast", body);
+#endif
 }
 
 } // namespace zqm::support

@@ -11,4 +11,8 @@ namespace zqm::support {
 // are this test's. What stands before it in the test, and a fixture's set-up, runs in that process too.
 void inFreshProcess(const std::function<void()>& body);
 
+// The same in a fork of this process, where that works: much sooner, for programs in which nothing is kept
+// but by such bodies.
+void inFork(const std::function<void()>& body);
+
 } // namespace zqm::support

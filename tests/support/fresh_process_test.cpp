@@ -18,6 +18,13 @@ TEST(FreshProcess, ChangesNothingInThisOne) {
     EXPECT_EQ(runs, 0);
 }
 
+TEST(Fork, ChangesNothingInThisProcess) {
+    for (int round = 0; round < 3; ++round) {
+        inFork([] { EXPECT_EQ(++runs, 1); });
+    }
+    EXPECT_EQ(runs, 0);
+}
+
 TEST(FreshProcess, IsANewOneEachTime) {
     for (int round = 0; round < 3; ++round) {
         inFreshProcess([] { EXPECT_EQ(++runs, 1); });
