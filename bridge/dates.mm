@@ -43,8 +43,9 @@ std::optional<Fields> calendarFields(NSDate* date) {
 // Leaves the rest of a count in whole units, and adds the units to the next larger count. False where that
 // is beyond any count.
 bool carry(std::int64_t& count, std::int64_t unit, std::int64_t& larger) {
+    const std::int64_t rest = count % unit + (count % unit < 0 ? unit : 0);
     const std::int64_t units = count / unit - (count % unit < 0 ? 1 : 0);
-    count -= units * unit;
+    count = rest;
     return !__builtin_add_overflow(larger, units, &larger);
 }
 
