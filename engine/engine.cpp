@@ -1,8 +1,8 @@
 #include "engine/engine.h"
 
-#include "engine/file_output.h"
-#include "engine/sound_output.h"
-#include "engine/voices.h"
+#include "engine/output/file_output.h"
+#include "engine/output/sound_output.h"
+#include "engine/speaker/voices.h"
 
 #include <array>
 #include <csignal>

@@ -2,11 +2,11 @@
 
 #pragma once
 
-#include "engine/channel.h"
 #include "engine/event_loop.h"
-#include "engine/protocol.h"
-#include "engine/sound_server.h"
-#include "engine/speaker.h"
+#include "engine/output/sound_server.h"
+#include "engine/protocol/channel.h"
+#include "engine/protocol/protocol.h"
+#include "engine/speaker/speaker.h"
 #include "engine/utterance.h"
 
 #include <optional>

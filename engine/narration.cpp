@@ -1,6 +1,6 @@
 #include "engine/narration.h"
 
-#include "engine/phoneme_symbols.h"
+#include "engine/protocol/phoneme_symbols.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,10 +2,10 @@
 
 #pragma once
 
-#include "engine/embedded_text.h"
-#include "engine/protocol.h"
-#include "engine/speaker.h"
-#include "engine/text_pieces.h"
+#include "engine/protocol/protocol.h"
+#include "engine/speaker/speaker.h"
+#include "engine/text/embedded_text.h"
+#include "engine/text/text_pieces.h"
 
 #include <cstddef>
 #include <cstdint>

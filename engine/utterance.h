@@ -3,8 +3,8 @@
 #pragma once
 
 #include "engine/narration.h"
-#include "engine/output.h"
-#include "engine/protocol.h"
+#include "engine/output/output.h"
+#include "engine/protocol/protocol.h"
 #include "engine/track.h"
 #include "engine/volume_curve.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/embedded_text.h"
+#include "engine/text/embedded_text.h"
 
 #include <cstdint>
 #include <span>

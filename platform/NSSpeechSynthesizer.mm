@@ -1,6 +1,6 @@
 #import <AppKit/NSSpeechSynthesizer.h>
 
-#include "engine/speaking_lock.h"
+#include "engine/protocol/speaking_lock.h"
 #include "platform/foundation_text.h"
 #include "platform/synthesizer.h"
 #include "platform/voice_attributes.h"

@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "engine/channel.h"
-#include "engine/protocol.h"
+#include "engine/protocol/channel.h"
+#include "engine/protocol/protocol.h"
 #include "platform/deadline.h"
 #include "platform/engine_process.h"
 

@@ -1,6 +1,6 @@
 #include "platform/engine_process.h"
 
-#include "engine/protocol.h"
+#include "engine/protocol/protocol.h"
 #include "platform/deadline.h"
 
 #include <array>

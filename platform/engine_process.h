@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "engine/descriptor.h"
+#include "engine/protocol/descriptor.h"
 #include "platform/process_identity.h"
 
 #include <optional>

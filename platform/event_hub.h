@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/descriptor.h"
+#include "engine/protocol/descriptor.h"
 #include "platform/process_identity.h"
 
 #include <deque>

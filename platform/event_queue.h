@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/protocol.h"
+#include "engine/protocol/protocol.h"
 #include "platform/speech_event.h"
 
 #include <cstdint>

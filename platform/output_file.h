@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "engine/descriptor.h"
-#include "engine/protocol.h"
+#include "engine/protocol/descriptor.h"
+#include "engine/protocol/protocol.h"
 
 #include <optional>
 #include <string>

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "engine/protocol.h"
+#include "engine/protocol/protocol.h"
 
 #import <Foundation/Foundation.h>
 

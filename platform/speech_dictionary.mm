@@ -1,6 +1,6 @@
 #include "platform/speech_dictionary.h"
 
-#include "engine/modification_date.h"
+#include "engine/protocol/modification_date.h"
 #include "platform/foundation_text.h"
 #include "platform/speech_strings.h"
 

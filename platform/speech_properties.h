@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "engine/manner.h"
+#include "engine/protocol/manner.h"
 #include "platform/speech_session.h"
 
 #import <Foundation/Foundation.h>

@@ -1,6 +1,6 @@
 #include "platform/speech_properties.h"
 
-#include "engine/phoneme_symbols.h"
+#include "engine/protocol/phoneme_symbols.h"
 #include "platform/file_url.h"
 #include "platform/foundation_text.h"
 #include "platform/speech_strings.h"

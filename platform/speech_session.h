@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "engine/protocol.h"
+#include "engine/protocol/protocol.h"
 #include "platform/deadline.h"
 #include "platform/engine_link.h"
 #include "platform/event_hub.h"

@@ -1,4 +1,4 @@
-#include "engine/channel.h"
+#include "engine/protocol/channel.h"
 
 #include <array>
 #include <cerrno>

@@ -1,6 +1,6 @@
 // What the commands in a text make of its sound and its events, from an engine into a file.
 
-#include "engine/protocol.h"
+#include "engine/protocol/protocol.h"
 #include "tests/engine/engine_process.h"
 #include "tests/support/fundamental_frequency.h"
 #include "tests/support/generated_text.h"

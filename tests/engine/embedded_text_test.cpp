@@ -1,4 +1,4 @@
-#include "engine/embedded_text.h"
+#include "engine/text/embedded_text.h"
 
 #include "tests/support/generated_text.h"
 #include "tests/support/utf16.h"

@@ -2,9 +2,9 @@
 
 #pragma once
 
-#include "engine/phoneme_inventory.h"
-#include "engine/phoneme_set.h"
-#include "engine/phoneme_text.h"
+#include "engine/phonemes/phoneme_inventory.h"
+#include "engine/phonemes/phoneme_set.h"
+#include "engine/phonemes/phoneme_text.h"
 
 #include <filesystem>
 #include <string>

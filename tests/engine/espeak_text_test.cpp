@@ -1,4 +1,4 @@
-#include "engine/espeak_text.h"
+#include "engine/speaker/espeak_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "tests/engine/engine_process.h"
 
-#include "engine/words.h"
+#include "engine/text/words.h"
 #include "tests/support/generated_text.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"

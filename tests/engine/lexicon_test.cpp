@@ -1,6 +1,6 @@
-#include "engine/lexicon.h"
+#include "engine/speaker/lexicon.h"
 
-#include "engine/phoneme_text.h"
+#include "engine/phonemes/phoneme_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

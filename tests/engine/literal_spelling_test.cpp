@@ -1,4 +1,4 @@
-#include "engine/literal_spelling.h"
+#include "engine/text/literal_spelling.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

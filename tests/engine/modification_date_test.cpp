@@ -1,4 +1,4 @@
-#include "engine/modification_date.h"
+#include "engine/protocol/modification_date.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // Which opcodes the phonemes of every voice are told by.
 
-#include "engine/phoneme_inventory.h"
-#include "engine/phoneme_set.h"
-#include "engine/phoneme_symbols.h"
-#include "engine/phoneme_tables.h"
+#include "engine/phonemes/phoneme_inventory.h"
+#include "engine/phonemes/phoneme_set.h"
+#include "engine/phonemes/phoneme_tables.h"
+#include "engine/protocol/phoneme_symbols.h"
 #include "tests/engine/espeak_phonemes.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/word_fixtures.h"

@@ -1,7 +1,7 @@
 // Text to symbols and the symbols spoken again: the same phonemes, for English.
 
-#include "engine/phoneme_text.h"
-#include "engine/text_phonemes.h"
+#include "engine/phonemes/phoneme_text.h"
+#include "engine/phonemes/text_phonemes.h"
 #include "tests/engine/espeak_phonemes.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The phonemes that an engine tells of, takes instead of text, and knows for the words of a lexicon.
 
-#include "engine/phoneme_symbols.h"
-#include "engine/protocol.h"
+#include "engine/protocol/phoneme_symbols.h"
+#include "engine/protocol/protocol.h"
 #include "tests/engine/engine_process.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/word_fixtures.h"

@@ -1,4 +1,4 @@
-#include "engine/phoneme_symbols.h"
+#include "engine/protocol/phoneme_symbols.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -1,6 +1,6 @@
-#include "engine/phoneme_text.h"
+#include "engine/phonemes/phoneme_text.h"
 
-#include "engine/text_phonemes.h"
+#include "engine/phonemes/text_phonemes.h"
 #include "tests/engine/espeak_phonemes.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "engine/pitch.h"
+#include "engine/speaker/pitch.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "engine/protocol.h"
+#include "engine/protocol/protocol.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

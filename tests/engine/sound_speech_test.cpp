@@ -1,4 +1,4 @@
-#include "engine/speaking_lock.h"
+#include "engine/protocol/speaking_lock.h"
 #include "tests/engine/engine_process.h"
 
 #include "tests/support/monitor_recording.h"

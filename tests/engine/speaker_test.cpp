@@ -1,6 +1,6 @@
-#include "engine/speaker.h"
+#include "engine/speaker/speaker.h"
 
-#include "engine/text_pieces.h"
+#include "engine/text/text_pieces.h"
 #include "tests/support/fundamental_frequency.h"
 #include "tests/support/sound_file.h"
 

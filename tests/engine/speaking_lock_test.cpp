@@ -1,4 +1,4 @@
-#include "engine/speaking_lock.h"
+#include "engine/protocol/speaking_lock.h"
 
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"

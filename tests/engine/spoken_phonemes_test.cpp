@@ -1,4 +1,4 @@
-#include "engine/spoken_phonemes.h"
+#include "engine/speaker/spoken_phonemes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "engine/symbol_words.h"
+#include "engine/text/symbol_words.h"
 
-#include "engine/text_pieces.h"
+#include "engine/text/text_pieces.h"
 #include "tests/support/utf16.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "engine/text_pieces.h"
+#include "engine/text/text_pieces.h"
 
 #include "tests/support/generated_text.h"
 #include "tests/support/utf16.h"

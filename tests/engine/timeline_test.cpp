@@ -1,4 +1,4 @@
-#include "engine/timeline.h"
+#include "engine/speaker/timeline.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "engine/words.h"
+#include "engine/text/words.h"
 
 #include "tests/support/generated_text.h"
 #include "tests/support/utf16.h"

@@ -1,7 +1,7 @@
 // Engines that misbehave, for the tests of what the platform library does then. ZQM_BAD_ENGINE says how.
 
-#include "engine/channel.h"
-#include "engine/protocol.h"
+#include "engine/protocol/channel.h"
+#include "engine/protocol/protocol.h"
 
 #include <cstdlib>
 #include <poll.h>

@@ -1,0 +1,55 @@
+#include "engine/output/sound_server.h"
+
+#include <pulse/timeval.h>
+#include <utility>
+
+namespace zqm::engine {
+
+SoundServer::~SoundServer() {
+    disconnect();
+    if (idle_ != nullptr) {
+        api_->time_free(idle_);
+    }
+}
+
+pa_context* SoundServer::acquire() {
+    ++users_;
+    if (context_ != nullptr && PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)) == 0) {
+        disconnect();
+    }
+    if (context_ == nullptr) {
+        context_ = pa_context_new(api_, "zqmspeech");
+        if (context_ != nullptr && pa_context_connect(context_, nullptr, PA_CONTEXT_NOFLAGS, nullptr) < 0) {
+            disconnect();
+        }
+    }
+    return context_;
+}
+
+void SoundServer::release() {
+    --users_;
+    timeval when{};
+    pa_timeval_add(pa_gettimeofday(&when), static_cast<pa_usec_t>(std::chrono::microseconds(kIdle).count()));
+    if (idle_ != nullptr) {
+        api_->time_restart(idle_, &when);
+        return;
+    }
+    idle_ = api_->time_new(
+        api_, &when,
+        [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
+            auto& server = *static_cast<SoundServer*>(self);
+            if (server.users_ == 0) {
+                server.disconnect();
+            }
+        },
+        this);
+}
+
+void SoundServer::disconnect() {
+    if (pa_context* const context = std::exchange(context_, nullptr); context != nullptr) {
+        pa_context_disconnect(context);
+        pa_context_unref(context);
+    }
+}
+
+} // namespace zqm::engine
