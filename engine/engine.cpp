@@ -170,17 +170,13 @@ void Engine::handle(protocol::Speak& request) {
         report(protocol::Started{request.utterance, "there is no voice \"" + request.voice + "\""});
         return;
     }
-    std::vector<LexiconProblem> problems;
-    if (lexicon_) {
-        problems = speaker_.setLexicon(std::move(lexicon_->dictionaries));
-        lexicon_.reset();
-    }
+    readLexicon();
     if (!output && !request.text.empty()) {
         output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
     }
     utterance_.emplace(std::move(request), *voice, speaker_, std::move(output),
                        [this](const protocol::Event& event) { report(event); });
-    for (const LexiconProblem& problem : problems) {
+    for (const LexiconProblem& problem : std::exchange(lexiconProblems_, {})) {
         utterance_->announce(protocol::Problem{utterance_->number(), kBadDictionary, 0, describe(problem)});
     }
     utterance_->advance();
@@ -230,10 +226,22 @@ void Engine::handle(protocol::SetLexicon& request) {
     lexicon_ = std::move(request);
 }
 
+// Once a voice is set.
+void Engine::readLexicon() {
+    if (lexicon_) {
+        lexiconProblems_ = speaker_.setLexicon(std::move(lexicon_->dictionaries));
+        lexicon_.reset();
+    }
+}
+
 void Engine::handle(const protocol::GetPhonemes& request) {
+    std::string phonemes;
     const protocol::Voice* const voice = speaker_.findVoice(request.voice);
-    report(protocol::Phonemes{voice == nullptr ? std::string()
-                                               : speaker_.phonemes(request.text, *voice, request.manner)});
+    if (voice != nullptr && speaker_.setVoice(*voice)) {
+        readLexicon();
+        phonemes = speaker_.phonemes(request.text, *voice, request.manner);
+    }
+    report(protocol::Phonemes{phonemes});
 }
 
 void Engine::report(const protocol::Event& event) {

@@ -30,6 +30,7 @@ public:
 
 private:
     void watchHost();
+    void readLexicon();
     void readRequests();
     void flush();
 
@@ -55,7 +56,8 @@ private:
     Speaker speaker_;
     std::vector<protocol::Descriptor> hosts_; // processes
     std::optional<int> exitCode_;
-    std::optional<protocol::SetLexicon> lexicon_; // for the next utterance, whose voice says how to read it
+    std::optional<protocol::SetLexicon> lexicon_; // not read yet: the next voice that is used says how
+    std::vector<LexiconProblem> lexiconProblems_; // to be told with the next utterance
     std::uint64_t lastUtterance_ = 0;
     std::optional<Utterance> utterance_;
 };

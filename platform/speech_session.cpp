@@ -77,6 +77,12 @@ bool SpeechSession::openLink(std::string& error) {
     return link_ != nullptr;
 }
 
+void SpeechSession::tellLexicon() {
+    if (!std::exchange(isLexiconKnown_, true)) {
+        link_->post(protocol::SetLexicon{lexicon_});
+    }
+}
+
 // With `link_` null afterwards the engine failed; else it refused.
 bool SpeechSession::begin(const SpeechRequest& request, const std::optional<OutputFile>& output,
                           std::string& error) {
@@ -92,9 +98,7 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
         message.output = output->description();
         descriptors = output->descriptors();
     }
-    if (!std::exchange(isLexiconKnown_, true)) {
-        link_->post(protocol::SetLexicon{lexicon_});
-    }
+    tellLexicon();
     if (!link_->send(message, std::move(descriptors), engineDeadline())) {
         return fail(kDeaf, error);
     }
@@ -246,6 +250,7 @@ std::optional<std::string> SpeechSession::phonemes(const protocol::GetPhonemes& 
 
 std::optional<std::string> SpeechSession::askPhonemes(const protocol::GetPhonemes& request,
                                                       std::string& error) {
+    tellLexicon();
     const auto deadline = engineDeadline();
     if (!link_->send(request, {}, deadline)) {
         fail(kDeaf, error);

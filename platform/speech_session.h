@@ -120,6 +120,7 @@ private:
 
     Utterance* current();
     bool openLink(std::string& error);
+    void tellLexicon();
     bool begin(const SpeechRequest& request, const std::optional<OutputFile>& output, std::string& error);
     void end(Utterance& utterance, bool completed);
     void interrupt();
@@ -148,7 +149,7 @@ private:
     std::deque<Utterance> utterances_;            // not delivered to their end; only the last may be spoken
     std::map<std::uint64_t, OutputFile> outputs_; // being written
     std::vector<protocol::LexiconDictionary> lexicon_;
-    bool isLexiconKnown_ = true; // to the engine, which is told with the next utterance: once for all added
+    bool isLexiconKnown_ = true; // to the engine, which is told when it is needed: once for all added
     Problems problems_;
     std::uint32_t sync_ = 0;
     std::string failure_;

@@ -95,9 +95,9 @@ __attribute__((visibility("default")))
 // nil and without an engine. They can be spoken in the input mode NSSpeechModePhoneme.
 - (NSString*)phonemesFromText:(NSString*)text;
 
-// Words and abbreviations to be pronounced otherwise from the next start on, as the NSSpeechDictionary keys
-// tell. Dictionaries add up; of several that have the same word the newest counts. One that is malformed is
-// logged and changes nothing.
+// Words and abbreviations to be pronounced otherwise from the next start or phonemesFromText: on, as the
+// NSSpeechDictionary keys tell. Dictionaries add up; of several that have the same word the newest counts. One
+// that is malformed is logged and changes nothing.
 - (void)addSpeechDictionary:(NSDictionary*)speechDictionary;
 
 // A property of NSSpeechConstants.h. nil with an error for an unknown or write-only one. outError may be
