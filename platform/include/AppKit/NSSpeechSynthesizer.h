@@ -96,8 +96,8 @@ __attribute__((visibility("default")))
 - (NSString*)phonemesFromText:(NSString*)text;
 
 // Words and abbreviations to be pronounced otherwise from the next start or phonemesFromText: on, as the
-// NSSpeechDictionary keys tell. Dictionaries add up; of several that have the same word the newest counts. One
-// that is malformed is logged and changes nothing.
+// NSSpeechDictionary keys tell. Dictionaries add up; of several that have the same word the newest counts.
+// One that is malformed is logged and changes nothing.
 - (void)addSpeechDictionary:(NSDictionary*)speechDictionary;
 
 // A property of NSSpeechConstants.h. nil with an error for an unknown or write-only one. outError may be
