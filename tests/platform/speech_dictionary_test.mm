@@ -1,5 +1,6 @@
 // Dictionaries of pronunciations, as programs give them.
 
+#include "tests/platform/speech_fixture.h"
 #include "tests/platform/speech_listener.h"
 #include "tests/support/process_table.h"
 #include "tests/support/sound_file.h"
@@ -172,7 +173,7 @@ TEST_F(SpeechDictionary, KeepsNoEngineBusyWhenManyAreAdded) {
     for (int word = 0; word < 20; ++word) {
         [entries addObject:entry(@"about", kLong)];
     }
-    for (int count = 0; count < 1000; ++count) {
+    for (int count = 0; count < 1000 / kSlowness; ++count) {
         [speaker_.synthesizer addSpeechDictionary:only(NSSpeechDictionaryPronunciations, entries)];
     }
     secondsOf("about");

@@ -18,7 +18,7 @@ BOOL answer = NO;
 
 BOOL startInstead(id self, SEL, NSString* text, NSURL* url) {
     sentText = text;
-    sentURL = [url retain];
+    keep(sentURL, url);
     EXPECT_EQ([self isSpeaking], NO);
     return answer;
 }
@@ -28,16 +28,16 @@ void takeBoundary(id, SEL, NSUInteger boundary) {
 }
 
 void takeDictionary(id, SEL, NSDictionary* dictionary) {
-    sentDictionary = [dictionary retain];
+    keep(sentDictionary, dictionary);
 }
 
 BOOL takeVoice(id, SEL, NSString* voice) {
-    sentVoice = [voice retain];
+    keep(sentVoice, voice);
     return answer;
 }
 
 NSString* takeText(id, SEL, NSString* text) {
-    sentText = [text retain];
+    keep(sentText, text);
     return answeredText;
 }
 

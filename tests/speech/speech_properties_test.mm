@@ -22,14 +22,14 @@ NSError* failure = nil;
 BOOL accepted = NO;
 
 id answerInstead(id, SEL, NSString* name, NSError** error) {
-    askedName = [name retain];
+    keep(askedName, name);
     *error = failure;
     return answer;
 }
 
 BOOL acceptInstead(id, SEL, id value, NSString* name, NSError** error) {
-    givenValue = [value retain];
-    askedName = [name retain];
+    keep(givenValue, value);
+    keep(askedName, name);
     *error = failure;
     return accepted;
 }

@@ -30,6 +30,17 @@ void replaceMethod(SEL selector, Function* function) {
     }
 }
 
+// Holds an object beyond the call in which it came, until the next one.
+template <typename Held>
+void keep(Held*& held, Held* object) {
+    [held autorelease];
+    held = [object retain];
+}
+inline void keep(id& held, id object) {
+    [held autorelease];
+    held = [object retain];
+}
+
 enum class Sibling { OfThisRun, None };
 
 class SynthesizerTest : public testing::Test {
