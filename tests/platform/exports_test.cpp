@@ -123,6 +123,7 @@ const std::set<std::string> kExpected{
     "NSVoiceSupportedCharacters",
     "ZQMPlatformCreateInstanceOfType",
     "ZQMPlatformEventDescriptor",
+    "__objc_class_name_NSSpeechRecognizer",
     "__objc_class_name_NSSpeechSynthesizer",
     "kCFAllocatorDefault",
     "kCFBooleanFalse",

@@ -3,6 +3,7 @@
 #ifndef ZQM_APPKIT_H
 #define ZQM_APPKIT_H
 
+#import <AppKit/NSSpeechRecognizer.h>
 #import <AppKit/NSSpeechSynthesizer.h>
 #import <Foundation/Foundation.h>
 
