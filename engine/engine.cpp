@@ -117,7 +117,15 @@ void Engine::readRequests() {
         switch (channel_.read(line)) {
         case protocol::Channel::Input::Line:
             if (auto request = protocol::decodeRequest(line)) {
-                std::visit([this](auto& message) { handle(message); }, *request);
+                std::visit(
+                    [this](auto& message) {
+                        if constexpr (requires { handle(message); }) {
+                            handle(message);
+                        } else {
+                            refuse("this engine can't listen");
+                        }
+                    },
+                    *request);
             } else {
                 refuse("what the host sent is no request");
             }

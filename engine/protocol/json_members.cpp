@@ -1,6 +1,8 @@
 #include "engine/protocol/json_members.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <set>
 #include <utility>
@@ -26,6 +28,14 @@ Json parseLine(std::string_view text) {
     Json value = Json::parse(text.begin(), text.end(), watch, false);
     require(!value.is_discarded());
     return value;
+}
+
+Json number(double value) {
+    if (std::isnan(value)) {
+        return nullptr;
+    }
+    constexpr double kLargest = std::numeric_limits<double>::max();
+    return std::clamp(value, -kLargest, kLargest);
 }
 
 Json Members::take(const char* name) {

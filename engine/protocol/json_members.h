@@ -23,6 +23,9 @@ inline void require(bool condition) {
 // and a NUL, which it takes for the end.
 nlohmann::json parseLine(std::string_view text);
 
+// As a message holds it: an infinite one as the largest, and what is not a number as null.
+nlohmann::json number(double value);
+
 // An object whose members are taken one by one, and which must be empty in the end.
 class Members {
 public:

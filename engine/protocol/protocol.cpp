@@ -1,10 +1,10 @@
 #include "engine/protocol/protocol.h"
 
 #include "engine/protocol/json_members.h"
+#include "engine/protocol/listening_lines.h"
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -60,14 +60,6 @@ constexpr auto kMannerSpellings = std::to_array<Name<std::optional<SpellingMode>
 
 std::string line(const Json& message) {
     return message.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
-}
-
-Json number(double value) {
-    if (std::isnan(value)) {
-        return nullptr;
-    }
-    constexpr double kLargest = std::numeric_limits<double>::max();
-    return std::clamp(value, -kLargest, kLargest);
 }
 
 Json write(const Manner& manner) {
@@ -340,6 +332,9 @@ Request readRequest(Members& members, std::string_view type) {
         request.manner = readManner(members);
         return request;
     }
+    if (auto request = readListeningRequest(members, type)) {
+        return std::move(*request);
+    }
     throw Malformed();
 }
 
@@ -443,6 +438,9 @@ Event readEvent(Members& members, std::string_view type) {
     }
     if (type == "phonemes") {
         return Phonemes{members.string("text")};
+    }
+    if (auto event = readListeningEvent(members, type)) {
+        return std::move(*event);
     }
     throw Malformed();
 }

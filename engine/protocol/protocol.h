@@ -2,7 +2,7 @@
 // they are written down. Each is one JSON object on a line of its own, in UTF-8, so a conversation can be
 // read, replayed and fuzzed. Both ends use this header and nothing else of each other.
 //
-// The road of one utterance:
+// The road of one utterance (for that of a listening session see listening_messages.h):
 //
 //   host   ->
 //   {"type":"speak","utterance":7,"text":...,"voice":...,"manner":...,"delimiters":...,"output":...} engine
@@ -24,6 +24,7 @@
 
 #pragma once
 
+#include "engine/protocol/listening_messages.h"
 #include "engine/protocol/manner.h"
 
 #include <cstddef>
@@ -135,7 +136,8 @@ struct GetPhonemes {
     bool operator==(const GetPhonemes&) const = default;
 };
 
-using Request = std::variant<ListVoices, Speak, Stop, Pause, Continue, Adjust, SetLexicon, GetPhonemes>;
+using Request = std::variant<ListVoices, Speak, Stop, Pause, Continue, Adjust, SetLexicon, GetPhonemes,
+                             SetCommands, Listen, BlockOthers, StopListening>;
 
 // ---- engine to host
 
@@ -227,8 +229,8 @@ struct Phonemes {
     bool operator==(const Phonemes&) const = default;
 };
 
-using Event =
-    std::variant<Voices, Started, Word, Phoneme, Problem, Sync, Paused, Continued, Finished, Phonemes>;
+using Event = std::variant<Voices, Started, Word, Phoneme, Problem, Sync, Paused, Continued, Finished,
+                           Phonemes, CommandsSet, Listening, Heard, Rejected, Level, EndOfInput>;
 
 // ---- lines
 
@@ -239,7 +241,7 @@ std::string encode(const Event& event);
 
 // The message of a line (without line feed), or nothing when it isn't exactly one: unknown type, missing,
 // repeated or surplus member, value of the wrong kind or out of range, invalid UTF-8. Never throws. A member
-// shown with `std::optional` may be missing; the empty "error" of Started and Finished always is.
+// shown with `std::optional` may be missing; the empty "error" of Started, Finished and Listening always is.
 std::optional<Request> decodeRequest(std::string_view line);
 std::optional<Event> decodeEvent(std::string_view line);
 

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace zqm::protocol;
 
@@ -54,7 +56,12 @@ INSTANTIATE_TEST_SUITE_P(
         Request(Adjust{7, {.numbers = SpellingMode::Literal}}), Request(Adjust{7, {}}), Request(SetLexicon{}),
         Request(SetLexicon{{{"en_US", "2024-01-31 12:00:00 +0000", {{"about", "AXbUWt"}, {"", ""}}, {}},
                             {"", "", {}, {{"Dr", "dAAktIXr"}}}}}),
-        Request(GetPhonemes{"dog \xF0\x9F\x98\x80", "gmw/en", kWholeManner}), Request(GetPhonemes{})));
+        Request(GetPhonemes{"dog \xF0\x9F\x98\x80", "gmw/en", kWholeManner}), Request(GetPhonemes{}),
+        Request(SetCommands{1, {}}),
+        Request(SetCommands{std::numeric_limits<std::uint64_t>::max(),
+                            {"open the door", "", "caf\xC3\xA9 \"\n", "open the door"}}),
+        Request(Listen{1, true, false}), Request(Listen{2, false, true}), Request(BlockOthers{true}),
+        Request(BlockOthers{false}), Request(StopListening{7})));
 
 class EventRoundTrip : public testing::TestWithParam<Event> {};
 
@@ -66,19 +73,24 @@ TEST_P(EventRoundTrip, keepsEveryMember) {
 
 INSTANTIATE_TEST_SUITE_P(
     Events, EventRoundTrip,
-    testing::Values(Event(Voices{}),
-                    Event(Voices{{{"gmw/en-US", "English (America)", "en-US", "male", 0, 175, 39.5, 50},
-                                  {"sit/cmn", "\xE4\xB8\xAD", "cmn", "female", 30},
-                                  {"x", "", "", "neuter", 2147483647}},
-                                 "espeak-ng",
-                                 "1.51"}),
-                    Event(Started{1, ""}), Event(Started{1, "no sound server answers"}), Event(Word{1, 0, 5}),
-                    Event(Word{1, std::uint64_t{1} << 63, 1}), Event(Phoneme{1, 0}), Event(Phoneme{1, 41}),
-                    Event(Phoneme{1, 32767}), Event(Problem{1, -245, 17, "the rate is no number"}),
-                    Event(Problem{1, 2147483647, 0, "x"}), Event(Problem{1, -2147483647 - 1, 0, "x"}),
-                    Event(Sync{1, 0}), Event(Sync{1, 0xFFFFFFFF}), Event(Paused{7}), Event(Continued{7}),
-                    Event(Finished{1, true, ""}), Event(Finished{1, false, ""}),
-                    Event(Finished{1, false, "disk full"}), Event(Phonemes{"_d1AOg."}), Event(Phonemes{})));
+    testing::Values(
+        Event(Voices{}),
+        Event(Voices{{{"gmw/en-US", "English (America)", "en-US", "male", 0, 175, 39.5, 50},
+                      {"sit/cmn", "\xE4\xB8\xAD", "cmn", "female", 30},
+                      {"x", "", "", "neuter", 2147483647}},
+                     "espeak-ng",
+                     "1.51"}),
+        Event(Started{1, ""}), Event(Started{1, "no sound server answers"}), Event(Word{1, 0, 5}),
+        Event(Word{1, std::uint64_t{1} << 63, 1}), Event(Phoneme{1, 0}), Event(Phoneme{1, 41}),
+        Event(Phoneme{1, 32767}), Event(Problem{1, -245, 17, "the rate is no number"}),
+        Event(Problem{1, 2147483647, 0, "x"}), Event(Problem{1, -2147483647 - 1, 0, "x"}), Event(Sync{1, 0}),
+        Event(Sync{1, 0xFFFFFFFF}), Event(Paused{7}), Event(Continued{7}), Event(Finished{1, true, ""}),
+        Event(Finished{1, false, ""}), Event(Finished{1, false, "disk full"}), Event(Phonemes{"_d1AOg."}),
+        Event(Phonemes{}), Event(CommandsSet{1, {}}),
+        Event(CommandsSet{2, {{0, "nothing in it can be spoken"}, {std::uint64_t{1} << 63, "x"}}}),
+        Event(Listening{1, ""}), Event(Listening{1, "no sound server answers"}), Event(Heard{1, 2, 0, 0, 0}),
+        Event(Heard{1, 2, std::uint64_t{1} << 63, 0.5, 1e9}), Event(Rejected{1, 0.1, 0.3}),
+        Event(Level{1, -96.3}), Event(Level{1, 0}), Event(EndOfInput{1})));
 
 TEST(Protocol, writesWhatIsNotANumberAsNull) {
     const auto back = decodeRequest(withoutLineFeed(encode(
@@ -336,5 +348,118 @@ INSTANTIATE_TEST_SUITE_P(
         R"({"type":"finished","utterance":1})", R"({"type":"finished","utterance":1,"completed":1})",
         R"({"type":"finished","utterance":1,"completed":false,"error":1})",
         R"({"type":"finished","utterance":1,"completed":true,"error":"why"})"));
+
+// ---- listening: every member, missing, surplus, twice and of the wrong kind
+
+struct Kind {
+    std::string good;               // a value
+    std::vector<std::string> wrong; // values of no such member
+};
+
+const Kind kNumber{"1", {"0", "-1", "1.0", "\"1\"", "null", "true", "[1]", "{}", "18446744073709551616"}};
+const Kind kIndex{"0", {"-1", "0.0", "\"0\"", "null", "false", "[0]", "{}", "18446744073709551616"}};
+const Kind kFlag{"true", {"1", "0", "null", "\"true\"", "[]", "{}"}};
+const Kind kText{"\"x\"", {"\"\"", "1", "null", "true", "[\"x\"]", "{}", "\"\\ud800\"", "\"\xFF\""}};
+const Kind kTexts{R"(["a",""])", {"{}", "null", "\"a\"", "1", "[1]", "[null]", "[[\"a\"]]", "[\"\xFF\"]"}};
+const Kind kTime{"1.5", {"-0.5", "null", "\"1\"", "true", "[]", "{}", "1e999"}};
+const Kind kLevel{"-20.5", {"null", "\"1\"", "true", "[]", "{}", "-1e999"}};
+const Kind kProblems{R"([{"command":0,"message":"x"}])",
+                     {"{}", "null", "1", "[1]", "[{}]", R"([{"command":0}])", R"([{"message":"x"}])",
+                      R"([{"command":-1,"message":"x"}])", R"([{"command":0,"message":""}])",
+                      R"([{"command":0,"message":1}])", R"([{"command":0,"message":"x","more":1}])",
+                      R"([{"command":0,"command":0,"message":"x"}])"}};
+
+struct Layout {
+    std::string type;
+    bool isRequest;
+    std::vector<std::pair<std::string, Kind>> members;
+    std::string optional{}; // one of them that may be missing
+};
+
+const std::vector<Layout> kLayouts{
+    {"commands", true, {{"list", kNumber}, {"commands", kTexts}}},
+    {"listen", true, {{"session", kNumber}, {"reportsLevel", kFlag}, {"fromFile", kFlag}}},
+    {"blockOthers", true, {{"blocks", kFlag}}},
+    {"stopListening", true, {{"session", kNumber}}},
+    {"commandsSet", false, {{"list", kNumber}, {"problems", kProblems}}},
+    {"listening", false, {{"session", kNumber}, {"error", kText}}, "error"},
+    {"heard",
+     false,
+     {{"session", kNumber}, {"list", kNumber}, {"command", kIndex}, {"begin", kTime}, {"end", kTime}}},
+    {"rejected", false, {{"session", kNumber}, {"begin", kTime}, {"end", kTime}}},
+    {"level", false, {{"session", kNumber}, {"decibels", kLevel}}},
+    {"endOfInput", false, {{"session", kNumber}}},
+};
+
+class ListeningLine : public testing::TestWithParam<Layout> {
+protected:
+    using Values = std::vector<std::pair<std::string, std::string>>;
+
+    [[nodiscard]] static Values goodValues() {
+        Values values;
+        for (const auto& [name, kind] : GetParam().members) {
+            values.emplace_back(name, kind.good);
+        }
+        return values;
+    }
+
+    // In which direction it is read, and in which it is not.
+    [[nodiscard]] static std::pair<bool, bool> taken(const Values& values) {
+        std::string line = R"({"type":")" + GetParam().type + '"';
+        for (const auto& [name, value] : values) {
+            line.append(",\"").append(name).append("\":").append(value);
+        }
+        line += '}';
+        const bool asRequest = decodeRequest(line).has_value();
+        const bool asEvent = decodeEvent(line).has_value();
+        return GetParam().isRequest ? std::pair(asRequest, asEvent) : std::pair(asEvent, asRequest);
+    }
+
+    static constexpr std::pair<bool, bool> kTaken{true, false};
+    static constexpr std::pair<bool, bool> kRefused{false, false};
+};
+
+TEST_P(ListeningLine, isTakenInItsDirectionOnly) {
+    EXPECT_EQ(taken(goodValues()), kTaken);
+}
+
+TEST_P(ListeningLine, lacksNoMember) {
+    for (std::size_t left = 0; left < GetParam().members.size(); ++left) {
+        Values values = goodValues();
+        const std::string name = values[left].first;
+        values.erase(values.begin() + static_cast<std::ptrdiff_t>(left));
+        EXPECT_EQ(taken(values), name == GetParam().optional ? kTaken : kRefused) << name;
+    }
+}
+
+TEST_P(ListeningLine, hasNoSurplusMember) {
+    Values values = goodValues();
+    values.emplace_back("more", "1");
+    EXPECT_EQ(taken(values), kRefused);
+    for (const auto& [name, value] : goodValues()) {
+        Values twice = goodValues();
+        twice.emplace_back(name, value);
+        EXPECT_EQ(taken(twice), kRefused) << name;
+    }
+}
+
+TEST_P(ListeningLine, hasNoMemberOfAnotherKind) {
+    for (std::size_t changed = 0; changed < GetParam().members.size(); ++changed) {
+        for (const std::string& wrong : GetParam().members[changed].second.wrong) {
+            Values values = goodValues();
+            values[changed].second = wrong;
+            EXPECT_EQ(taken(values), kRefused) << values[changed].first << ' ' << wrong;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, ListeningLine, testing::ValuesIn(kLayouts),
+                         [](const auto& each) { return each.param.type; });
+
+TEST(Protocol, knowsNoPhraseThatEndsBeforeItBegins) {
+    const std::string begin = R"({"type":"rejected","session":1,"begin":2,"end":)";
+    EXPECT_TRUE(decodeEvent(begin + "2}"));
+    EXPECT_FALSE(decodeEvent(begin + "1.9}"));
+}
 
 } // namespace
