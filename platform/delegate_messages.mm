@@ -1,6 +1,7 @@
 #include "platform/delegate_messages.h"
 
 #include "platform/foundation_text.h"
+#include "platform/retained.h"
 
 #include <algorithm>
 #include <array>
@@ -20,18 +21,6 @@ NSString* charactersOf(std::uint32_t number) {
                                      length:static_cast<NSUInteger>(bytes.end() - first)
                                    encoding:NSMacOSRomanStringEncoding] autorelease];
 }
-
-// An object that lives at least as long as this.
-class Retained {
-public:
-    explicit Retained(id object) : object_([object retain]) {}
-    Retained(const Retained&) = delete;
-    Retained& operator=(const Retained&) = delete;
-    ~Retained() { [object_ release]; }
-
-private:
-    id object_;
-};
 
 } // namespace
 

@@ -7,6 +7,7 @@
 #include "platform/deadline.h"
 #include "platform/engine_process.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -39,6 +40,9 @@ public:
 
     // Sends what the socket takes now, the rest with what is sent or read later.
     void post(const protocol::Request& request);
+
+    // Bytes posted and not yet sent.
+    [[nodiscard]] std::size_t backlog() const { return channel_.backlog(); }
 
     // Never waits.
     Input read(protocol::Event& event);

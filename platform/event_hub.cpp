@@ -42,6 +42,13 @@ void EventHub::unwatch(int descriptor) {
     ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, descriptor, nullptr);
 }
 
+void EventHub::watchForRoom(int descriptor, EventSource* source, bool wanted) {
+    epoll_event event{};
+    event.events = wanted ? EPOLLIN | EPOLLOUT : EPOLLIN;
+    event.data.ptr = source;
+    ::epoll_ctl(epoll_.get(), EPOLL_CTL_MOD, descriptor, &event);
+}
+
 void EventHub::addReady(EventSource* source) {
     if (std::ranges::find(ready_, source) == ready_.end()) {
         ready_.push_back(source);

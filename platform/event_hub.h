@@ -17,7 +17,7 @@ public:
     EventSource& operator=(const EventSource&) = delete;
     virtual ~EventSource() = default;
 
-    // Reads what has come, and delivers none of it.
+    // Reads what has come, and sends what there is room for now; delivers nothing.
     virtual void takeMessages() = 0;
 
     // Makes the next callback that is wanted; false: none was. Must tell the hub first if there is more, as
@@ -35,6 +35,9 @@ public:
     // False when the system has no room for it.
     bool watch(int descriptor, EventSource* source);
     void unwatch(int descriptor);
+
+    // Whether a descriptor that is watched is watched for room to write too.
+    void watchForRoom(int descriptor, EventSource* source, bool wanted);
 
     // There is something to deliver.
     void addReady(EventSource* source);

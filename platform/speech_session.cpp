@@ -7,34 +7,22 @@
 namespace zqm::platform {
 namespace {
 
-// Read at one go; what is beyond is read in the next round of the run loop.
-constexpr int kMostMessages = 100'000;
-
 constexpr const char* kForked = "the synthesizer belongs to the process that this one was forked from";
 constexpr const char* kDeaf = "the speech engine does not listen";
 constexpr const char* kMute = "the speech engine does not answer";
-constexpr const char* kEnded = "the speech engine ended unexpectedly";
-constexpr const char* kNonsense = "the speech engine said something that makes no sense";
 
 } // namespace
 
 SpeechSession::~SpeechSession() {
-    if (!owner_.isCurrent()) {
-        return; // the engine is the parent's
+    if (engine_.isOurs() && engine_.isOpen() && current() != nullptr) {
+        engine_.post(protocol::Stop{current()->number});
     }
-    if (link_ && current() != nullptr) {
-        link_->post(protocol::Stop{current()->number});
-    }
-    if (link_) {
-        EventHub::shared().unwatch(link_->descriptor());
-    }
-    EventHub::shared().remove(source_);
 }
 
 std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<OutputFile> output,
                                    std::string& error) {
     reapEngines();
-    if (!owner_.isCurrent()) {
+    if (!engine_.isOurs()) {
         error = kForked;
         return 0;
     }
@@ -46,11 +34,11 @@ std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<O
     }
     takeMessages();
     // An engine that served before may have died unnoticed, or hang: then a new one is tried.
-    bool isUsed = link_ != nullptr;
+    bool isUsed = engine_.isOpen();
     bool begun = false;
     do {
-        begun = openLink(error) && begin(request, output, error);
-    } while (!begun && link_ == nullptr && std::exchange(isUsed, false));
+        begun = openEngine(error) && begin(request, output, error);
+    } while (!begun && !engine_.isOpen() && std::exchange(isUsed, false));
     if (!begun) {
         if (output) {
             output->discard();
@@ -64,26 +52,21 @@ std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<O
     return lastNumber_;
 }
 
-bool SpeechSession::openLink(std::string& error) {
-    if (link_) {
+bool SpeechSession::openEngine(std::string& error) {
+    if (engine_.isOpen()) {
         return true;
     }
-    link_ = EngineLink::open(error);
-    if (link_ && !EventHub::shared().watch(link_->descriptor(), source_)) {
-        error = "the system can't watch another engine";
-        link_.reset();
-    }
     isLexiconKnown_ = lexicon_.empty();
-    return link_ != nullptr;
+    return engine_.open(error);
 }
 
 void SpeechSession::tellLexicon() {
     if (!std::exchange(isLexiconKnown_, true)) {
-        link_->post(protocol::SetLexicon{lexicon_});
+        engine_.post(protocol::SetLexicon{lexicon_});
     }
 }
 
-// With `link_` null afterwards the engine failed; else it refused.
+// With the engine closed afterwards it failed; else it refused.
 bool SpeechSession::begin(const SpeechRequest& request, const std::optional<OutputFile>& output,
                           std::string& error) {
     interrupt();
@@ -99,7 +82,7 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
         descriptors = output->descriptors();
     }
     tellLexicon();
-    if (!link_->send(message, std::move(descriptors), engineDeadline())) {
+    if (!engine_.link().send(message, std::move(descriptors), engineDeadline())) {
         return fail(kDeaf, error);
     }
     const auto deadline = engineDeadline();
@@ -111,7 +94,7 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
         const auto* const started = std::get_if<protocol::Started>(&*event);
         if (started == nullptr || started->utterance != lastNumber_) {
             if (!accept(*event)) {
-                return fail(kNonsense, error);
+                return fail(kEngineTalksNonsense, error);
             }
             continue;
         }
@@ -126,12 +109,12 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
 
 std::optional<protocol::Event> SpeechSession::await(Clock::time_point deadline, std::string& error) {
     protocol::Event event;
-    switch (link_->wait(event, deadline)) {
+    switch (engine_.link().wait(event, deadline)) {
     case EngineLink::Input::Nothing:
         fail(kMute, error);
         return std::nullopt;
     case EngineLink::Input::Lost:
-        fail(kEnded, error);
+        fail(kEngineEnded, error);
         return std::nullopt;
     case EngineLink::Input::Event:
         break;
@@ -149,14 +132,14 @@ bool SpeechSession::fail(const char* reason, std::string& error) {
 // ends as completed, because the sound or file is whole. A file is waited for here, so its end is told as the
 // engine tells it.
 void SpeechSession::stop(protocol::Boundary boundary) {
-    if (!owner_.isCurrent()) {
+    if (!engine_.isOurs()) {
         return;
     }
     takeMessages();
     Utterance* const utterance = current();
     if (boundary != protocol::Boundary::Immediate) {
         if (utterance != nullptr) {
-            link_->post(protocol::Stop{utterance->number, boundary});
+            engine_.post(protocol::Stop{utterance->number, boundary});
         }
         return;
     }
@@ -165,7 +148,7 @@ void SpeechSession::stop(protocol::Boundary boundary) {
     }
     if (utterance != nullptr) {
         utterance->isStopped = true;
-        link_->post(protocol::Stop{utterance->number});
+        engine_.post(protocol::Stop{utterance->number});
         awaitOutput(utterance->number);
         interrupt();
     }
@@ -174,7 +157,7 @@ void SpeechSession::stop(protocol::Boundary boundary) {
 
 void SpeechSession::pause(protocol::Boundary boundary) {
     if (isSpeaking()) {
-        link_->post(protocol::Pause{current()->number, boundary});
+        engine_.post(protocol::Pause{current()->number, boundary});
     }
 }
 
@@ -183,7 +166,7 @@ void SpeechSession::resume() {
         Utterance& utterance = *current();
         utterance.isPaused = false;
         ++utterance.continues;
-        link_->post(protocol::Continue{utterance.number});
+        engine_.post(protocol::Continue{utterance.number});
     }
 }
 
@@ -193,13 +176,13 @@ void SpeechSession::awaitOutput(std::uint64_t number) {
         std::string error;
         const std::optional<protocol::Event> event = await(deadline, error);
         if (event && !accept(*event)) {
-            fail(kNonsense, error);
+            fail(kEngineTalksNonsense, error);
         }
     }
 }
 
 bool SpeechSession::isSpeaking() {
-    if (!owner_.isCurrent()) {
+    if (!engine_.isOurs()) {
         return false;
     }
     takeMessages();
@@ -233,17 +216,17 @@ void SpeechSession::addDictionary(protocol::LexiconDictionary dictionary) {
 }
 
 std::optional<std::string> SpeechSession::phonemes(const protocol::GetPhonemes& request, std::string& error) {
-    if (!owner_.isCurrent()) {
+    if (!engine_.isOurs()) {
         error = kForked;
         return std::nullopt;
     }
     takeMessages();
     // As for a start.
-    bool isUsed = link_ != nullptr;
+    bool isUsed = engine_.isOpen();
     std::optional<std::string> phonemes;
     do {
-        phonemes = openLink(error) ? askPhonemes(request, error) : std::nullopt;
-    } while (!phonemes && link_ == nullptr && std::exchange(isUsed, false));
+        phonemes = openEngine(error) ? askPhonemes(request, error) : std::nullopt;
+    } while (!phonemes && !engine_.isOpen() && std::exchange(isUsed, false));
     tellHub();
     return phonemes;
 }
@@ -252,7 +235,7 @@ std::optional<std::string> SpeechSession::askPhonemes(const protocol::GetPhoneme
                                                       std::string& error) {
     tellLexicon();
     const auto deadline = engineDeadline();
-    if (!link_->send(request, {}, deadline)) {
+    if (!engine_.link().send(request, {}, deadline)) {
         fail(kDeaf, error);
         return std::nullopt;
     }
@@ -265,7 +248,7 @@ std::optional<std::string> SpeechSession::askPhonemes(const protocol::GetPhoneme
             return std::move(phonemes->text);
         }
         if (!accept(*event)) {
-            fail(kNonsense, error);
+            fail(kEngineTalksNonsense, error);
             return std::nullopt;
         }
     }
@@ -273,34 +256,24 @@ std::optional<std::string> SpeechSession::askPhonemes(const protocol::GetPhoneme
 
 void SpeechSession::adjust(const protocol::Manner& manner) {
     if (isSpeaking()) {
-        link_->post(protocol::Adjust{current()->number, manner});
+        engine_.post(protocol::Adjust{current()->number, manner});
     }
 }
 
 void SpeechSession::takeMessages() {
-    if (!owner_.isCurrent()) {
+    if (!engine_.isOurs()) {
         return;
     }
     reapEngines();
-    protocol::Event event;
-    EngineLink::Input input = EngineLink::Input::Nothing;
-    for (int count = 0; link_ && count < kMostMessages; ++count) {
-        input = link_->read(event);
-        if (input == EngineLink::Input::Nothing) {
-            break;
-        }
-        if (input == EngineLink::Input::Lost) {
-            loseEngine(kEnded);
-        } else if (!accept(event)) {
-            loseEngine(kNonsense);
-        }
+    const char* const failure = engine_.read([&](const protocol::Event& event) { return accept(event); });
+    if (failure != nullptr) {
+        loseEngine(failure);
     }
-    mayHaveMore_ = link_ && input == EngineLink::Input::Event;
     tellHub();
 }
 
 std::optional<SpeechEvent> SpeechSession::nextEvent() {
-    if (mayHaveMore_) {
+    if (engine_.mayHaveMore()) {
         takeMessages();
     }
     std::optional<SpeechEvent> event;
@@ -433,9 +406,7 @@ bool SpeechSession::finish(const protocol::Finished& finished) {
 }
 
 void SpeechSession::loseEngine(const char* reason) {
-    link_->kill();
-    EventHub::shared().unwatch(link_->descriptor());
-    link_.reset();
+    engine_.lose();
     for (const auto& [number, output] : outputs_) {
         output.discard();
     }
@@ -451,11 +422,7 @@ bool SpeechSession::hasEvent() const {
 }
 
 void SpeechSession::tellHub() {
-    if (mayHaveMore_ || hasEvent()) {
-        EventHub::shared().addReady(source_);
-    } else {
-        EventHub::shared().remove(source_);
-    }
+    engine_.tellHub(hasEvent());
 }
 
 } // namespace zqm::platform

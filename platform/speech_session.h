@@ -5,17 +5,15 @@
 
 #include "engine/protocol/protocol.h"
 #include "platform/deadline.h"
-#include "platform/engine_link.h"
 #include "platform/event_hub.h"
 #include "platform/event_queue.h"
 #include "platform/output_file.h"
-#include "platform/process_identity.h"
+#include "platform/own_engine.h"
 #include "platform/speech_event.h"
 
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -52,7 +50,7 @@ struct SpeechRequest {
 class SpeechSession {
 public:
     // The source is what the hub is told to call; it outlives the session.
-    explicit SpeechSession(EventSource* source) : source_(source) {}
+    explicit SpeechSession(EventSource* source) : engine_(source) {}
     SpeechSession(const SpeechSession&) = delete;
     SpeechSession& operator=(const SpeechSession&) = delete;
 
@@ -119,7 +117,7 @@ private:
     };
 
     Utterance* current();
-    bool openLink(std::string& error);
+    bool openEngine(std::string& error);
     void tellLexicon();
     bool begin(const SpeechRequest& request, const std::optional<OutputFile>& output, std::string& error);
     void end(Utterance& utterance, bool completed);
@@ -142,9 +140,7 @@ private:
     [[nodiscard]] bool hasEvent() const;
     void tellHub();
 
-    EventSource* source_;
-    ProcessIdentity owner_;
-    std::unique_ptr<EngineLink> link_;
+    OwnEngine engine_;
     std::uint64_t lastNumber_ = 0;
     std::deque<Utterance> utterances_;            // not delivered to their end; only the last may be spoken
     std::map<std::uint64_t, OutputFile> outputs_; // being written
@@ -153,7 +149,6 @@ private:
     Problems problems_;
     std::uint32_t sync_ = 0;
     std::string failure_;
-    bool mayHaveMore_ = false; // the engine said more than was read at one go
 };
 
 } // namespace zqm::platform

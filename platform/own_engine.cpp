@@ -1,0 +1,86 @@
+#include "platform/own_engine.h"
+
+namespace zqm::platform {
+namespace {
+
+// Read at one go; what is beyond is read in the next round of the run loop.
+constexpr int kMostMessages = 100'000;
+
+} // namespace
+
+OwnEngine::~OwnEngine() {
+    if (!isOurs()) {
+        return;
+    }
+    if (link_) {
+        EventHub::shared().unwatch(link_->descriptor());
+    }
+    EventHub::shared().remove(source_);
+}
+
+bool OwnEngine::open(std::string& error) {
+    if (link_) {
+        return true;
+    }
+    link_ = EngineLink::open(error);
+    if (link_ && !EventHub::shared().watch(link_->descriptor(), source_)) {
+        error = "the system can't watch another engine";
+        link_.reset();
+    }
+    return link_ != nullptr;
+}
+
+void OwnEngine::post(const protocol::Request& request) {
+    link_->post(request);
+    watchForRoom();
+}
+
+void OwnEngine::lose() {
+    link_->kill();
+    EventHub::shared().unwatch(link_->descriptor());
+    link_.reset();
+    isWaitingForRoom_ = false;
+    mayHaveMore_ = false;
+}
+
+const char* OwnEngine::read(const std::function<bool(const protocol::Event&)>& accept) {
+    protocol::Event event;
+    mayHaveMore_ = false;
+    for (int count = 0; link_; ++count) {
+        if (count == kMostMessages) {
+            mayHaveMore_ = true;
+            break;
+        }
+        switch (link_->read(event)) {
+        case EngineLink::Input::Nothing:
+            watchForRoom();
+            return nullptr;
+        case EngineLink::Input::Lost:
+            return kEngineEnded;
+        case EngineLink::Input::Event:
+            if (!accept(event)) {
+                return kEngineTalksNonsense;
+            }
+        }
+    }
+    return nullptr;
+}
+
+void OwnEngine::tellHub(bool hasEvent) {
+    if (mayHaveMore_ || hasEvent) {
+        EventHub::shared().addReady(source_);
+    } else {
+        EventHub::shared().remove(source_);
+    }
+}
+
+// What did not fit into the socket is sent when the hub wakes the source for it.
+void OwnEngine::watchForRoom() {
+    const bool waits = link_->backlog() > 0;
+    if (waits != isWaitingForRoom_) {
+        isWaitingForRoom_ = waits;
+        EventHub::shared().watchForRoom(link_->descriptor(), source_, waits);
+    }
+}
+
+} // namespace zqm::platform
