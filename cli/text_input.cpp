@@ -75,18 +75,18 @@ void forEachCodePoint(std::string_view text, Function function) {
     } while (function(codePoint, offset));
 }
 
-bool hasOnlyWhiteSpace(std::string_view text) {
-    bool isBlank = true;
-    forEachCodePoint(text, [&isBlank](UChar32 codePoint, std::size_t /*offset*/) {
-        isBlank = u_isUWhiteSpace(codePoint) != 0;
-        return isBlank;
-    });
-    return isBlank;
-}
-
 } // namespace
 
-void requireUtf8(std::string_view text, std::string_view what) {
+std::string inputName(const std::string& path) {
+    return path == "-" ? "standard input" : path;
+}
+
+std::string readInput(const std::string& path) {
+    const std::string name = inputName(path);
+    return InputFile(path, name).readAll();
+}
+
+std::size_t validUtf8(std::string_view text) {
     std::size_t valid = 0;
     forEachCodePoint(text, [&valid](UChar32 codePoint, std::size_t offset) {
         if (codePoint >= 0) {
@@ -94,9 +94,40 @@ void requireUtf8(std::string_view text, std::string_view what) {
         }
         return codePoint >= 0;
     });
-    if (valid != text.size()) {
+    return valid;
+}
+
+void requireUtf8(std::string_view text, std::string_view what) {
+    if (const std::size_t valid = validUtf8(text); valid != text.size()) {
         throw Failure(std::string(what) + " is not valid UTF-8 at byte " + std::to_string(valid));
     }
+}
+
+std::string_view withoutByteOrderMark(std::string_view text) {
+    if (text.starts_with(kByteOrderMark)) {
+        text.remove_prefix(kByteOrderMark.size());
+    }
+    return text;
+}
+
+std::string_view trimmed(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    auto end = static_cast<std::int32_t>(text.size()); // texts are shorter than kLongestText
+    UChar32 codePoint = 0;
+    std::int32_t begin = 0;
+    for (std::int32_t next = 0; next < end; begin = next) {
+        U8_NEXT(bytes, next, end, codePoint);
+        if (u_isUWhiteSpace(codePoint) == 0) {
+            break;
+        }
+    }
+    for (std::int32_t previous = end; previous > begin; end = previous) {
+        U8_PREV(bytes, begin, previous, codePoint);
+        if (u_isUWhiteSpace(codePoint) == 0) {
+            break;
+        }
+    }
+    return text.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
 }
 
 std::string readText(const SayOptions& options) {
@@ -105,14 +136,12 @@ std::string readText(const SayOptions& options) {
     if (options.text) {
         text = *options.text;
     } else {
-        name = options.input == "-" ? "standard input" : options.input;
-        text = InputFile(options.input, name).readAll();
+        name = inputName(options.input);
+        text = readInput(options.input);
     }
     requireUtf8(text, name);
-    if (text.starts_with(kByteOrderMark)) {
-        text.erase(0, kByteOrderMark.size());
-    }
-    if (hasOnlyWhiteSpace(text)) {
+    text.erase(0, text.size() - withoutByteOrderMark(text).size());
+    if (trimmed(text).empty()) {
         throw Failure("there is nothing to speak: " + name + " is empty");
     }
     return text;

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zqm::cli {
+
+// As much of the text as these columns of a terminal hold, without what would spoil the line.
+std::string fitted(std::string_view text, std::size_t columns);
+
+// One line of a terminal, redrawn in place.
+class TerminalLine {
+public:
+    explicit TerminalLine(int descriptor);
+    TerminalLine(const TerminalLine&) = delete;
+    TerminalLine& operator=(const TerminalLine&) = delete;
+    ~TerminalLine(); // clears the line
+
+    bool isPossible() const { return isPossible_; } // the descriptor is a terminal that can redraw a line
+    // Whether enough time has passed since the last time that people see a difference.
+    bool isDue() const;
+    void clear();
+
+protected:
+    std::size_t columns() const; // that a line may take
+    void draw(std::string_view line);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void write(std::string_view bytes) const;
+
+    int descriptor_;
+    bool isPossible_;
+    bool isShown_ = false;
+    Clock::time_point due_ = Clock::time_point::min();
+};
+
+} // namespace zqm::cli
