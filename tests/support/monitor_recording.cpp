@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <mutex>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
 #include <pulse/pulseaudio.h>
+
+#include "tests/support/sounded_parts.h"
 
 namespace zqm::support {
 
@@ -207,6 +211,22 @@ bool MonitorRecording::catchUp() const {
 
 double MonitorRecording::timeOf(std::size_t sample) const {
     return stream_->timeOf(sample);
+}
+
+std::optional<double> MonitorRecording::lastSound(double begin, double end) const {
+    const double origin = timeOf(0);
+    const std::vector<float> all = samples();
+    const auto at = [&](double time) {
+        const double sample = std::ceil((time - origin) * rate());
+        return static_cast<std::size_t>(std::clamp(sample, 0.0, static_cast<double>(all.size())));
+    };
+    const std::size_t first = at(begin);
+    const auto window = std::span(all).subspan(first, std::max(at(end), first) - first);
+    const std::vector<SoundedPart> sounded = soundedParts(window, window.size() + 1);
+    if (sounded.empty()) {
+        return std::nullopt;
+    }
+    return timeOf(first + sounded.front().end - 1);
 }
 
 } // namespace zqm::support

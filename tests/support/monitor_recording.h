@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "tests/support/pulse_server.h"
@@ -29,6 +30,8 @@ public:
     // The time at which a sample of the recording was heard, corrected by the latencies on the way; the null
     // sink's clock and ours are the same. Throws std::logic_error when nothing was caught up with yet.
     double timeOf(std::size_t sample) const;
+    // When the last sound between two times was heard; nothing when there was none. Throws as timeOf() does.
+    std::optional<double> lastSound(double begin, double end) const;
 
 private:
     class Stream;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <sstream>
 #include <string>
 
 #include <malloc.h>
@@ -75,6 +76,22 @@ std::size_t openDescriptors() {
 std::size_t openDescriptorsOf(pid_t process) {
     const fs::directory_iterator listing("/proc/" + std::to_string(process) + "/fd");
     return static_cast<std::size_t>(std::distance(begin(listing), end(listing)));
+}
+
+double processorSecondsOf(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(file, line);
+    // Of the fields behind the name the 12th and 13th are the times in the program and in the kernel.
+    std::istringstream fields(line.substr(std::min(line.rfind(") ") + 2, line.size())));
+    std::string skipped;
+    for (int field = 1; field < 12; ++field) {
+        fields >> skipped;
+    }
+    double user = 0;
+    double kernel = 0;
+    fields >> user >> kernel;
+    return (user + kernel) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
 std::size_t residentMemory() {

@@ -20,6 +20,10 @@ bool isAlive(pid_t process);
 std::size_t openDescriptors();
 std::size_t openDescriptorsOf(pid_t process);
 
+// Seconds that processors have spent on a process so far, its ended children not counted; 0 for one that is
+// gone. Counted in ticks of a hundredth.
+double processorSecondsOf(pid_t process);
+
 // Bytes of this process's memory that are resident, shared pages included. Freed memory is given back to
 // the system first, so that what counts is what is held.
 std::size_t residentMemory();

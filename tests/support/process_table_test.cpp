@@ -1,6 +1,7 @@
 #include "tests/support/process_table.h"
 
 #include <chrono>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -39,6 +40,21 @@ TEST(ProcessTable, CountsOpenDescriptors) {
     close(descriptor);
     EXPECT_EQ(openDescriptors(), before);
     EXPECT_EQ(openDescriptorsOf(getpid()), before + 1);
+}
+
+TEST(ProcessTable, CountsTheTimeThatProcessorsSpend) {
+    // Until it has been given half a second, however long a busy machine takes for that.
+    const Process busy("sh", {"-c", "while :; do :; done"});
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (processorSecondsOf(busy.pid()) < 0.5) {
+        ASSERT_LT(std::chrono::steady_clock::now(), end);
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    const Process idle("sleep", {"1000"});
+    EXPECT_LT(processorSecondsOf(idle.pid()), 0.2);
+    busy.signal(SIGKILL);
+    ASSERT_TRUE(busy.waitFor(std::chrono::seconds(10)));
+    EXPECT_EQ(processorSecondsOf(-1), 0);
 }
 
 TEST(ProcessTable, SeesMemoryThatIsHeld) {
