@@ -3,85 +3,29 @@
 #include "bridge/dates.h"
 #include "bridge/nesting.h"
 #include "bridge/variant_to_cocoa.h"
+#include "plugin/array_elements.h"
 #include "plugin/host_handles.h"
 #include "plugin/platform_strings.h"
-#include "plugin/plugin_main.h"
 
 #import <Foundation/Foundation.h>
 #include <algorithm>
 #include <array>
-#include <type_traits>
 
 namespace {
 
-// The elements themselves, contiguous, where the host shows them. Read anew for each element: the array may
-// have been given other memory.
-const void* directData(REALarray array) {
-    if (rbversion_rbversion >= kHostVersion2016) {
-        return nullptr;
-    }
-    return *reinterpret_cast<const void* const*>(reinterpret_cast<const char*>(array) +
-                                                 kArrayDirectDataOffset);
-}
-
-auto& lockFor(REALstring) {
-    return REALLockString;
-}
-auto& lockFor(REALobject) {
-    return REALLockObject;
-}
-auto& lockFor(REALtext) {
-    return REALLockText;
-}
-
-// Whether elements that were read without a call can be given the lock that a get function would give them.
-template <typename Element>
-bool canLock() {
-    if constexpr (std::is_pointer_v<Element>) {
-        return lockFor(Element{}).isAvailable();
-    }
-    return true;
-}
-
-// A handle comes with one lock that is the caller's.
-template <typename Element>
-Element elementAt(REALarray array, std::int64_t index,
-                  ArrayEntryPoint<Element(REALarray, std::int64_t)>& getter) {
-    const auto* elements = static_cast<const Element*>(directData(array));
-    if (elements == nullptr || !canLock<Element>()) {
-        return getter(array, index);
-    }
-    Element element = elements[index];
-    if constexpr (std::is_pointer_v<Element>) {
-        if (element != nullptr) {
-            lockFor(element)(element);
-        }
-    }
-    return element;
-}
-
-// The loop of every kind of array. The upper bound is asked for before each element, but decides only whether
-// the element is still there.
 template <auto& getter, auto convert>
 NSMutableArray* convertedElements(REALarray array) {
     return convertedCollection([&]() -> NSMutableArray* {
         using Element = decltype(getter(array, 0));
         NSMutableArray* result = [NSMutableArray array];
-        const std::int64_t upperBound = REALGetArrayUBound(array);
-        for (std::int64_t i = 0; i <= upperBound; ++i) {
-            const std::int64_t boundNow = REALGetArrayUBound(array);
-            Element element{};
-            if (boundNow < i) {
-                RaiseOutOfBoundsException(i, boundNow + 1, "index", "");
-            } else {
-                element = elementAt(array, i, getter);
-            }
+        takeElements<getter>(array, REALGetArrayUBound(array), [&](Element element) {
             id converted = convert(element);
             if (isConversionAbandoned()) {
-                break;
+                return false;
             }
             [result addObject:converted];
-        }
+            return true;
+        });
         return result;
     });
 }

@@ -105,7 +105,8 @@ using GetterFunction =
                   REALstring (*)(REALobject, std::int64_t), std::int64_t (*)(REALobject, std::int64_t)>;
 using SetterFunction =
     OneFunctionOf<std::nullptr_t, void (*)(REALobject, std::int64_t, double),
-                  void (*)(REALobject, std::int64_t, bool), void (*)(REALobject, std::int64_t, REALstring),
+                  void (*)(REALobject, std::int64_t, bool), void (*)(REALobject, std::int64_t, signed char),
+                  void (*)(REALobject, std::int64_t, REALstring),
                   void (*)(REALobject, std::int64_t, std::int64_t)>;
 
 static_assert(sizeof(MethodFunction) == 8);

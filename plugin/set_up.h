@@ -20,6 +20,9 @@ void CocoaInit();
 void rememberInstance(const void* platformObject, const void* hostObject);
 void forgetInstance(const void* platformObject);
 
+// Whether a constructor is called for an object that retains its platform object already, which is raised.
+bool isAlreadyInitialized(const void* platformObject);
+
 // What a host object does at its end with the platform object that it retains, if it has one: removes it from
 // the dictionary, releases it, and leaves nil in its place.
 template <typename Pointer>

@@ -1,5 +1,6 @@
 #include "plugin/set_up.h"
 
+#include "plugin/host_errors.h"
 #include "plugin/host_handles.h"
 #include "plugin/sibling_methods.h"
 
@@ -28,6 +29,15 @@ void forgetInstance(const void* platformObject) {
     if (instances != nullptr) {
         CFDictionaryRemoveValue(instances, platformObject);
     }
+}
+
+bool isAlreadyInitialized(const void* platformObject) {
+    if (platformObject == nullptr) {
+        return false;
+    }
+    RaiseException("UnsupportedOperationException",
+                   "Constructor called too often. Object is already initialized.", 0, 0);
+    return true;
 }
 
 std::optional<REALobject> lockedInstance(const void* platformObject) {

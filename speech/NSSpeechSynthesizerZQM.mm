@@ -40,9 +40,7 @@ void NSSpeechSynthesizerDestructor(REALobject self) {
 void initWithVoice(REALobject self, REALstring voice) {
     guarded([&] {
         MyNSSpeechSynthesizer*& synthesizer = synthesizerOf(self);
-        if (synthesizer != nil) {
-            RaiseException("UnsupportedOperationException",
-                           "Constructor called too often. Object is already initialized.", 0, 0);
+        if (isAlreadyInitialized(synthesizer)) {
             return;
         }
         CocoaInit();

@@ -1,7 +1,6 @@
 // What the class tells about voices, without a synthesizer.
 
 #include "plugin/guard.h"
-#include "plugin/host_handles.h"
 #include "plugin/platform_strings.h"
 #include "plugin/set_up.h"
 #include "plugin/string_arrays.h"
@@ -62,10 +61,6 @@ REALstring defaultVoice() {
 REALarray availableVoices() {
     return guarded([] {
         CocoaInit();
-        const REALarray voices = REALCreateArray(kArrayElementString, -1);
-        OwnedObject owner{reinterpret_cast<REALobject>(voices)};
-        FillStringArray(voices, [NSSpeechSynthesizer availableVoices]);
-        owner.release();
-        return voices;
+        return newStringArray([] { return [NSSpeechSynthesizer availableVoices]; });
     });
 }

@@ -32,7 +32,17 @@ struct Documented {
 };
 
 const Documented kDocumented[] = {
-    {"NSSpeechRecognizerZQM", &NSSpeechRecognizerClass, {}, {}, {}, {}},
+    {"NSSpeechRecognizerZQM",
+     &NSSpeechRecognizerClass,
+     {
+         {"listensInForegroundOnly", "Boolean", true},
+         {"displayedCommandsTitle", "String", true},
+         {"blocksOtherRecognizers", "Boolean", true},
+     },
+     {"Destructor", "commands as string()", "setCommands(commands() as string)", "startListening",
+      "stopListening"},
+     {"DidRecognizeCommand(command as string)"},
+     {}},
     {"NSVoiceZQM",
      &NSVoiceClass,
      {},

@@ -22,5 +22,5 @@
 
 @protocol NSSpeechRecognizerDelegate <NSObject>
 @optional
-- (void)speechRecognizer:(NSSpeechRecognizer*)sender didRecognizeCommand:(id)command;
+- (void)speechRecognizer:(NSSpeechRecognizer*)sender didRecognizeCommand:(NSString*)command;
 @end

@@ -11,5 +11,6 @@
 @end
 
 @interface NSMutableArray : NSArray
++ (instancetype)arrayWithCapacity:(NSUInteger)numItems;
 - (void)addObject:(id)anObject;
 @end
