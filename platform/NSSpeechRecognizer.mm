@@ -17,7 +17,7 @@ Recognizer& of(void* recognition) {
 - (instancetype)init {
     self = [super init];
     if (self != nil) {
-        _recognition = new Recognizer();
+        _recognition = new Recognizer(self);
     }
     return self;
 }
@@ -28,9 +28,11 @@ Recognizer& of(void* recognition) {
 }
 
 - (void)startListening {
+    of(_recognition).start();
 }
 
 - (void)stopListening {
+    of(_recognition).stop();
 }
 
 - (id<NSSpeechRecognizerDelegate>)delegate {
@@ -66,11 +68,11 @@ Recognizer& of(void* recognition) {
 }
 
 - (BOOL)blocksOtherRecognizers {
-    return of(_recognition).blocksOtherRecognizers;
+    return of(_recognition).blocksOthers();
 }
 
 - (void)setBlocksOtherRecognizers:(BOOL)flag {
-    of(_recognition).blocksOtherRecognizers = flag;
+    of(_recognition).setBlocksOthers(flag);
 }
 
 @end

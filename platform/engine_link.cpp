@@ -42,8 +42,8 @@ bool EngineLink::send(const protocol::Request& request, std::vector<Descriptor> 
     return false;
 }
 
-void EngineLink::post(const protocol::Request& request) {
-    channel_.send(protocol::encode(request));
+void EngineLink::post(const protocol::Request& request, std::vector<Descriptor> descriptors) {
+    channel_.send(protocol::encode(request), std::move(descriptors));
     channel_.flush();
 }
 

@@ -39,7 +39,7 @@ public:
               Clock::time_point deadline);
 
     // Sends what the socket takes now, the rest with what is sent or read later.
-    void post(const protocol::Request& request);
+    void post(const protocol::Request& request, std::vector<protocol::Descriptor> descriptors = {});
 
     // Bytes posted and not yet sent.
     [[nodiscard]] std::size_t backlog() const { return channel_.backlog(); }

@@ -1,5 +1,7 @@
 #include "platform/own_engine.h"
 
+#include <utility>
+
 namespace zqm::platform {
 namespace {
 
@@ -30,8 +32,8 @@ bool OwnEngine::open(std::string& error) {
     return link_ != nullptr;
 }
 
-void OwnEngine::post(const protocol::Request& request) {
-    link_->post(request);
+void OwnEngine::post(const protocol::Request& request, std::vector<protocol::Descriptor> descriptors) {
+    link_->post(request, std::move(descriptors));
     watchForRoom();
 }
 

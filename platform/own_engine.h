@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace zqm::platform {
 
@@ -40,7 +41,7 @@ public:
     EngineLink& link() { return *link_; }
 
     // Sends without waiting. Of an open one.
-    void post(const protocol::Request& request);
+    void post(const protocol::Request& request, std::vector<protocol::Descriptor> descriptors = {});
 
     // Kills it.
     void lose();

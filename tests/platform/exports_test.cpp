@@ -123,6 +123,8 @@ const std::set<std::string> kExpected{
     "NSVoiceSupportedCharacters",
     "ZQMPlatformCreateInstanceOfType",
     "ZQMPlatformEventDescriptor",
+    "ZQMPlatformListenToFile",
+    "ZQMPlatformObserveListening",
     "__objc_class_name_NSSpeechRecognizer",
     "__objc_class_name_NSSpeechSynthesizer",
     "kCFAllocatorDefault",

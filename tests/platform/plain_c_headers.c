@@ -1,6 +1,7 @@
 // The headers must do for a program in C.
 #include <CoreServices/CoreServices.h>
 #include <CoreText/CoreText.h>
+#include <zqmplatform/listening.h>
 #include <zqmplatform/type_instances.h>
 
 _Static_assert(sizeof(CFIndex) == 8, "CFIndex is a 64-bit long");
