@@ -18,8 +18,8 @@ bool tellObserver(const Observation& observation) {
     if (observer.function == nullptr) {
         return false;
     }
-    const ZQMListeningEvent event{observation.kind, observation.begin, observation.end, observation.level,
-                                  observation.text.c_str()};
+    const ZQMListeningEvent event{observation.kind,  observation.begin,           observation.end,
+                                  observation.level, observation.command.c_str(), observation.reason.c_str()};
     observer.function(&event, observer.context);
     return true;
 }

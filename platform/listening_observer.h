@@ -12,7 +12,8 @@ struct Observation {
     double begin = 0;
     double end = 0;
     double level = 0;
-    std::string text{};
+    std::string command{};
+    std::string reason{};
 };
 
 bool isListeningObserved();

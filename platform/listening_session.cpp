@@ -193,7 +193,7 @@ void ListeningSession::reportFailure(const std::string& reason) {
     }
     state_ = reason;
     log_("Nothing can be heard: " + reason);
-    observe({.kind = ZQMListeningFailed, .text = reason});
+    observe({.kind = ZQMListeningFailed, .reason = reason});
 }
 
 bool ListeningSession::accept(const protocol::Event& event) {
@@ -226,10 +226,9 @@ bool ListeningSession::acceptCommands(const protocol::CommandsSet& set) {
             return false;
         }
         if (isNews) {
-            const std::string refusal =
-                "\"" + texts[problem.command] + "\" can't be listened for: " + problem.message;
-            log_(refusal);
-            observe({.kind = ZQMListeningCommandRefused, .text = refusal});
+            const std::string& command = texts[problem.command];
+            log_("\"" + command + "\" can't be listened for: " + problem.message);
+            observe({.kind = ZQMListeningCommandRefused, .command = command, .reason = problem.message});
         }
     }
     return true;
@@ -254,7 +253,7 @@ bool ListeningSession::hear(const protocol::Heard& heard) {
         observe({.kind = ZQMListeningRecognized,
                  .begin = heard.begin,
                  .end = heard.end,
-                 .text = (*list)->texts[heard.command]});
+                 .command = (*list)->texts[heard.command]});
         events_.emplace_back(HeardCommand{*list, heard.command});
     }
     return true;

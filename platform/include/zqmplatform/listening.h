@@ -10,19 +10,21 @@ CF_EXTERN_C_BEGIN
 
 typedef enum {
     ZQMListeningBegan = 1,     // sound arrives; the seconds of what follows count from here
-    ZQMListeningFailed,        // none does, for the reason in `text`; from a microphone it is tried again
+    ZQMListeningFailed,        // none does, for `reason`; from a microphone it is tried again
     ZQMListeningLevel,         // how loud it is: `level`, ten times a second of sound
-    ZQMListeningRecognized,    // a phrase from `begin` to `end`, and `text` is the command
+    ZQMListeningRecognized,    // a phrase from `begin` to `end`, and the `command` that it is
     ZQMListeningRejected,      // a phrase from `begin` to `end` that is none of the commands
     ZQMListeningEnded,         // all of a file was heard
-    ZQMListeningCommandRefused // a command that can't be listened for: `text` tells which and why
+    ZQMListeningCommandRefused // a `command` that can't be listened for, for `reason`
 } ZQMListeningEventKind;
 
 typedef struct {
     ZQMListeningEventKind kind;
     double begin, end; // seconds of sound
     double level;      // decibels of full scale: 0 is the loudest there is
-    const char* text;  // UTF-8, empty where there is nothing to tell; valid during the call
+    // UTF-8, empty where there is nothing to tell; valid during the call.
+    const char* command;
+    const char* reason; // for people
 } ZQMListeningEvent;
 
 typedef void (*ZQMListeningObserver)(const ZQMListeningEvent* event, void* context);
