@@ -1,6 +1,11 @@
 #pragma once
 
+#include <chrono>
+
 namespace zqm::cli {
+
+// How long a signal may wait to be noticed.
+inline constexpr std::chrono::duration<double> kSignalLatency{0.05};
 
 // While one exists, the first SIGINT, SIGTERM or SIGHUP is only noted, so that what is being written can be
 // ended well; a second one of the same kind ends the process at once. A signal that was ignored stays

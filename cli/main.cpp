@@ -1,10 +1,13 @@
 // zqmspeech, the command for people.
 
 #include "cli/failure.h"
+#include "cli/listen_command.h"
+#include "cli/listen_options.h"
+#include "cli/message.h"
 #include "cli/say_command.h"
 #include "cli/say_options.h"
 
-#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <span>
@@ -24,18 +27,19 @@ constexpr const char* kHelp = "The platform's speech services, from the command 
                               "\n"
                               "Commands:\n"
                               "  say        speaks a text; zqmspeech say --help tells how\n"
+                              "  listen     listens for spoken commands; zqmspeech listen --help tells how\n"
                               "\n"
                               "Options:\n"
                               "  -h,--help  prints this help\n"
                               "  --version  prints the version\n";
 
-int runSay(std::span<const char* const> arguments) {
-    const auto parsed = parseSayOptions(arguments);
+template <typename Options>
+int runWith(std::variant<Options, std::string> parsed, int (*command)(const Options&)) {
     if (const auto* help = std::get_if<std::string>(&parsed)) {
         std::fputs(help->c_str(), stdout);
         return 0;
     }
-    return say(std::get<SayOptions>(parsed));
+    return command(std::get<Options>(parsed));
 }
 
 int runCommand(std::span<const char* const> arguments) {
@@ -44,7 +48,10 @@ int runCommand(std::span<const char* const> arguments) {
     }
     const std::string_view command = arguments.front();
     if (command == "say") {
-        return runSay(arguments.subspan(1));
+        return runWith(parseSayOptions(arguments.subspan(1)), say);
+    }
+    if (command == "listen") {
+        return runWith(parseListenOptions(arguments.subspan(1)), listen);
     }
     if (command == "--help" || command == "-h") {
         std::fputs(kHelp, stdout);
@@ -57,20 +64,15 @@ int runCommand(std::span<const char* const> arguments) {
     throw UsageError(std::string(command) + " is not a command; zqmspeech --help lists them");
 }
 
-// In one line, whatever names it cites.
 int report(const std::exception& error, int code) {
-    std::string message = error.what();
-    std::ranges::replace_if(
-        message,
-        [](char character) { return static_cast<unsigned char>(character) < ' ' || character == '\x7F'; },
-        '?');
-    std::fprintf(stderr, "zqmspeech: %s\n", message.c_str());
+    tell(error.what());
     return code;
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
+    std::signal(SIGPIPE, SIG_IGN); // a reader who has left shows when something is written
     try {
         const int code =
             runCommand(std::span<const char* const>(arguments, static_cast<std::size_t>(count)).subspan(1));

@@ -5,8 +5,8 @@
 namespace zqm::cli {
 
 // The platform answers only that speech failed, and logs why. While one of these exists, that reason is kept
-// for the command's own message instead; whatever else the platform logs still goes to standard error. One at
-// a time.
+// for the command's own message instead, and what the command is told of listening otherwise is left out;
+// whatever else the platform logs still goes to standard error. One at a time.
 class PlatformLog {
 public:
     PlatformLog();

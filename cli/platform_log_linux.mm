@@ -1,5 +1,6 @@
 #include "cli/platform_log.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <string_view>
@@ -12,6 +13,8 @@ namespace {
 std::string lastReason;
 
 constexpr std::array<std::string_view, 2> kFailures{"Speech can't be started: ", "Speech ended early: "};
+// In lines of what a ListeningObserver is told.
+constexpr std::array<std::string_view, 2> kObserved{"Nothing can be heard: ", " can't be listened for: "};
 
 NSLog_printf_handler* earlier = nullptr;
 
@@ -28,7 +31,10 @@ void takeLine(NSString* line) {
             return;
         }
     }
-    earlier(line);
+    const auto isIn = [text](std::string_view part) { return text.find(part) != std::string_view::npos; };
+    if (std::ranges::none_of(kObserved, isIn)) {
+        earlier(line);
+    }
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "cli/failure.h"
 #include "cli/program_file.h"
 
+#include <zqmhost/zqmhost.h>
+
 #include <unistd.h>
 
 namespace zqm::cli {
@@ -21,6 +23,12 @@ std::string findPlugin(const std::string& programFolder) {
         }
     }
     throw Failure(ZQM_PLUGIN_FILE " is missing: it is neither in " + programFolder + " nor in " + installed);
+}
+
+void loadPlugin(host::Runtime& runtime) {
+    const std::string plugin = findPlugin();
+    runtime.load(plugin);
+    runtime.loadBeside(plugin, ZQM_SIBLING);
 }
 
 } // namespace zqm::cli

@@ -2,6 +2,10 @@
 
 #include <string>
 
+namespace zqm::host {
+class Runtime;
+}
+
 namespace zqm::cli {
 
 // Where the plugin library is: beside the program, as it is built, else where an installation has it, seen
@@ -10,5 +14,8 @@ std::string findPlugin();
 
 // The same for a program in another folder.
 std::string findPlugin(const std::string& programFolder);
+
+// Loads it into the host, with the other libraries of its family that stand beside it.
+void loadPlugin(host::Runtime& runtime);
 
 } // namespace zqm::cli

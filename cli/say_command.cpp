@@ -23,8 +23,6 @@
 namespace zqm::cli {
 namespace {
 
-// How long a signal may wait to be noticed.
-constexpr host::Seconds kSlice{0.05};
 // How long the end of a stopped speech is waited for.
 constexpr host::Seconds kStopDeadline{15};
 
@@ -83,7 +81,7 @@ public:
     // Waits for the end; stops at a signal. True when all was spoken.
     bool wait() {
         while (!isOver()) {
-            runtime_.runUntil([this] { return isOver() || rests(); }, kSlice);
+            runtime_.runUntil([this] { return isOver() || rests(); }, kSignalLatency);
             if (rests()) {
                 restFromWords();
             }
@@ -113,7 +111,7 @@ private:
 
     void restFromWords() {
         synthesizer_.off("willSpeakWord");
-        runtime_.runUntil([this] { return isOver() || progress_.isDue(); }, kSlice);
+        runtime_.runUntil([this] { return isOver() || progress_.isDue(); }, kSignalLatency);
         listenToWords();
     }
 
@@ -179,9 +177,7 @@ int say(const SayOptions& options) {
 
     const PlatformLog log;
     host::Runtime runtime;
-    const std::string plugin = findPlugin();
-    runtime.load(plugin);
-    runtime.loadBeside(plugin, ZQM_SIBLING);
+    loadPlugin(runtime);
     const Interruption interruption;
     Speech speech(runtime, options, text);
     const std::optional<std::string> file = begin(speech, options);

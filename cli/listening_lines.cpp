@@ -1,0 +1,58 @@
+#include "cli/listening_lines.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+namespace zqm::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Bytes that are no UTF-8, of a file's name for example, become U+FFFD.
+std::string lineOf(const Json& event) {
+    return event.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+// To the millisecond: no one hears more.
+double rounded(double seconds) {
+    return std::round(seconds * 1000) / 1000;
+}
+
+void add(Json& event, TimeRange range) {
+    event["begin"] = rounded(range.begin);
+    event["end"] = rounded(range.end);
+}
+
+} // namespace
+
+std::string beganLine() {
+    return lineOf({{"event", "began"}});
+}
+
+std::string recognizedLine(std::string_view command, std::size_t index, std::optional<TimeRange> range) {
+    Json event{{"event", "recognized"}, {"command", command}, {"index", index}};
+    if (range) {
+        add(event, *range);
+    }
+    return lineOf(event);
+}
+
+std::string rejectedLine(TimeRange range) {
+    Json event{{"event", "rejected"}};
+    add(event, range);
+    return lineOf(event);
+}
+
+std::string refusedLine(std::string_view command, std::string_view reason) {
+    return lineOf({{"event", "refused"}, {"command", command}, {"reason", reason}});
+}
+
+std::string failedLine(std::string_view reason) {
+    return lineOf({{"event", "failed"}, {"reason", reason}});
+}
+
+std::string endedLine() {
+    return lineOf({{"event", "ended"}});
+}
+
+} // namespace zqm::cli

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+namespace zqm::cli {
+
+// Writes the line to standard output at once. What fails shows in ferror(stdout).
+void printLine(std::string_view line);
+
+// Whether standard output takes lines still: that none failed, and that the reader of a pipe has not left.
+bool hasReader();
+
+} // namespace zqm::cli
