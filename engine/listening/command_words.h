@@ -3,8 +3,8 @@
 #pragma once
 
 #include "engine/listening/pronunciation_dictionary.h"
+#include "engine/listening/transcriber.h"
 
-#include <functional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -20,9 +20,6 @@ struct CommandWord {
 
 // Or why the command can't be listened for, for people.
 using CommandWords = std::variant<std::vector<CommandWord>, std::string>;
-
-// The pronunciations of a word that no dictionary has, in phones; none when nothing is known of it.
-using Transcriber = std::function<std::vector<std::string>(const std::string& word)>;
 
 class CommandReader {
 public:

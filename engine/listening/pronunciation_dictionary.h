@@ -26,7 +26,8 @@ private:
     void index();
 
     std::string text_;
-    std::vector<std::uint32_t> slots_; // by the hash of a word, where its lines begin, counted from 1; 0: free
+    std::vector<std::uint32_t>
+        slots_; // by the hash of a word, where its lines begin, counted from 1; 0: free
 };
 
 } // namespace zqm::engine

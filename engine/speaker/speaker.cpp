@@ -1,5 +1,6 @@
 #include "engine/speaker/speaker.h"
 
+#include "engine/phonemes/phoneme_text.h"
 #include "engine/phonemes/text_phonemes.h"
 #include "engine/speaker/spoken_text.h"
 #include "engine/speaker/timeline.h"
@@ -175,13 +176,33 @@ std::vector<LexiconProblem> Speaker::setLexicon(std::vector<protocol::LexiconDic
     return lexiconProblems(dictionaries_, set_);
 }
 
-std::string Speaker::phonemes(const std::string& text, const protocol::Voice& voice,
-                              const protocol::Manner& manner) {
+// It takes phonemes in what it translates as it was told when it spoke last.
+bool Speaker::prepareToTranslate(const protocol::Voice& voice) {
     if (!setVoice(voice) || !load(voice.identifier)) {
+        return false;
+    }
+    spoken({}, kSynthFlags);
+    return true;
+}
+
+std::string Speaker::phonemeNames(const std::string& text, const protocol::Voice& voice) {
+    if (!prepareToTranslate(voice)) {
         return {};
     }
-    // It takes phonemes in what it translates as it was told when it spoke last.
-    spoken({}, kSynthFlags);
+    std::string names;
+    for (const void* rest = text.c_str(); rest != nullptr;) {
+        const char* const clause = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, kPhonemeMode);
+        names += names.empty() ? "" : " ";
+        names += clause == nullptr ? "" : clause;
+    }
+    return names;
+}
+
+std::string Speaker::phonemes(const std::string& text, const protocol::Voice& voice,
+                              const protocol::Manner& manner) {
+    if (!prepareToTranslate(voice)) {
+        return {};
+    }
     Piece whole{.text = fromUtf8(text), .words = {}};
     // Each bracket would be a pause.
     std::replace_if(

@@ -71,9 +71,14 @@ public:
     std::string phonemes(const std::string& text, const protocol::Voice& voice,
                          const protocol::Manner& manner = {});
 
+    // What espeak-ng itself says of a text in UTF-8, in kPhonemeMode, as a voice speaks it. The voice is set
+    // then.
+    std::string phonemeNames(const std::string& text, const protocol::Voice& voice);
+
 private:
     [[nodiscard]] PhonemeSet phonemeSet(const protocol::Voice& voice) const;
     bool load(const std::string& name);
+    bool prepareToTranslate(const protocol::Voice& voice);
     void setParameter(int parameter, int value);
     void prepare();
     [[nodiscard]] int rate() const;

@@ -21,8 +21,8 @@ CommandWords wordsOf(const std::string& command) {
 }
 
 TEST(CommandWords, areThoseOfTheDictionary) {
-    EXPECT_EQ(wordsOf("Play the"), CommandWords(std::vector<CommandWord>{{"play", {"P L EY"}},
-                                                                         {"the", {"DH AH", "DH IY"}}}));
+    EXPECT_EQ(wordsOf("Play the"),
+              CommandWords(std::vector<CommandWord>{{"play", {"P L EY"}}, {"the", {"DH AH", "DH IY"}}}));
 }
 
 TEST(CommandWords, areMissingInBlanks) {

@@ -48,7 +48,8 @@ TEST_F(PronunciationDictionaryOfLines, partsPhonesBySingleBlanks) {
 }
 
 TEST_F(PronunciationDictionaryOfLines, takesNoWordOutOfLinesWithoutPhones) {
-    const PronunciationDictionary words = dictionary(";; a comment\n## another\n\nalone\n(2) T UW\none W AH N\n");
+    const PronunciationDictionary words =
+        dictionary(";; a comment\n## another\n\nalone\n(2) T UW\none W AH N\n");
     EXPECT_THAT(words.find(";;"), IsEmpty());
     EXPECT_THAT(words.find("##"), IsEmpty());
     EXPECT_THAT(words.find("alone"), IsEmpty());
