@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace zqm::recognition {
@@ -24,37 +25,46 @@ void from_json(const nlohmann::json& json, Phrase& phrase) {
     phrase.file = json.at("file").get<std::string>();
 }
 
-std::vector<Phrase> readPhrases(const std::filesystem::path& list) {
+namespace {
+
+constexpr std::size_t kFields = 4;
+
+std::vector<std::string> fieldsOf(const std::string& line) {
+    std::vector<std::string> fields;
+    std::istringstream in(line);
+    for (std::string field; std::getline(in, field, '\t');) {
+        fields.push_back(field);
+    }
+    return fields;
+}
+
+} // namespace
+
+std::vector<Phrase> readPhrases(const std::filesystem::path& list, const std::string& half) {
     std::ifstream in(list);
     if (!in) {
         throw std::runtime_error(list.string() + " can't be read");
     }
-    try {
-        auto phrases = readLines<Phrase>(in);
-        for (Phrase& phrase : phrases) {
-            phrase.file = list.parent_path() / phrase.file;
+    std::vector<Phrase> phrases;
+    for (std::string line; std::getline(in, line);) {
+        const std::vector<std::string> fields = fieldsOf(line);
+        if (fields.size() != kFields) {
+            throw std::runtime_error(list.string() + ", line " + std::to_string(phrases.size() + 1) +
+                                     ": a phrase is a voice, a kind, a text and a file");
         }
-        return phrases;
-    } catch (const std::runtime_error& error) {
-        throw std::runtime_error(list.string() + ", " + error.what());
+        phrases.push_back({.half = half,
+                           .voice = fields[0],
+                           .text = fields[2],
+                           .command = fields[1] == "command" ? fields[2] : "",
+                           .file = fields[3]});
     }
+    return phrases;
 }
 
-void writePhrases(const std::filesystem::path& list, const std::vector<Phrase>& phrases) {
-    std::ofstream out(list);
-    for (const Phrase& phrase : phrases) {
-        out << nlohmann::json(phrase).dump() << '\n';
-    }
-    if (!out.flush()) {
-        throw std::runtime_error(list.string() + " can't be written");
-    }
-}
-
-std::vector<std::string> commandsOf(const std::vector<Phrase>& phrases, const std::string& half) {
+std::vector<std::string> commandsOf(const std::vector<Phrase>& phrases) {
     std::vector<std::string> commands;
     for (const Phrase& phrase : phrases) {
-        if (phrase.half == half && !phrase.command.empty() &&
-            std::ranges::find(commands, phrase.command) == commands.end()) {
+        if (!phrase.command.empty() && std::ranges::find(commands, phrase.command) == commands.end()) {
             commands.push_back(phrase.command);
         }
     }

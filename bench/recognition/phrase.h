@@ -18,12 +18,11 @@ struct Phrase {
     bool operator==(const Phrase&) const = default;
 };
 
-// A list of phrases is a file of one JSON object a line. Files in it are named from the list's own folder, or
-// absolutely. Both throw std::runtime_error when the list can't be read or written.
-std::vector<Phrase> readPhrases(const std::filesystem::path& list);
-void writePhrases(const std::filesystem::path& list, const std::vector<Phrase>& phrases);
+// Of a list: a file with a line for each phrase, of voice, kind, text and file, parted by tabs. The kind is
+// "command", or another word for what is none. Throws std::runtime_error when the list can't be read.
+std::vector<Phrase> readPhrases(const std::filesystem::path& list, const std::string& half);
 
-// What the recognizer listens for while that half is played: each command that one of its phrases is, once.
-std::vector<std::string> commandsOf(const std::vector<Phrase>& phrases, const std::string& half);
+// What the recognizer listens for while they are played: each command that one of them is, once.
+std::vector<std::string> commandsOf(const std::vector<Phrase>& phrases);
 
 } // namespace zqm::recognition

@@ -13,48 +13,35 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Phrases, AreReadAsTheyWereWritten) {
+TEST(Phrases, AreReadFromALineEach) {
     const support::TemporaryFolder folder;
+    std::ofstream(folder / "list") << "flite slt\tcommand\tCafé, \"please\"\t/sounds/1.wav\n"
+                                      "flite slt\tsentence\tSomething else.\t2.wav\n";
     const std::vector<Phrase> phrases = {
-        {.half = "tuning",
-         .voice = "flite slt",
-         .text = "Café, \"please\"",
-         .command = "café",
-         .file = folder / "one.wav"},
-        {.half = "reporting", .voice = "noise", .text = "white", .command = "", .file = "/two.wav"}};
-    writePhrases(folder / "list", phrases);
-    EXPECT_EQ(readPhrases(folder / "list"), phrases);
-}
-
-TEST(Phrases, NameFilesFromTheFolderOfTheirList) {
-    const support::TemporaryFolder folder;
-    writePhrases(folder / "list", {{.half = "", .voice = "", .text = "", .command = "", .file = "one.wav"}});
-    EXPECT_EQ(readPhrases(folder / "list").at(0).file, folder / "one.wav");
+        {"tuning", "flite slt", "Café, \"please\"", "Café, \"please\"", "/sounds/1.wav"},
+        {"tuning", "flite slt", "Something else.", "", "2.wav"}};
+    EXPECT_EQ(readPhrases(folder / "list", "tuning"), phrases);
 }
 
 TEST(Phrases, OfABadListAreRefusedWithTheLine) {
     const support::TemporaryFolder folder;
-    EXPECT_THROW(readPhrases(folder / "absent"), std::runtime_error);
-    writePhrases(folder / "list", {{.half = "", .voice = "", .text = "", .command = "", .file = ""}});
-    std::ofstream(folder / "list", std::ios::app) << "nonsense\n";
+    EXPECT_THROW(readPhrases(folder / "absent", ""), std::runtime_error);
+    std::ofstream(folder / "list") << "a\tcommand\tb\tc\na\tcommand\tb\n";
     try {
-        readPhrases(folder / "list");
+        readPhrases(folder / "list", "");
         FAIL();
     } catch (const std::runtime_error& error) {
         EXPECT_THAT(error.what(), testing::HasSubstr("list, line 2: "));
     }
 }
 
-TEST(Phrases, AreOfTheCommandsOfTheirHalf) {
-    const std::vector<Phrase> phrases = {
-        {.half = "tuning", .voice = "", .text = "Go!", .command = "go", .file = ""},
-        {.half = "tuning", .voice = "", .text = "stop", .command = "stop", .file = ""},
-        {.half = "tuning", .voice = "", .text = "something else", .command = "", .file = ""},
-        {.half = "tuning", .voice = "", .text = "go", .command = "go", .file = ""},
-        {.half = "reporting", .voice = "", .text = "left", .command = "left", .file = ""}};
-    EXPECT_THAT(commandsOf(phrases, "tuning"), ElementsAre("go", "stop"));
-    EXPECT_THAT(commandsOf(phrases, "reporting"), ElementsAre("left"));
-    EXPECT_THAT(commandsOf(phrases, "neither"), IsEmpty());
+TEST(Phrases, NameEachCommandOnce) {
+    const std::vector<Phrase> phrases = {{"", "a", "go", "go", ""},
+                                         {"", "a", "stop", "stop", ""},
+                                         {"", "a", "something else", "", ""},
+                                         {"", "b", "go", "go", ""}};
+    EXPECT_THAT(commandsOf(phrases), ElementsAre("go", "stop"));
+    EXPECT_THAT(commandsOf({}), IsEmpty());
 }
 
 } // namespace
