@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zqm::live {
@@ -8,6 +9,9 @@ namespace zqm::live {
 // A table of how far events and sounds were apart, in milliseconds; each row one run.
 class DelayTable {
 public:
+    // What is measured, for the head of the table.
+    explicit DelayTable(std::string what) : what_(std::move(what)) {}
+
     void add(const std::string& run, const std::vector<double>& seconds);
     // Lines of "run, number, min, median, 95th percentile, max", the last one over all runs.
     std::string text() const;
@@ -17,6 +21,7 @@ private:
         std::string run;
         std::vector<double> seconds;
     };
+    std::string what_;
     std::vector<Row> rows_;
 };
 

@@ -44,7 +44,7 @@ TEST(WordTiming, EveryWordIsHeardAndHasItsEvent) {
     host::Runtime runtime;
     loadPlugin(runtime);
     Speaker speaker(runtime);
-    DelayTable table;
+    DelayTable table("word event minus word heard");
     for (const TimedText& run : kRuns) {
         SCOPED_TRACE(run.name);
         const support::MarkedText text = support::parseMarkedText(run.marked);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <system_error>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -61,6 +62,15 @@ std::vector<pid_t> childrenOf(pid_t process) {
 
 std::vector<pid_t> childrenOfThisProcess() {
     return childrenOf(getpid());
+}
+
+std::vector<pid_t> childrenThatRun(const std::string& program) {
+    std::vector<pid_t> children = childrenOfThisProcess();
+    std::erase_if(children, [&](pid_t child) {
+        std::error_code error; // one that ended runs none
+        return fs::read_symlink("/proc/" + std::to_string(child) + "/exe", error).filename() != program;
+    });
+    return children;
 }
 
 bool isAlive(pid_t process) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include <sys/types.h>
@@ -12,6 +13,9 @@ namespace zqm::support {
 // Direct children of a process, those included that ended and wait to be reaped; ascending.
 std::vector<pid_t> childrenOf(pid_t process);
 std::vector<pid_t> childrenOfThisProcess();
+
+// Those of this process's children that run a program of that file name.
+std::vector<pid_t> childrenThatRun(const std::string& program);
 
 // False for one that is gone, and also for one that ended and waits to be reaped.
 bool isAlive(pid_t process);

@@ -33,6 +33,15 @@ TEST(ProcessTable, ListsRunningChildrenAndThoseThatWaitToBeReaped) {
     EXPECT_THAT(childrenOf(getppid()), Contains(getpid()));
 }
 
+TEST(ProcessTable, FindsChildrenByWhatTheyRun) {
+    const Process process("sleep", {"1000"});
+    EXPECT_THAT(childrenThatRun("sleep"), ElementsAre(process.pid()));
+    EXPECT_THAT(childrenThatRun("slee"), IsEmpty());
+    process.signal(SIGKILL);
+    ASSERT_TRUE(process.waitFor(std::chrono::seconds(10)));
+    EXPECT_THAT(childrenThatRun("sleep"), IsEmpty());
+}
+
 TEST(ProcessTable, CountsOpenDescriptors) {
     const std::size_t before = openDescriptors();
     const int descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);

@@ -38,6 +38,19 @@ SoundFile::SoundFile(const std::filesystem::path& path) {
     }
 }
 
+void writeSoundFile(const std::filesystem::path& path, std::span<const float> samples, int rate) {
+    SF_INFO info{};
+    info.samplerate = rate;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    const std::unique_ptr<SNDFILE, decltype(&sf_close)> file(sf_open(path.c_str(), SFM_WRITE, &info),
+                                                             &sf_close);
+    const auto frames = static_cast<sf_count_t>(samples.size());
+    if (!file || sf_writef_float(file.get(), samples.data(), frames) != frames) {
+        throw std::runtime_error(path.string() + ": " + sf_strerror(file.get()));
+    }
+}
+
 std::vector<Samples> partsBetweenSilences(std::span<const float> samples, int rate, double seconds) {
     const auto longest = static_cast<std::ptrdiff_t>(seconds * rate);
     const auto isSound = [](float sample) { return sample != 0; };

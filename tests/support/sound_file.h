@@ -24,6 +24,9 @@ struct SoundFile {
 
 using Samples = std::vector<float>;
 
+// Writes a WAV file of one channel and 16 bits. Throws std::runtime_error when that fails.
+void writeSoundFile(const std::filesystem::path& path, std::span<const float> samples, int rate);
+
 // What sounds between silences (samples of 0) of at least so many seconds, without silence around it.
 std::vector<Samples> partsBetweenSilences(std::span<const float> samples, int rate, double seconds);
 

@@ -77,5 +77,18 @@ TEST(SoundFile, IsPartedAtSilences) {
     EXPECT_TRUE(partsBetweenSilences(std::vector<float>(9), 1, 1).empty());
 }
 
+TEST(SoundFile, IsReadAsItWasWritten) {
+    const TemporaryFolder folder;
+    writeSoundFile(folder / "a.wav", Samples{0.5F, -0.25F, 0}, 22050);
+    const SoundFile file(folder / "a.wav");
+    EXPECT_EQ(file.rate, 22050);
+    EXPECT_EQ(file.channels, 1);
+    ASSERT_EQ(file.frames(), 3U);
+    EXPECT_NEAR(file.samples[0], 0.5, 0.001);
+    EXPECT_NEAR(file.samples[1], -0.25, 0.001);
+    EXPECT_EQ(file.samples[2], 0);
+    EXPECT_THROW(writeSoundFile(folder / "absent" / "a.wav", Samples{0}, 22050), std::runtime_error);
+}
+
 } // namespace
 } // namespace zqm::support

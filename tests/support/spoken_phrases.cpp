@@ -5,10 +5,6 @@
 #include "tests/support/temporary_folder.h"
 
 #include <cstddef>
-#include <memory>
-#include <stdexcept>
-
-#include <sndfile.h>
 
 namespace zqm::support {
 
@@ -24,17 +20,7 @@ void writeSpokenPhrases(const std::vector<std::string>& phrases, const std::file
         samples.insert(samples.end(), spoken.samples.begin(), spoken.samples.end());
     }
     samples.resize(samples.size() + static_cast<std::size_t>(rate));
-
-    SF_INFO info{};
-    info.samplerate = rate;
-    info.channels = 1;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> output(sf_open(file.c_str(), SFM_WRITE, &info),
-                                                             sf_close);
-    const auto count = static_cast<sf_count_t>(samples.size());
-    if (output == nullptr || sf_writef_float(output.get(), samples.data(), count) != count) {
-        throw std::runtime_error(file.string() + ": " + sf_strerror(output.get()));
-    }
+    writeSoundFile(file, samples, rate);
 }
 
 } // namespace zqm::support
