@@ -3,9 +3,9 @@
 #pragma once
 
 #include "engine/event_loop.h"
-#include "engine/output/sound_server.h"
 #include "engine/protocol/channel.h"
 #include "engine/protocol/protocol.h"
+#include "engine/sound_server.h"
 #include "engine/speaker/speaker.h"
 #include "engine/utterance.h"
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "engine/output/output.h"
-#include "engine/output/sound_server.h"
 #include "engine/protocol/speaking_lock.h"
+#include "engine/sound_server.h"
 
 #include <chrono>
 #include <pulse/operation.h>

@@ -1,4 +1,4 @@
-// The connection to the PulseAudio server, shared by the utterances of an engine.
+// The connection to the PulseAudio server, shared by the utterances of an engine and its microphone.
 
 #pragma once
 
@@ -10,7 +10,7 @@ namespace zqm::engine {
 
 class SoundServer {
 public:
-    // How long the connection is kept when nothing is played.
+    // How long the connection is kept when nobody uses it.
     static constexpr std::chrono::seconds kIdle{5};
 
     explicit SoundServer(pa_mainloop_api* api) : api_(api) {}

@@ -1,4 +1,4 @@
-#include "engine/output/sound_server.h"
+#include "engine/sound_server.h"
 
 #include <pulse/timeval.h>
 #include <utility>
