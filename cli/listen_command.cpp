@@ -155,7 +155,7 @@ private:
         meter_.clear();
         tell("\"" + std::string(command) + "\" can't be listened for: " + std::string(reason));
         if (++refusedCount_ == commands_.size()) {
-            failure_ = "there is nothing to listen for: none of the commands can be spoken";
+            failure_ = "none of the commands can be listened for";
         }
     }
 
@@ -197,6 +197,9 @@ private:
 
 int listen(const ListenOptions& options) {
     const Commands commands = commandsOf(options);
+    if (options.soundFile) {
+        requireUtf8(*options.soundFile, "the name of the sound file");
+    }
     const PlatformLog log;
     host::Runtime runtime;
     loadPlugin(runtime);
