@@ -6,13 +6,14 @@
 #include "engine/listening/transcriber.h"
 
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
 namespace zqm::engine {
 
 struct CommandWord {
-    std::string text;                        // in small letters, to tell it from others
+    std::string text;                        // words of the same text have the same pronunciations
     std::vector<std::string> pronunciations; // phones parted by single blanks; never none, each once
 
     bool operator==(const CommandWord&) const = default;

@@ -31,6 +31,8 @@ constexpr PhoneRow kRows[] = {
     // Vowels
     {"", "3", "", "ER"},
     {"", "3:", "", "ER"},
+    {"3", "r-", "", ""},
+    {"3:", "r-", "", ""},
     {"", "r-", "", "ER"},
     {"", "VR", "", "ER"},
     {"", "IR", "", "ER"},
@@ -123,8 +125,7 @@ std::string phonesOfSymbols(const Phoneme& phoneme) {
 
 // An r is no sound of its own behind a vowel that has its colour.
 void append(std::string& pronunciation, std::string_view phones) {
-    if ((pronunciation.ends_with("ER") && (phones == "R" || phones == "ER")) ||
-        (pronunciation.ends_with(" R") && phones == "R")) {
+    if (phones == "R" && (pronunciation.ends_with("ER") || pronunciation.ends_with(" R"))) {
         return;
     }
     pronunciation += pronunciation.empty() || phones.empty() ? "" : " ";

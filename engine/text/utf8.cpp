@@ -16,6 +16,14 @@ std::u32string fromUtf8(std::string_view bytes) {
     return characters;
 }
 
+std::string toUtf8(std::u32string_view text) {
+    std::string bytes;
+    for (const char32_t character : text) {
+        appendUtf8(bytes, character);
+    }
+    return bytes;
+}
+
 void appendUtf8(std::string& bytes, char32_t character) {
     std::array<char, U8_MAX_LENGTH> encoded{};
     std::size_t length = 0;
