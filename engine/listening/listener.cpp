@@ -11,9 +11,11 @@ namespace {
 // Words of earlier lists stay in memory until there are so many.
 constexpr std::size_t kMostForgottenWords = 5000;
 
-constexpr double kWorstDifference = 30; // per frame, between the command and any sounds
+constexpr double kWorstDifference = 22; // for each hundredth of a second, between the command and any sounds
 
-double seconds(std::uint64_t samples) { return static_cast<double>(samples) / kListeningRate; }
+double seconds(std::uint64_t samples) {
+    return static_cast<double>(samples) / kListeningRate;
+}
 
 // Whether the phones are one way to say the words from a place on.
 bool saysWords(std::string_view phones, const SpokenWords& words, std::size_t place) {
@@ -32,7 +34,9 @@ bool saysWords(std::string_view phones, const SpokenWords& words, std::size_t pl
 
 } // namespace
 
-std::string Listener::installedModel() { return ZQM_MODEL_FOLDER; }
+std::string Listener::installedModel() {
+    return ZQM_MODEL_FOLDER;
+}
 
 Listener::Listener(Transcriber transcriber, const std::string& modelFolder)
     : dictionary_(modelFolder + "/cmudict-en-us.dict"), reader_(dictionary_, std::move(transcriber)),
@@ -77,9 +81,13 @@ void Listener::apply(const Commands& commands) {
     }
 }
 
-void Listener::take(std::span<const std::int16_t> samples) { detector_.take(samples); }
+void Listener::take(std::span<const std::int16_t> samples) {
+    detector_.take(samples);
+}
 
-void Listener::finish() { detector_.finish(); }
+void Listener::finish() {
+    detector_.finish();
+}
 
 void Listener::reset() {
     detector_.reset();
@@ -117,8 +125,7 @@ std::optional<std::size_t> Listener::firstSpoken(const std::string& phones) cons
     const auto first = std::find_if(commands_.begin(), commands_.end(), [&](const SpokenWords& command) {
         return !command.empty() && saysWords(phones, command, 0);
     });
-    return first == commands_.end() ? std::nullopt
-                                    : std::optional<std::size_t>(first - commands_.begin());
+    return first == commands_.end() ? std::nullopt : std::optional<std::size_t>(first - commands_.begin());
 }
 
 } // namespace zqm::engine

@@ -6,6 +6,7 @@
 #include "engine/listening/phrase_decoder.h"
 #include "engine/listening/phrase_detector.h"
 #include "engine/listening/pronunciation_dictionary.h"
+#include "engine/listening/transcriber.h"
 
 #include <cstddef>
 #include <cstdint>

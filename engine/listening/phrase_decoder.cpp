@@ -17,18 +17,22 @@ constexpr const char* kPackage = "pocketsphinx-en-us";
 constexpr const char* kSentences = "sentences";
 constexpr const char* kSounds = "sounds";
 
-constexpr std::array kPhones{"AA", "AE", "AH", "AO", "AW", "AY", "B",  "CH", "D",  "DH", "EH", "ER", "EY",
-                             "F",  "G",  "HH", "IH", "IY", "JH", "K",  "L",  "M",  "N",  "NG", "OW", "OY",
-                             "P",  "R",  "S",  "SH", "T",  "TH", "UH", "UW", "V",  "W",  "Y",  "Z",  "ZH"};
+constexpr std::array kPhones{"AA", "AE", "AH", "AO", "AW", "AY", "B",  "CH", "D", "DH", "EH", "ER", "EY",
+                             "F",  "G",  "HH", "IH", "IY", "JH", "K",  "L",  "M", "N",  "NG", "OW", "OY",
+                             "P",  "R",  "S",  "SH", "T",  "TH", "UH", "UW", "V", "W",  "Y",  "Z",  "ZH"};
 
 // Files that PocketSphinx ends the process without, or crashes.
-constexpr std::array kModelFiles{"mdef", "means", "variances", "transition_matrices", "sendump", "feat.params",
-                                 "noisedict"};
+constexpr std::array kModelFiles{"mdef",    "means",       "variances", "transition_matrices",
+                                 "sendump", "feat.params", "noisedict"};
 
 constexpr double kSoundProbability = 0.1; // of each further phone
 
-std::string soundWord(const std::string& phone) { return "/" + phone; }
-std::string numberedWord(std::size_t number) { return "w" + std::to_string(number); }
+std::string soundWord(const std::string& phone) {
+    return "/" + phone;
+}
+std::string numberedWord(std::size_t number) {
+    return "w" + std::to_string(number);
+}
 
 struct ReleaseGrammar {
     void operator()(fsg_model_t* grammar) const { fsg_model_free(grammar); }
@@ -68,7 +72,9 @@ struct Tree {
 
 } // namespace
 
-void PhraseDecoder::Release::operator()(ps_decoder_s* decoder) const { ps_free(decoder); }
+void PhraseDecoder::Release::operator()(ps_decoder_s* decoder) const {
+    ps_free(decoder);
+}
 
 PhraseDecoder::PhraseDecoder(const std::string& modelFolder) : modelFolder_(modelFolder) {
     for (const char* file : kModelFiles) {
@@ -110,7 +116,9 @@ void PhraseDecoder::start() {
     }
 }
 
-void PhraseDecoder::clear() { start(); }
+void PhraseDecoder::clear() {
+    start();
+}
 
 std::size_t PhraseDecoder::number(const std::vector<std::string>& pronunciations) {
     const auto [known, isNew] = numbers_.try_emplace(pronunciations, numbers_.size());
@@ -157,7 +165,9 @@ Fit PhraseDecoder::bestSentence(std::span<const std::int16_t> samples) {
     return hasSentences_ ? decode(kSentences, samples) : Fit{};
 }
 
-Fit PhraseDecoder::bestSounds(std::span<const std::int16_t> samples) { return decode(kSounds, samples); }
+Fit PhraseDecoder::bestSounds(std::span<const std::int16_t> samples) {
+    return decode(kSounds, samples);
+}
 
 Fit PhraseDecoder::decode(const char* search, std::span<const std::int16_t> samples) {
     ps_decoder_t* decoder = decoder_.get();
@@ -181,7 +191,8 @@ Fit PhraseDecoder::decode(const char* search, std::span<const std::int16_t> samp
         ps_seg_prob(segment, &acoustic, nullptr, nullptr);
         const char* word = ps_seg_word(segment);
         fit.score += acoustic;
-        fit.words.push_back({end - begin + 1, static_cast<double>(acoustic), word[0] == '<' || word[0] == '['});
+        fit.words.push_back(
+            {end - begin + 1, static_cast<double>(acoustic), word[0] == '<' || word[0] == '['});
         if (!fit.words.back().isSilence) {
             char* phones = ps_lookup_word(decoder, word);
             fit.phones += fit.phones.empty() ? "" : " ";

@@ -9,16 +9,16 @@ namespace zqm::engine {
 namespace {
 
 constexpr std::size_t kFrame = kListeningRate / 100;
-constexpr int kOnset = 4;               // frames that are loud before a phrase begins: no click is one
-constexpr int kPause = 30;              // frames of silence that end a phrase
-constexpr std::size_t kBefore = 25;     // frames kept from before its onset
-constexpr std::size_t kAfter = 15;      // and from after its end
-constexpr double kAboveFloor = 9;       // dB
-constexpr double kStaysAboveFloor = 6;  // dB, once a phrase is going on
-constexpr double kQuietest = -62;       // dBFS: nobody speaks into a microphone as softly as this
-constexpr double kLoudestFloor = -25;   // dBFS
-constexpr double kFalling = 0.2;        // of the way, each frame
-constexpr double kRisingAside = 0.02;   // of the way, each frame outside of a phrase
+constexpr int kOnset = 4;                // frames that are loud before a phrase begins: no click is one
+constexpr int kPause = 30;               // frames of silence that end a phrase
+constexpr std::size_t kBefore = 25;      // frames kept from before its onset
+constexpr std::size_t kAfter = 15;       // and from after its end
+constexpr double kAboveFloor = 9;        // dB
+constexpr double kStaysAboveFloor = 6;   // dB, once a phrase is going on
+constexpr double kQuietest = -62;        // dBFS: nobody speaks into a microphone as softly as this
+constexpr double kLoudestFloor = -25;    // dBFS
+constexpr double kFalling = 0.2;         // of the way, each frame
+constexpr double kRisingAside = 0.02;    // of the way, each frame outside of a phrase
 constexpr double kRisingInPhrase = 0.02; // dB each frame: a noise that began is silence after a while
 
 } // namespace
@@ -40,7 +40,9 @@ void PhraseDetector::finish() {
     }
 }
 
-void PhraseDetector::reset() { now_ = {}; }
+void PhraseDetector::reset() {
+    now_ = {};
+}
 
 // Of the differences between samples: a constant offset and the hum of a mains supply count for nothing.
 double PhraseDetector::level() const {
@@ -113,7 +115,8 @@ void PhraseDetector::end() {
         now_.phrase.samples.resize(now_.phrase.samples.size() - (quiet - kAfter * kFrame));
     }
     const std::size_t kept = std::min(now_.phrase.samples.size(), std::min(quiet, kAfter * kFrame));
-    now_.past.assign(now_.phrase.samples.end() - static_cast<std::ptrdiff_t>(kept), now_.phrase.samples.end());
+    now_.past.assign(now_.phrase.samples.end() - static_cast<std::ptrdiff_t>(kept),
+                     now_.phrase.samples.end());
     now_.inPhrase = false;
     now_.loudFrames = 0;
     const Phrase phrase = std::exchange(now_.phrase, {});
