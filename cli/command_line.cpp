@@ -64,7 +64,10 @@ std::variant<Words, std::string> readOptions(CLI::App& app, const std::string& u
     Words words{app.remaining(), !afterDashes.empty()};
     for (const std::string& unknown : words.all) {
         if (unknown.size() > 1 && unknown.front() == '-') {
-            throw UsageError(unknown + " is not an option (a " + word + " that begins with - goes after --)");
+            throw UsageError(std::string(unknown)
+                                 .append(" is not an option (a ")
+                                 .append(word)
+                                 .append(" that begins with - goes after --)"));
         }
     }
     words.all.insert(words.all.end(), afterDashes.begin(), afterDashes.end());

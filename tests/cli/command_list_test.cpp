@@ -66,7 +66,7 @@ TEST_F(CommandList, KeepsDoublesAndDashes) {
 TEST_F(CommandList, SaysInWhichLineItIsNoUtf8) {
     EXPECT_THAT(complaintAbout("one\n\ngr\xFC\xDF\ntwo"),
                 EndsWith("commands ü.txt is not valid UTF-8 in line 3"));
-    EXPECT_THAT(complaintAbout("\xFF\xFEo\0n\0e\0"), EndsWith("is not valid UTF-8 in line 1"));
+    EXPECT_THAT(complaintAbout(std::string("\xFF\xFEo\0n\0", 6)), EndsWith("is not valid UTF-8 in line 1"));
     EXPECT_THAT(complaintAbout("one\ntwo\xE4\xB8"), EndsWith("is not valid UTF-8 in line 2"));
     EXPECT_THAT(complaintAbout("one\n\xE4\n\xB8\x96"), EndsWith("is not valid UTF-8 in line 2"));
 }

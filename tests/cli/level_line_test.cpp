@@ -60,7 +60,7 @@ TEST_P(LevelLineColours, AreAPersonsChoice) {
     const Terminal terminal(25);
     LevelLine line(terminal.descriptor());
     line.show(-30, "listening");
-    const bool isPlain = GetParam().value_or("") != "";
+    const bool isPlain = !GetParam().value_or("").empty();
     EXPECT_EQ(terminal.written(),
               isPlain ? "\r\x1b[K[#####-----]  listening" : "\r\x1b[K[\x1b[32m#####\x1b[0m-----]  listening");
 }
