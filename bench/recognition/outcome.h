@@ -14,10 +14,10 @@ namespace zqm::recognition {
 struct Outcome {
     std::string way; // "offline": samples straight into the recognizer; "live": through a sound server
     Phrase phrase;
-    std::vector<std::string> heard;   // the commands that were recognized, in order
-    std::optional<double> delay = {}; // seconds from the last sound to the event of the first of them
-    double seconds = 0;               // of audio that the recognizer took, silence between phrases included
-    double processorSeconds = 0;      // that it needed for that
+    std::vector<std::string> heard = {}; // the commands that were recognized, in order
+    std::optional<double> delay = {};    // seconds from the last sound to the event of the first of them
+    double seconds = 0;          // of audio that the recognizer took, silence between phrases included
+    double processorSeconds = 0; // that it needed for that
 
     bool isCommand() const { return !phrase.command.empty(); }
     bool isRight() const { return isCommand() && heard == std::vector<std::string>{phrase.command}; }

@@ -9,7 +9,7 @@
 namespace zqm::recognition {
 
 struct Phrase {
-    std::string half;    // "tuning" or "reporting"; the two share no voice and no command
+    std::string half;    // of the material, such as "Tuning half"; the two share no voice and no command
     std::string voice;   // or what else is heard, such as "people" or "noise"
     std::string text;    // what is said, or a name for what is heard
     std::string command; // what should be recognized; empty: nothing

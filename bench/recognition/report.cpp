@@ -196,10 +196,10 @@ std::string targetTable(const std::vector<Outcome>& outcomes) {
 } // namespace
 
 std::string report(const std::vector<Outcome>& outcomes) {
-    const Key run = [](const Outcome& outcome) { return outcome.phrase.half + " half, " + outcome.way; };
+    const Key run = [](const Outcome& outcome) { return outcome.phrase.half + ", " + outcome.way; };
     std::string text;
     for (const auto& [name, those] : groups(outcomes, run)) {
-        text += "## The " + name + "\n\n" + targetTable(those) + "\n" + table(those) + "\n";
+        text += "## " + name + "\n\n" + targetTable(those) + "\n" + table(those) + "\n";
     }
     return text;
 }

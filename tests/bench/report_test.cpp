@@ -55,7 +55,7 @@ TEST(Report, HasARowForEachVoiceFamilyAndAll) {
                 outcome("flite slt", "left", {}), outcome("flite slt", "right", {"right"}, 0.4),
                 outcome("flite rms", "go", {"go"}, 0.3), outcome("flite rms", "", {}),
                 outcome("noise", "", {"go"}, 0.7)});
-    EXPECT_THAT(text, HasSubstr("## The reporting half, live\n"));
+    EXPECT_THAT(text, HasSubstr("## reporting, live\n"));
     EXPECT_THAT(text, HasSubstr("| flite slt | 4 | 2 (50.0 %) | 1 | 1 | | | 200 ms | 400 ms | 0.025 |\n"));
     EXPECT_THAT(
         text,
@@ -84,9 +84,9 @@ TEST(Report, KeepsHalvesAndWaysApart) {
     Outcome tuning = outcome("a", "go", {});
     tuning.phrase.half = "tuning";
     const std::string text = report({outcome("a", "go", {"go"}, 0.1), offline, tuning});
-    EXPECT_THAT(text, HasSubstr("## The reporting half, live\n"));
-    EXPECT_THAT(text, HasSubstr("## The reporting half, offline\n"));
-    EXPECT_THAT(text, HasSubstr("## The tuning half, live\n"));
+    EXPECT_THAT(text, HasSubstr("## reporting, live\n"));
+    EXPECT_THAT(text, HasSubstr("## reporting, offline\n"));
+    EXPECT_THAT(text, HasSubstr("## tuning, live\n"));
     EXPECT_THAT(text, Not(HasSubstr("| **all** | 2")));
 }
 
