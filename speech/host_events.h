@@ -15,17 +15,33 @@ void* eventHandler(REALobject target, const EventRecord& event);
 // deal with it: neither the host, which is not being called, nor the platform's speech machinery.
 void dropPlatformException(NSException* exception);
 
-// What a handler gets for an argument: numbers as they are, platform strings as host strings that live
-// until the handler has returned.
+// A platform string on its way to a handler, as a host string until the handler has returned. Unlike an owner's
+// its unlocking may raise, which ends the delivery as any step of it may.
+class HandedString {
+public:
+    explicit HandedString(NSString* text) : string_(CFString2RBString(reinterpret_cast<CFStringRef>(text))) {}
+    HandedString(const HandedString&) = delete;
+    HandedString& operator=(const HandedString&) = delete;
+    ~HandedString() noexcept(false) {
+        if (string_ != nullptr) {
+            REALUnlockString(string_);
+        }
+    }
+
+    REALstring get() const { return string_; }
+
+private:
+    REALstring string_;
+};
+
+// What a handler gets for an argument: numbers as they are, platform strings as host strings.
 class EventArgument {
 public:
     static std::int64_t passed(std::int64_t value) { return value; }
-    static REALstring passed(const OwnedString& text) { return text.get(); }
+    static REALstring passed(const HandedString& text) { return text.get(); }
 
     static std::int64_t converted(std::int64_t value) { return value; }
-    static OwnedString converted(NSString* text) {
-        return OwnedString{CFString2RBString(reinterpret_cast<CFStringRef>(text))};
-    }
+    static HandedString converted(NSString* text) { return HandedString{text}; }
 };
 
 // Raises one event: looks the handler up, keeps the object locked around it, converts the arguments and
