@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <objc/runtime.h>
+#include <utility>
 
 namespace {
 
@@ -58,8 +59,6 @@ const std::vector<Member>& members() {
     return all;
 }
 
-bool isRaising = true;
-
 id raiseInstead(id self, SEL selector) {
     if (sel_isEqual(selector, @selector(init))) {
         [self release]; // as an initialiser does that gives up
@@ -68,11 +67,20 @@ id raiseInstead(id self, SEL selector) {
     return nil;
 }
 
-void raiseOnce(id self, SEL /*selector*/) {
-    if (isRaising) {
-        isRaising = false;
-        raiseInstead(self, nullptr);
+void sendToSuper(id self, SEL selector) {
+    const IMP inherited =
+        method_getImplementation(class_getInstanceMethod([NSSpeechRecognizer class], selector));
+    reinterpret_cast<void (*)(id, SEL)>(reinterpret_cast<void*>(inherited))(self, selector);
+}
+
+bool hasRaised = false;
+
+// The object's end releases it again.
+void raiseOnce(id self, SEL selector) {
+    if (!std::exchange(hasRaised, true)) {
+        raiseInstead(self, selector);
     }
+    sendToSuper(self, selector);
 }
 
 void raiseFor(const Member& member) {
@@ -88,9 +96,7 @@ int ended = 0;
 
 void countEnd(id self, SEL selector) {
     ++ended;
-    const IMP inherited =
-        method_getImplementation(class_getInstanceMethod([NSSpeechRecognizer class], selector));
-    reinterpret_cast<void (*)(id, SEL)>(reinterpret_cast<void*>(inherited))(self, selector);
+    sendToSuper(self, selector);
 }
 
 class Guard : public RecognizerTest, public testing::WithParamInterface<Member> {};
