@@ -2,6 +2,7 @@
 
 #include "plugin/set_up.h"
 #include "tests/speech/recognizer_host.h"
+#include "tests/support/log_lines.h"
 
 #include <cstdlib>
 #include <memory>
@@ -155,7 +156,8 @@ TEST_F(RecognizerLifeCycle, KeepsItsCommandsAndPropertiesAfterDestructor) {
 TEST_F(RecognizerLifeCycle, DestructorLeavesAnObjectOfAnotherClassAlone) {
     Object object = newRawObject();
     instanceData<id>(object.handle()) = [[NSObject alloc] init];
-    object.call("Destructor");
+    const auto log = zqm::support::logged([&] { object.call("Destructor"); });
+    EXPECT_THAT(log, testing::IsEmpty());
     EXPECT_NE(instanceData<id>(object.handle()), nil);
 }
 
