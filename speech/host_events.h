@@ -15,8 +15,8 @@ void* eventHandler(REALobject target, const EventRecord& event);
 // deal with it: neither the host, which is not being called, nor the platform's speech machinery.
 void dropPlatformException(NSException* exception);
 
-// A platform string on its way to a handler, as a host string until the handler has returned. Unlike an owner's
-// its unlocking may raise, which ends the delivery as any step of it may.
+// A platform string on its way to a handler, as a host string until the handler has returned. Unlike an
+// owner's its unlocking may raise, which ends the delivery as any step of it may.
 class HandedString {
 public:
     explicit HandedString(NSString* text) : string_(CFString2RBString(reinterpret_cast<CFStringRef>(text))) {}
