@@ -1,6 +1,9 @@
-// A delegate that writes down what it hears, and how tests wait for it.
+// A synthesizer's delegate that writes down what it hears.
 
 #pragma once
+
+#include "tests/platform/test_strings.h"
+#include "tests/platform/waiting.h"
 
 #import <AppKit/NSSpeechSynthesizer.h>
 
@@ -30,16 +33,6 @@ struct Heard {
     std::function<void(NSSpeechSynthesizer*)> onFinish;
 };
 
-// Runs the run loop until the condition holds; false: it did not within minutes.
-bool runUntil(const std::function<bool()>& condition);
-
-// Runs the run loop until nothing more is delivered for a while.
-void runOut();
-
-// Waits, without a run loop.
-bool waitUntil(const std::function<bool()>& condition);
-
-NSString* stringOf(const std::string& utf8);
 NSURL* fileUrl(const std::string& path);
 
 } // namespace zqm::platform::test

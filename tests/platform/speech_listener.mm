@@ -1,10 +1,5 @@
 #include "tests/platform/speech_listener.h"
 
-#include <CoreFoundation/CoreFoundation.h>
-
-#include <chrono>
-#include <thread>
-
 using zqm::platform::test::Heard;
 
 namespace {
@@ -58,38 +53,6 @@ Heard* of(void* heard) {
 @end
 
 namespace zqm::platform::test {
-namespace {
-
-using Clock = std::chrono::steady_clock;
-constexpr std::chrono::seconds kPatience{300};
-
-} // namespace
-
-bool runUntil(const std::function<bool()>& condition) {
-    const auto end = Clock::now() + kPatience;
-    while (!condition() && Clock::now() < end) {
-        CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.2, 1);
-    }
-    return condition();
-}
-
-void runOut() {
-    while (CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0.3, 1) == kCFRunLoopRunHandledSource) {
-    }
-}
-
-bool waitUntil(const std::function<bool()>& condition) {
-    const auto end = Clock::now() + kPatience;
-    while (!condition() && Clock::now() < end) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return condition();
-}
-
-NSString* stringOf(const std::string& utf8) {
-    return [[[NSString alloc] initWithBytes:utf8.data() length:utf8.size()
-                                   encoding:NSUTF8StringEncoding] autorelease];
-}
 
 NSURL* fileUrl(const std::string& path) {
     return [NSURL fileURLWithPath:stringOf(path)];
