@@ -4,6 +4,7 @@
 #include "engine/text/utf8.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
@@ -34,8 +35,12 @@ constexpr Replacement kBehindFolding[] = {
     {U'\u2010', U"-"}, {U'\u2011', U"-"}, {U'\u2012', U"-"}, {U'\u2013', U"-"}, {U'\u2212', U"-"},
 };
 
-bool isVulgarFraction(char32_t character) {
-    return u_getIntPropertyValue(static_cast<UChar32>(character), UCHAR_DECOMPOSITION_TYPE) == U_DT_FRACTION;
+// As a part or a power, not a digit of the number before it: 2½ isn't 21/2.
+bool isNumberOfItsOwn(char32_t character) {
+    const std::int32_t type =
+        u_getIntPropertyValue(static_cast<UChar32>(character), UCHAR_DECOMPOSITION_TYPE);
+    return type == U_DT_FRACTION ||
+           ((type == U_DT_SUPER || type == U_DT_SUB) && !u_isalpha(static_cast<UChar32>(character)));
 }
 
 template <std::size_t kCount>
@@ -45,7 +50,7 @@ std::u32string replaced(std::u32string_view text, const Replacement (&replacemen
         const auto* const found =
             std::find_if(std::begin(replacements), std::end(replacements),
                          [&](const Replacement& candidate) { return candidate.character == character; });
-        result += isVulgarFraction(character) ? U" " : U""; // 2½ isn't 21/2
+        result += isNumberOfItsOwn(character) ? U" " : U"";
         result += found == std::end(replacements) ? std::u32string_view(&character, 1) : found->text;
     }
     return result;

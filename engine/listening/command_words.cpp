@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -181,15 +182,15 @@ private:
     void takeNumber(const SpokenNumber& number) {
         const std::u32string_view text = std::u32string_view(text_).substr(at_, number.length);
         const bool isPart =
-            endOfNumber_ == at_ && text.find_first_of(U"/\u2044") != std::u32string_view::npos;
+            behindNumber_ == at_ && text.find_first_of(U"/\u2044") != std::u32string_view::npos;
         at_ += number.length;
-        endOfNumber_ = at_ < text_.size() && isBlank(text_[at_]) ? at_ + 1 : 0;
+        behindNumber_ = at_ + 1;
         if (!isPart) {
             say(toUtf8(text), number.readings);
             return;
         }
-        std::vector<SpokenWords> readings; // two and a half
-        for (SpokenWords reading : number.readings) {
+        std::vector<Reading> readings; // two and a half
+        for (Reading reading : number.readings) {
             readings.push_back(reading);
             reading.insert(reading.begin(), "and");
             readings.push_back(std::move(reading));
@@ -242,23 +243,23 @@ private:
         return name;
     }
 
-    static std::vector<SpokenWords> readingsOf(const SignRow& row) {
-        std::vector<SpokenWords> readings;
+    static std::vector<Reading> readingsOf(const SignRow& row) {
+        std::vector<Reading> readings;
         for (const std::string& words : split(row.words, ',')) {
             readings.push_back(split(words, ' '));
         }
         return readings;
     }
 
-    std::vector<std::string> pronunciationsOf(const std::vector<SpokenWords>& readings) {
+    std::vector<std::string> pronunciationsOf(const std::vector<Reading>& readings) {
         std::vector<std::string> pronunciations;
-        for (const SpokenWords& reading : readings) {
+        for (const Reading& reading : readings) {
             addPronunciations(pronunciations, pronunciations_.of(reading));
         }
         return pronunciations;
     }
 
-    void say(const std::string& text, const std::vector<SpokenWords>& readings) {
+    void say(const std::string& text, const std::vector<Reading>& readings) {
         add(text, pronunciationsOf(readings));
     }
 
@@ -284,7 +285,7 @@ private:
     std::u32string text_;
     const WordPronunciations& pronunciations_;
     std::size_t at_ = 0;
-    std::size_t endOfNumber_ = 0; // and of the blank behind it, where that was what was taken last
+    std::optional<std::size_t> behindNumber_; // and the blank behind it: where that ends
     std::vector<CommandWord> words_;
     const SignRow* sign_ = nullptr; // that may be said before the next word
     bool signStandsAlone_ = false;

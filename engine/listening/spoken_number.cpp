@@ -17,7 +17,7 @@ namespace zqm::engine {
 
 namespace {
 
-using Readings = std::vector<SpokenWords>;
+using Readings = std::vector<Reading>;
 
 constexpr std::size_t kLongestNumber = 15; // digits; longer ones are no amounts that people name
 constexpr std::size_t kLongestPlain = 6;   // digits that are said as one number where it isn't round
@@ -28,13 +28,13 @@ bool isPlainDigit(char32_t character) {
     return character >= U'0' && character <= U'9';
 }
 
-SpokenWords words(std::string text) {
+Reading words(std::string text) {
     std::replace(text.begin(), text.end(), '-', ' ');
     std::istringstream stream(text);
     return {std::istream_iterator<std::string>(stream), {}};
 }
 
-SpokenWords operator+(SpokenWords left, const SpokenWords& right) {
+Reading operator+(Reading left, const Reading& right) {
     left.insert(left.end(), right.begin(), right.end());
     return left;
 }
@@ -42,8 +42,8 @@ SpokenWords operator+(SpokenWords left, const SpokenWords& right) {
 // Each with each.
 Readings operator*(const Readings& left, const Readings& right) {
     Readings readings;
-    for (const SpokenWords& first : left) {
-        for (const SpokenWords& second : right) {
+    for (const Reading& first : left) {
+        for (const Reading& second : right) {
             readings.push_back(first + second);
         }
     }
@@ -51,14 +51,14 @@ Readings operator*(const Readings& left, const Readings& right) {
 }
 
 void add(Readings& readings, const Readings& more) {
-    for (const SpokenWords& reading : more) {
+    for (const Reading& reading : more) {
         if (std::find(readings.begin(), readings.end(), reading) == readings.end()) {
             readings.push_back(reading);
         }
     }
 }
 
-SpokenWords spellOut(std::int64_t number, const char* rules) {
+Reading spellOut(std::int64_t number, const char* rules) {
     static const std::unique_ptr<icu::RuleBasedNumberFormat> kFormat = [] {
         UErrorCode status = U_ZERO_ERROR;
         auto format =
@@ -77,7 +77,7 @@ SpokenWords spellOut(std::int64_t number, const char* rules) {
     return words(bytes);
 }
 
-SpokenWords cardinal(std::int64_t number) {
+Reading cardinal(std::int64_t number) {
     return spellOut(number, "%spellout-numbering");
 }
 
@@ -89,8 +89,8 @@ std::int64_t value(std::string_view digits) {
 
 // One by one; a zero may be called oh.
 Readings digitByDigit(std::string_view digits) {
-    SpokenWords names;
-    SpokenWords withOh;
+    Reading names;
+    Reading withOh;
     for (const char digit : digits) {
         names.push_back(cardinal(digit - '0').front());
         withOh.push_back(digit == '0' ? "oh" : names.back());
@@ -129,7 +129,7 @@ Readings plainReadings(std::string_view digits) {
     if (digits.size() == 3 && !digits.ends_with("00")) {
         add(readings, Readings{cardinal(value(digits.substr(0, 1)))} * lastPair(digits.substr(1)));
     }
-    if (digits.size() == 1 || (digits.size() > 2 && digits.size() <= kLongestGiven)) {
+    if (digits.size() != 2 && (digits.size() <= kLongestGiven || !digits.ends_with("000"))) {
         add(readings, digitByDigit(digits));
     }
     return readings;
@@ -271,20 +271,19 @@ private:
         }
         ++at_;
         const std::string minutes = takePlainDigits();
-        const SpokenWords hour = cardinal(value(digits));
+        const Reading hour = cardinal(value(digits));
         if (minutes == "00") {
-            return Readings{hour, hour + SpokenWords{"o'clock"}, hour + SpokenWords{"hundred"}};
+            return Readings{hour, hour + Reading{"o'clock"}, hour + Reading{"hundred"}};
         }
         Readings readings = Readings{hour} * lastPair(minutes);
         constexpr std::int64_t kNoon = 12;
-        const SpokenWords next = cardinal(value(digits) % kNoon + 1);
+        const Reading next = cardinal(value(digits) % kNoon + 1);
         if (minutes == "30") {
-            add(readings, {SpokenWords{"half", "past"} + hour});
+            add(readings, {Reading{"half", "past"} + hour});
         } else if (minutes == "15") {
-            add(readings,
-                {SpokenWords{"quarter", "past"} + hour, SpokenWords{"a", "quarter", "past"} + hour});
+            add(readings, {Reading{"quarter", "past"} + hour, Reading{"a", "quarter", "past"} + hour});
         } else if (minutes == "45") {
-            add(readings, {SpokenWords{"quarter", "to"} + next, SpokenWords{"a", "quarter", "to"} + next});
+            add(readings, {Reading{"quarter", "to"} + next, Reading{"a", "quarter", "to"} + next});
         }
         return readings;
     }
@@ -298,10 +297,10 @@ private:
         }
         ++at_;
         const std::string below = takePlainDigits();
-        const SpokenWords count = cardinal(value(digits));
+        const Reading count = cardinal(value(digits));
         const bool isOne = value(digits) == 1;
-        const auto parts = [&](const SpokenWords& name) {
-            return isOne ? Readings{count + name, SpokenWords{"a"} + name} : plural({count + name});
+        const auto parts = [&](const Reading& name) {
+            return isOne ? Readings{count + name, Reading{"a"} + name} : plural({count + name});
         };
         Readings readings;
         if (below == "2") {
@@ -312,7 +311,7 @@ private:
         if (value(below) > 2) {
             add(readings, parts(spellOut(value(below), "%spellout-ordinal")));
         }
-        for (const char* const between : {"over", "slash", "of", "out of"}) {
+        for (const char* const between : {"", "over", "slash", "of", "out of"}) {
             add(readings, {count + words(between) + cardinal(value(below))});
         }
         return readings;
@@ -366,7 +365,7 @@ private:
     }
 
     static Readings plural(Readings readings) {
-        for (SpokenWords& reading : readings) {
+        for (Reading& reading : readings) {
             std::string& last = reading.back();
             if (last.ends_with('y')) {
                 last.replace(last.size() - 1, 1, "ies");

@@ -10,11 +10,11 @@
 
 namespace zqm::engine {
 
-using SpokenWords = std::vector<std::string>;
+using Reading = std::vector<std::string>; // words, one behind the other
 
 struct SpokenNumber {
-    std::size_t length = 0;            // characters of the text
-    std::vector<SpokenWords> readings; // never none: English words, the likeliest first
+    std::size_t length = 0;        // characters of the text
+    std::vector<Reading> readings; // never none: English words, the likeliest first
 };
 
 // The number that begins at a character of a command's text: amounts ($5.50), times (7:30), fractions (1/2),

@@ -17,7 +17,7 @@ namespace {
 std::vector<std::string> readings(std::u32string_view text, std::size_t at = 0) {
     std::vector<std::string> joined;
     if (const auto number = numberAt(text, at)) {
-        for (const SpokenWords& words : number->readings) {
+        for (const Reading& words : number->readings) {
             std::string& line = joined.emplace_back();
             for (const std::string& word : words) {
                 line += line.empty() ? word : ' ' + word;
@@ -68,7 +68,9 @@ INSTANTIATE_TEST_SUITE_P(
                {"two thousand five", "two thousand and five", "twenty zero five", "twenty oh five",
                 "two zero zero five", "two oh oh five"}},
         Number{U"10000", 5, {"ten thousand"}},
-        Number{U"123456", 6, {"one hundred twenty three thousand four hundred fifty six"}},
+        Number{U"123456",
+               6,
+               {"one hundred twenty three thousand four hundred fifty six", "one two three four five six"}},
         Number{U"3000000", 7, {"three million"}}, Number{U"1,000,000", 9, {"one million"}},
         Number{U"1,234",
                5,
@@ -77,35 +79,37 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     WithSigns, NumberOfAText,
-    testing::Values(
-        Number{U"3.5", 3, {"three point five"}},
-        Number{U"3.05", 4, {"three point zero five", "three point oh five"}},
-        Number{U"3.14", 4, {"three point one four", "three point fourteen"}},
-        Number{U"1.2.3", 5, {"one point two point three"}}, Number{U"3.", 1, {"three"}},
-        Number{U"7:30", 4, {"seven thirty", "half past seven"}},
-        Number{U"7:05", 4, {"seven zero five", "seven oh five"}},
-        Number{U"9:15", 4, {"nine fifteen", "quarter past nine", "a quarter past nine"}},
-        Number{U"12:45", 5, {"twelve forty five", "quarter to one", "a quarter to one"}},
-        Number{U"8:00", 4, {"eight", "eight o'clock", "eight hundred"}}, Number{U"7:75", 1, {"seven"}},
-        Number{U"25:10", 2, {"twenty five"}}, Number{U"1:2", 1, {"one"}},
-        Number{U"1/2",
-               3,
-               {"one half", "a half", "one over two", "one slash two", "one of two", "one out of two"}},
-        Number{U"3\u20444",
-               3,
-               {"three quarters", "three fourths", "three over four", "three slash four", "three of four",
-                "three out of four"}},
-        Number{U"24/7",
-               4,
-               {"twenty four sevenths", "twenty four over seven", "twenty four slash seven",
-                "twenty four of seven", "twenty four out of seven"}},
-        Number{U"$5", 2, {"five dollars"}}, Number{U"$1", 2, {"one dollar"}},
-        Number{
-            U"$5.50",
-            5,
-            {"five dollars fifty", "five dollars fifty cents", "five dollars and fifty cents", "five fifty"}},
-        Number{U"\u00A310.00", 6, {"ten pounds"}}, Number{U"\u20AC2.5", 4, {"two point five euros"}},
-        Number{U"\u00A5100", 4, {"one hundred yen"}}));
+    testing::Values(Number{U"3.5", 3, {"three point five"}},
+                    Number{U"3.05", 4, {"three point zero five", "three point oh five"}},
+                    Number{U"3.14", 4, {"three point one four", "three point fourteen"}},
+                    Number{U"1.2.3", 5, {"one point two point three"}}, Number{U"3.", 1, {"three"}},
+                    Number{U"7:30", 4, {"seven thirty", "half past seven"}},
+                    Number{U"7:05", 4, {"seven zero five", "seven oh five"}},
+                    Number{U"9:15", 4, {"nine fifteen", "quarter past nine", "a quarter past nine"}},
+                    Number{U"12:45", 5, {"twelve forty five", "quarter to one", "a quarter to one"}},
+                    Number{U"8:00", 4, {"eight", "eight o'clock", "eight hundred"}},
+                    Number{U"7:75", 1, {"seven"}}, Number{U"25:10", 2, {"twenty five"}},
+                    Number{U"1:2", 1, {"one"}},
+                    Number{U"1/2",
+                           3,
+                           {"one half", "a half", "one two", "one over two", "one slash two", "one of two",
+                            "one out of two"}},
+                    Number{U"3\u20444",
+                           3,
+                           {"three quarters", "three fourths", "three four", "three over four",
+                            "three slash four", "three of four", "three out of four"}},
+                    Number{U"24/7",
+                           4,
+                           {"twenty four sevenths", "twenty four seven", "twenty four over seven",
+                            "twenty four slash seven", "twenty four of seven", "twenty four out of seven"}},
+                    Number{U"$5", 2, {"five dollars"}}, Number{U"$1", 2, {"one dollar"}},
+                    Number{U"$5.50",
+                           5,
+                           {"five dollars fifty", "five dollars fifty cents", "five dollars and fifty cents",
+                            "five fifty"}},
+                    Number{U"\u00A310.00", 6, {"ten pounds"}},
+                    Number{U"\u20AC2.5", 4, {"two point five euros"}},
+                    Number{U"\u00A5100", 4, {"one hundred yen"}}));
 
 INSTANTIATE_TEST_SUITE_P(WithLetters, NumberOfAText,
                          testing::Values(Number{U"1st", 3, {"first"}}, Number{U"22nd", 4, {"twenty second"}},
