@@ -239,10 +239,13 @@ private:
         return count;
     }
 
-    // ".5", ".1.2" as in versions; not the full stop of a sentence.
+    // ".5", ".1.2" as in versions, but no endless ones; not the full stop of a sentence.
     std::string takeDecimals() {
+        constexpr int kMostParts = 3;
         std::string decimals;
-        while (character() == U'.' && digitsAhead(1) > 0 && digitsAhead(1) <= kLongestNumber) {
+        for (int part = 0; part < kMostParts && character() == U'.' && digitsAhead(1) > 0 &&
+                           digitsAhead(1) <= kLongestNumber;
+             ++part) {
             ++at_;
             decimals += '.' + takePlainDigits();
         }

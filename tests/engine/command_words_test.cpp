@@ -227,6 +227,7 @@ TEST(CommandWords, mayBeVeryMany) {
     EXPECT_THAT(wordsOf(repeated("play-", kCount)), SizeIs(kCount));
     EXPECT_THAT(wordsOf(repeated("a.", kCount)), SizeIs(kCount));
     EXPECT_THAT(wordsOf(repeated("zxqv", kCount)), Not(IsEmpty())) << "one word without blanks";
+    EXPECT_THAT(wordsOf("1" + repeated(".1", kCount)), SizeIs(kCount / 4 + 1)) << "four at a time";
     EXPECT_THAT(wordsOf("$" + repeated("9", kCount)), SizeIs(kCount + 1));
 }
 

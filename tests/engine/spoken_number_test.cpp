@@ -83,6 +83,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Number{U"3.05", 4, {"three point zero five", "three point oh five"}},
                     Number{U"3.14", 4, {"three point one four", "three point fourteen"}},
                     Number{U"1.2.3", 5, {"one point two point three"}}, Number{U"3.", 1, {"three"}},
+                    Number{U"1.2.3.4.5", 7, {"one point two point three point four"}},
                     Number{U"7:30", 4, {"seven thirty", "half past seven"}},
                     Number{U"7:05", 4, {"seven zero five", "seven oh five"}},
                     Number{U"9:15", 4, {"nine fifteen", "quarter past nine", "a quarter past nine"}},
