@@ -1,5 +1,6 @@
 #include "engine/engine.h"
 
+#include "engine/listening/transcriber.h"
 #include "engine/output/file_output.h"
 #include "engine/output/sound_output.h"
 #include "engine/speaker/voices.h"
@@ -19,10 +20,13 @@ namespace zqm::engine {
 
 namespace {
 
-// Nothing is to be done while nobody speaks but what wakes the loop anyway.
+// Nothing is to be done while nobody speaks or listens but what wakes the loop anyway.
 constexpr std::chrono::microseconds kForever{-1};
+constexpr std::chrono::microseconds kNow{0};
 
 constexpr int kBadDictionary = -246;
+
+constexpr const char* kNoDescriptors = "a request came without its descriptors";
 
 // Counted from 0, as where the entry was given.
 std::string describe(const LexiconProblem& problem) {
@@ -45,6 +49,16 @@ pid_t peerOf(int socket) {
     return result == 0 ? credentials.pid : 0;
 }
 
+// The process that listens with this engine, and maybe with others.
+pid_t hostOf(int socket) {
+    for (const pid_t host : {peerOf(socket), ::getppid()}) {
+        if (host > 0) {
+            return host;
+        }
+    }
+    return ::getpid(); // of another process namespace
+}
+
 // The signals that ask a program to end, from now on to be read from a descriptor: nothing half done shall be
 // left behind.
 protocol::Descriptor politeSignals() {
@@ -60,8 +74,11 @@ protocol::Descriptor politeSignals() {
 } // namespace
 
 Engine::Engine(protocol::Descriptor socket)
-    : channel_(std::move(socket), protocol::kMaxRequestLine), signals_(politeSignals()),
-      server_(loop_.api()) {
+    : channel_(std::move(socket), protocol::kMaxRequestLine), signals_(politeSignals()), server_(loop_.api()),
+      listening_(
+          loop_, server_, hostOf(channel_.descriptor()),
+          [this] { return std::make_unique<Listener>(englishTranscriber(speaker_)); },
+          [this](const protocol::Event& event) { report(event); }) {
     loop_.watch(channel_.descriptor(), [this] { readRequests(); });
     if (signals_) {
         loop_.watch(signals_.get(), [this] { quit(kExitOk); });
@@ -71,15 +88,27 @@ Engine::Engine(protocol::Descriptor socket)
 
 int Engine::run() {
     while (!exitCode_) {
-        loop_.run(utterance_ ? utterance_->idleTime() : kForever);
+        loop_.run(idleTime());
         if (utterance_ && !exitCode_) {
             utterance_->advance();
             dropIfOver();
+        }
+        if (!exitCode_) {
+            listening_.advance();
         }
         flush();
     }
     utterance_.reset();
     return *exitCode_;
+}
+
+std::chrono::microseconds Engine::idleTime() const {
+    const std::chrono::microseconds speaking = utterance_ ? utterance_->idleTime() : kForever;
+    const std::chrono::microseconds listening = listening_.idleTime();
+    if (speaking < kNow || listening < kNow) {
+        return std::max(speaking, listening);
+    }
+    return std::min(speaking, listening);
 }
 
 // A fork of the host may keep the socket open beyond the host's end. The peer is asked too because the host
@@ -117,15 +146,7 @@ void Engine::readRequests() {
         switch (channel_.read(line)) {
         case protocol::Channel::Input::Line:
             if (auto request = protocol::decodeRequest(line)) {
-                std::visit(
-                    [this](auto& message) {
-                        if constexpr (requires { handle(message); }) {
-                            handle(message);
-                        } else {
-                            refuse("this engine can't listen");
-                        }
-                    },
-                    *request);
+                std::visit([this](auto& message) { handle(message); }, *request);
             } else {
                 refuse("what the host sent is no request");
             }
@@ -163,7 +184,7 @@ void Engine::handle(protocol::Speak& request) {
             folder = channel_.takeDescriptor();
         }
         if (!file || (!folder && !request.output->temporaryName.empty())) {
-            refuse("a request came without its descriptors");
+            refuse(kNoDescriptors);
             return;
         }
     }
@@ -250,6 +271,27 @@ void Engine::handle(const protocol::GetPhonemes& request) {
         phonemes = speaker_.phonemes(request.text, *voice, request.manner);
     }
     report(protocol::Phonemes{phonemes});
+}
+
+void Engine::handle(protocol::SetCommands& request) {
+    listening_.setCommands(std::move(request));
+}
+
+void Engine::handle(const protocol::Listen& request) {
+    protocol::Descriptor file = request.fromFile ? channel_.takeDescriptor() : protocol::Descriptor();
+    if (request.fromFile && !file) {
+        refuse(kNoDescriptors);
+        return;
+    }
+    listening_.begin(request, std::move(file));
+}
+
+void Engine::handle(const protocol::BlockOthers& request) {
+    listening_.blockOthers(request.blocks);
+}
+
+void Engine::handle(const protocol::StopListening& request) {
+    listening_.stop(request.session);
 }
 
 void Engine::report(const protocol::Event& event) {

@@ -1,8 +1,9 @@
-// The engine: takes the requests of one host, and speaks.
+// The engine: takes the requests of one host, speaks and listens.
 
 #pragma once
 
 #include "engine/event_loop.h"
+#include "engine/listening/listening.h"
 #include "engine/protocol/channel.h"
 #include "engine/protocol/protocol.h"
 #include "engine/sound_server.h"
@@ -25,7 +26,7 @@ public:
     // Throws std::runtime_error when espeak-ng can't be used.
     explicit Engine(protocol::Descriptor socket);
 
-    // Speaks until the host ends the conversation, or itself. Answers the exit code.
+    // Works until the host ends the conversation, or itself. Answers the exit code.
     int run();
 
 private:
@@ -42,7 +43,12 @@ private:
     void handle(const protocol::Adjust& request);
     void handle(protocol::SetLexicon& request);
     void handle(const protocol::GetPhonemes& request);
+    void handle(protocol::SetCommands& request);
+    void handle(const protocol::Listen& request);
+    void handle(const protocol::BlockOthers& request);
+    void handle(const protocol::StopListening& request);
 
+    [[nodiscard]] std::chrono::microseconds idleTime() const;
     [[nodiscard]] bool isSpeaking(std::uint64_t utterance) const;
     void dropIfOver();
     void report(const protocol::Event& event);
@@ -60,6 +66,7 @@ private:
     std::vector<LexiconProblem> lexiconProblems_; // to be told with the next utterance
     std::uint64_t lastUtterance_ = 0;
     std::optional<Utterance> utterance_;
+    Listening listening_;
 };
 
 } // namespace zqm::engine

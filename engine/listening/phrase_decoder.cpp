@@ -1,5 +1,7 @@
 #include "engine/listening/phrase_decoder.h"
 
+#include "engine/listening/model_package.h"
+
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -13,7 +15,6 @@ namespace zqm::engine {
 
 namespace {
 
-constexpr const char* kPackage = "pocketsphinx-en-us";
 constexpr const char* kSentences = "sentences";
 constexpr const char* kSounds = "sounds";
 
@@ -81,7 +82,7 @@ PhraseDecoder::PhraseDecoder(const std::string& modelFolder) : modelFolder_(mode
         const std::filesystem::path path = std::filesystem::path(modelFolder) / file;
         if (std::error_code error; !std::filesystem::is_regular_file(path, error)) {
             throw std::runtime_error("the speech model's file " + path.string() + " is missing: install " +
-                                     kPackage);
+                                     kModelPackage);
         }
     }
     err_set_logfp(nullptr);
@@ -95,7 +96,7 @@ void PhraseDecoder::start() {
     cmd_ln_free_r(options);
     if (!decoder_) {
         throw std::runtime_error("the speech model in " + modelFolder_ + " can't be read: install " +
-                                 kPackage + " again");
+                                 kModelPackage + " again");
     }
     hasSentences_ = false;
     numbers_.clear();

@@ -1,5 +1,7 @@
 #include "engine/listening/pronunciation_dictionary.h"
 
+#include "engine/listening/model_package.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -38,16 +40,21 @@ std::string phonesOf(std::string_view line) {
     return phones;
 }
 
+std::runtime_error unreadable(const std::filesystem::path& file) {
+    return std::runtime_error("the pronunciation dictionary " + file.string() + " can't be read: install " +
+                              kModelPackage);
+}
+
 std::string contents(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary | std::ios::ate);
     const std::streamoff size = stream.tellg();
     if (size < 0 || size >= std::numeric_limits<std::uint32_t>::max()) {
-        throw std::runtime_error("the pronunciation dictionary " + file.string() + " can't be read");
+        throw unreadable(file);
     }
     std::string text(static_cast<std::size_t>(size), '\0');
     stream.seekg(0);
     if (!stream.read(text.data(), size)) {
-        throw std::runtime_error("the pronunciation dictionary " + file.string() + " can't be read");
+        throw unreadable(file);
     }
     return text;
 }

@@ -95,6 +95,9 @@ EngineProcess::EngineProcess(const Environment& environment)
     channel_.emplace(std::move(ours), protocol::kMaxEventLine);
 }
 
+EngineProcess::EngineProcess(pid_t pid, Descriptor socket)
+    : pid_(pid), channel_(std::in_place, std::move(socket), protocol::kMaxEventLine) {}
+
 EngineProcess::~EngineProcess() {
     if (pid_ > 0) {
         ::kill(pid_, SIGKILL);

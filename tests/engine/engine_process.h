@@ -28,6 +28,8 @@ public:
     static constexpr int kDeadlineMilliseconds = 120'000;
 
     explicit EngineProcess(const Environment& environment = {});
+    // One that another process started, which also waits for its end and has its errors.
+    EngineProcess(pid_t pid, protocol::Descriptor socket);
     // Kills the engine, if it still runs.
     ~EngineProcess();
     EngineProcess(const EngineProcess&) = delete;

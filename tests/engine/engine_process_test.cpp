@@ -161,6 +161,8 @@ const std::vector<std::string> kGarbage{
     (R"({"type":"speak","utterance":1,"text":"a","voice":"gmw/en","manner":{},"delimiters":{"prefix":"","suffix":""},"output":)"
      R"({"extension":"wav","temporaryName":"t","finalName":"f"}})"
      "\n"),
+    (R"({"type":"listen","session":1,"reportsLevel":false,"fromFile":true})"
+     "\n"),
 };
 
 class Garbage : public testing::TestWithParam<std::string> {};
