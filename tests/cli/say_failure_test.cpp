@@ -1,5 +1,7 @@
 // Each way in which `zqmspeech` fails: the exit code, and one line that says why.
 
+#include "tests/cli/installation.h"
+#include "tests/cli/one_line.h"
 #include "tests/cli/say.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
@@ -17,18 +19,7 @@ namespace {
 
 using support::ProcessResult;
 using support::TemporaryFolder;
-using testing::EndsWith;
 using testing::HasSubstr;
-using testing::StartsWith;
-
-void expectOneLine(const ProcessResult& result, int exitCode, const std::string& part) {
-    EXPECT_EQ(result.exitCode, exitCode);
-    EXPECT_EQ(result.output, "");
-    EXPECT_THAT(result.errors, StartsWith("zqmspeech: "));
-    EXPECT_THAT(result.errors, HasSubstr(part));
-    EXPECT_THAT(result.errors, EndsWith("\n"));
-    EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
-}
 
 ProcessResult zqmspeech(const std::vector<std::string>& arguments) {
     return support::runProcess(ZQMSPEECH_PROGRAM, arguments, bareOptions());
@@ -130,30 +121,14 @@ TEST(SayFallback, ThatCannotBeWritten) {
                       folder.path().string() + ": Is a directory");
 }
 
-// The command in a folder of its own, with these of the files that it needs beside it.
-class Installation {
-public:
-    explicit Installation(const std::vector<std::string>& libraries) {
-        const std::filesystem::path built = std::filesystem::path(ZQMSPEECH_PROGRAM).parent_path();
-        std::filesystem::copy(ZQMSPEECH_PROGRAM, folder_.path());
-        for (const std::string& library : libraries) {
-            std::filesystem::copy(built / library, folder_.path());
-        }
-    }
-
-    ProcessResult say(const support::ProcessOptions& options = bareOptions()) const {
-        return support::runProcess((folder_ / "zqmspeech").string(),
-                                   {"say", "-o", (folder_ / "x.wav").string(), "Hello world"}, options);
-    }
-    const std::filesystem::path& path() const { return folder_.path(); }
-
-private:
-    TemporaryFolder folder_{"with blank"};
-};
+ProcessResult sayIn(const Installation& installation,
+                    const support::ProcessOptions& options = bareOptions()) {
+    return installation.run({"say", "-o", (installation.path() / "x.wav").string(), "Hello world"}, options);
+}
 
 TEST(SayInstallation, IsWhole) {
     const Installation whole({"libzqmplatform.so", "libZQMNSSpeech.so", "zqmspeech-engine"});
-    const ProcessResult result = whole.say();
+    const ProcessResult result = sayIn(whole);
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
     EXPECT_GT(support::SoundFile(whole.path() / "x.wav").seconds(), 0.2);
@@ -161,19 +136,19 @@ TEST(SayInstallation, IsWhole) {
 
 TEST(SayInstallation, LacksThePlugin) {
     const Installation lacking({"libzqmplatform.so", "zqmspeech-engine"});
-    expectOneLine(lacking.say(), 1,
+    expectOneLine(sayIn(lacking), 1,
                   "libZQMNSSpeech.so is missing: it is neither in " + lacking.path().string());
 }
 
 TEST(SayInstallation, HasADamagedPlugin) {
     const Installation damaged({"libzqmplatform.so", "zqmspeech-engine"});
     std::ofstream(damaged.path() / "libZQMNSSpeech.so") << "no library";
-    expectOneLine(damaged.say(), 1, "libZQMNSSpeech.so");
+    expectOneLine(sayIn(damaged), 1, "libZQMNSSpeech.so");
 }
 
 TEST(SayInstallation, LacksTheEngine) {
     const Installation lacking({"libzqmplatform.so", "libZQMNSSpeech.so"});
-    expectOneLine(lacking.say(), 1, "there are no voices: the speech engine is missing or does not answer");
+    expectOneLine(sayIn(lacking), 1, "there are no voices: the speech engine is missing or does not answer");
 }
 
 // With an engine that misbehaves in this way.
@@ -188,7 +163,7 @@ TEST_P(SayWithABadEngine, FailsWithOneLine) {
     std::filesystem::copy(ZQM_BAD_ENGINE_PATH, bad.path());
     support::ProcessOptions options = bareOptions();
     options.environment["ZQM_BAD_ENGINE"] = GetParam().fault;
-    const ProcessResult result = bad.say(options);
+    const ProcessResult result = sayIn(bad, options);
     EXPECT_FALSE(result.timedOut);
     EXPECT_EQ(result.signal, 0);
     expectOneLine(result, 1, GetParam().line);
@@ -220,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(All, SayWithABadEngine,
 
 TEST(SayInstallation, LacksThePlatformLibrary) {
     const Installation lacking({"libZQMNSSpeech.so", "zqmspeech-engine"});
-    const ProcessResult result = lacking.say();
+    const ProcessResult result = sayIn(lacking);
     EXPECT_NE(result.exitCode, 0);
     EXPECT_EQ(result.signal, 0);
     EXPECT_THAT(result.errors, HasSubstr("libzqmplatform.so"));
