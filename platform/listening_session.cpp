@@ -236,7 +236,7 @@ bool ListeningSession::acceptCommands(const protocol::CommandsSet& set) {
 
 bool ListeningSession::hear(const protocol::Listening& listening) {
     if (!listening.error.empty()) {
-        file_ ? giveUp(listening.error) : reportFailure(listening.error);
+        file_ ? giveUp(*file_ + ": " + listening.error) : reportFailure(listening.error);
     } else if (!isCapturing()) {
         state_ = std::string();
         observe({.kind = ZQMListeningBegan});
