@@ -1,6 +1,14 @@
 #include "tests/cli/listen.h"
 
+#include <chrono>
+
 namespace zqm::tests {
+namespace {
+
+// A list of a thousand commands takes its time where every access to memory is checked.
+constexpr std::chrono::minutes kDeadline{5};
+
+} // namespace
 
 std::vector<std::string> listenArguments(const std::vector<std::string>& arguments) {
     std::vector<std::string> all{"listen"};
@@ -10,7 +18,7 @@ std::vector<std::string> listenArguments(const std::vector<std::string>& argumen
 
 support::ProcessResult listen(const std::vector<std::string>& arguments,
                               const support::ProcessOptions& options) {
-    return support::runProcess(ZQMSPEECH_PROGRAM, listenArguments(arguments), options);
+    return support::runProcess(ZQMSPEECH_PROGRAM, listenArguments(arguments), options, kDeadline);
 }
 
 } // namespace zqm::tests
