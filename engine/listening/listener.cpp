@@ -1,5 +1,7 @@
 #include "engine/listening/listener.h"
 
+#include "engine/listening/phrase_judge.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -10,8 +12,6 @@ namespace {
 
 // Words of earlier lists stay in memory until there are so many.
 constexpr std::size_t kMostForgottenWords = 5000;
-
-constexpr double kWorstDifference = 22; // for each hundredth of a second, between the command and any sounds
 
 double seconds(std::uint64_t samples) {
     return static_cast<double>(samples) / kListeningRate;
@@ -114,8 +114,7 @@ std::optional<std::size_t> Listener::commandIn(std::span<const std::int16_t> sam
     if (command.frames == 0) {
         return std::nullopt;
     }
-    const Fit sounds = decoder_.bestSounds(samples);
-    if ((sounds.score - command.score) / command.frames > kWorstDifference) {
+    if (!isCommand(doubtsOf(command, decoder_.bestSounds(samples)))) {
         return std::nullopt;
     }
     return firstSpoken(command.phones);

@@ -26,7 +26,10 @@ constexpr std::array kPhones{"AA", "AE", "AH", "AO", "AW", "AY", "B",  "CH", "D"
 constexpr std::array kModelFiles{"mdef",    "means",       "variances", "transition_matrices",
                                  "sendump", "feat.params", "noisedict"};
 
-constexpr double kSoundProbability = 0.1; // of each further phone
+// In a row of any sounds, of each further phone and word.
+constexpr double kSoundProbability = 1e-4;
+constexpr double kWordProbability = 1e-2;
+constexpr std::size_t kMostWordsAmongSounds = 300; // more of them take time
 
 std::string soundWord(const std::string& phone) {
     return "/" + phone;
@@ -104,13 +107,24 @@ void PhraseDecoder::start() {
     for (const char* phone : kPhones) {
         ps_add_word(decoder_.get(), soundWord(phone).c_str(), phone, FALSE);
     }
-    const Grammar grammar = makeGrammar(decoder_.get(), kSounds, 2);
-    const int probability = logmath_log(ps_get_logmath(decoder_.get()), kSoundProbability);
+    setSounds({});
+}
+
+// Any row of phones and of the words that sentences are made of: what is like a sentence, but isn't it, fits
+// best as other words of the sentences and sounds between them.
+void PhraseDecoder::setSounds(const std::set<std::size_t>& words) {
+    Grammar grammar = makeGrammar(decoder_.get(), kSounds, 1);
+    grammar->final_state = kStart;
+    const auto add = [&](const std::string& word, double probability) {
+        fsg_model_trans_add(grammar.get(), kStart, kStart,
+                            logmath_log(ps_get_logmath(decoder_.get()), probability),
+                            fsg_model_word_add(grammar.get(), word.c_str()));
+    };
     for (const char* phone : kPhones) {
-        const int word = fsg_model_word_add(grammar.get(), soundWord(phone).c_str());
-        for (const int from : {kStart, kEnd}) {
-            fsg_model_trans_add(grammar.get(), from, kEnd, probability, word);
-        }
+        add(soundWord(phone), kSoundProbability);
+    }
+    for (const std::size_t word : words) {
+        add(numberedWord(word), kWordProbability);
     }
     if (ps_set_fsg(decoder_.get(), kSounds, grammar.get()) != 0) {
         throw std::runtime_error("the speech model in " + modelFolder_ + " lacks phones");
@@ -141,9 +155,15 @@ void PhraseDecoder::setSentences(const std::vector<std::vector<std::size_t>>& se
         return;
     }
     Tree tree;
+    std::set<std::size_t> words;
     for (const auto& sentence : sentences) {
         tree.add(sentence);
+        words.insert(sentence.begin(), sentence.end());
     }
+    if (words.size() > kMostWordsAmongSounds) {
+        words.clear();
+    }
+    setSounds(words);
     const Grammar grammar = makeGrammar(decoder_.get(), kSentences, tree.states);
     for (const auto& [state, branch] : tree.branches) {
         const auto add = [&](std::size_t from, std::size_t to, std::size_t word) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -51,7 +52,7 @@ public:
     // The best of the sentences, as the whole of the phrase.
     Fit bestSentence(std::span<const std::int16_t> samples);
 
-    // The best of all rows of phones: what fits no sentence fits this better.
+    // The best of all rows of sounds, the words of the sentences among them.
     Fit bestSounds(std::span<const std::int16_t> samples);
 
 private:
@@ -60,6 +61,7 @@ private:
     };
 
     void start();
+    void setSounds(const std::set<std::size_t>& words);
     Fit decode(const char* search, std::span<const std::int16_t> samples);
 
     std::string modelFolder_;
