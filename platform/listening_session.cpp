@@ -128,7 +128,7 @@ void ListeningSession::takeMessages() {
         return;
     }
     reapEngines();
-    if (timer_.takeExpiry() && isListening_ && !engine_.isOpen()) {
+    if (timer_.takeExpiry()) {
         begin();
     }
     const char* const failure = engine_.read([&](const protocol::Event& event) { return accept(event); });
@@ -175,7 +175,7 @@ void ListeningSession::loseEngine(const char* reason) {
 void ListeningSession::retryLater(const std::string& reason) {
     ++losses_;
     if (file_ && losses_ > kMostLossesOfFile) {
-        giveUp(reason);
+        giveUp(*file_ + ": " + reason + " again and again");
         return;
     }
     reportFailure(reason);

@@ -235,6 +235,8 @@ TEST_F(RecognizerSession, AForkLeavesTheParentsListeningAlone) {
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(0, WEXITSTATUS(status));
     ASSERT_TRUE(listener.runUntilHeard(1));
+    [listener.recognizer setCommands:arrayOf({"parent"})];
+    EXPECT_EQ((SetCommands{2, {"parent"}}), engine->hear<SetCommands>()) << "the child has said nothing";
     [listener.recognizer stopListening];
     engine->hear<StopListening>();
 }
