@@ -88,11 +88,12 @@ String Core::adopt(REALstring locked, std::string_view where) {
 }
 
 String Core::borrow(REALstring string, std::string_view where) {
-    String result = adopt(string, where);
-    if (!result.isNull()) {
-        lock(string, where);
+    auto* handle = string == nullptr ? nullptr : handles_.find<StringHandle>(string, where);
+    if (handle == nullptr) {
+        return {};
     }
-    return result;
+    ++handle->locks;
+    return {shared_from_this(), string};
 }
 
 void Core::lock(REALstring string, std::string_view where) {
@@ -120,11 +121,12 @@ Text Core::adopt(REALtext locked, std::string_view where) {
 }
 
 Text Core::borrow(REALtext text, std::string_view where) {
-    Text result = adopt(text, where);
-    if (!result.isNull()) {
-        lock(text, where);
+    auto* handle = text == nullptr ? nullptr : handles_.find<TextHandle>(text, where);
+    if (handle == nullptr) {
+        return {};
     }
-    return result;
+    ++handle->locks;
+    return {shared_from_this(), text};
 }
 
 void Core::lock(REALtext text, std::string_view where) {

@@ -9,7 +9,9 @@
 
 namespace zqm::host {
 
-std::size_t DictionaryContent::Hash::operator()(const Identity& identity) const {
+namespace {
+
+std::size_t hashOf(const DictionaryContent::Identity& identity) {
     return std::visit(
         [](const auto& part) -> std::size_t {
             using Part = std::decay_t<decltype(part)>;
@@ -25,6 +27,8 @@ std::size_t DictionaryContent::Hash::operator()(const Identity& identity) const 
         },
         identity);
 }
+
+} // namespace
 
 DictionaryContent::Identity DictionaryContent::identityOf(const Value& key) {
     const Value& inner = innermost(key);
@@ -61,31 +65,35 @@ DictionaryContent::Identity DictionaryContent::identityOf(const Value& key) {
 }
 
 const DictionaryContent::Entry* DictionaryContent::find(const Value& key) const {
-    const auto place = places_.find(identityOf(key));
-    return place == places_.end() ? nullptr : &entries_[place->second];
+    const Identity identity = identityOf(key);
+    const auto place = places_.find(Sought{identity, hashOf(identity)});
+    return place == places_.end() ? nullptr : &entries_[*place];
 }
 
 void DictionaryContent::set(Object key, Object value) {
-    const auto [place, isNew] = places_.try_emplace(identityOf(key), entries_.size());
-    if (isNew) {
-        entries_.push_back({std::move(key), std::move(value)});
+    Identity identity = identityOf(key);
+    const std::size_t hash = hashOf(identity);
+    const auto place = places_.find(Sought{identity, hash});
+    if (place == places_.end()) {
+        entries_.push_back({std::move(key), std::move(value), std::move(identity), hash});
+        places_.insert(static_cast<Place>(entries_.size() - 1));
     } else {
         // What ends with the old one may look at this dictionary.
-        const Object old = std::exchange(entries_[place->second].value, std::move(value));
+        const Object old = std::exchange(entries_[*place].value, std::move(value));
     }
 }
 
 bool DictionaryContent::remove(const Value& key) {
-    const auto place = places_.find(identityOf(key));
-    if (place == places_.end()) {
+    const Entry* found = find(key);
+    if (found == nullptr) {
         return false;
     }
-    const std::size_t index = place->second;
-    const Entry removed = std::move(entries_[index]);
-    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
-    places_.erase(place);
-    for (auto after = places_.begin(); after != places_.end(); ++after) {
-        after.value() -= after->second > index ? 1 : 0;
+    const auto entry = entries_.begin() + (found - entries_.data());
+    const Entry removed = std::move(*entry);
+    entries_.erase(entry);
+    places_.clear();
+    for (std::size_t place = 0; place < entries_.size(); ++place) {
+        places_.insert(static_cast<Place>(place));
     }
     return true;
 }

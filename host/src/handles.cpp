@@ -4,17 +4,8 @@
 #include "host_class.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <new>
 #include <utility>
-
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/asan_interface.h>
-#else
-#define ASAN_POISON_MEMORY_REGION(address, size) static_cast<void>(0)
-#define ASAN_UNPOISON_MEMORY_REGION(address, size) static_cast<void>(0)
-#endif
 
 namespace zqm::host {
 
@@ -23,9 +14,7 @@ namespace {
 // So many dead handles keep their address.
 constexpr std::size_t kRetiredHandles = 1024;
 
-constexpr std::align_val_t kBlockAlignment{16};
 constexpr unsigned char kHeaderPattern = 0xA7;
-constexpr unsigned char kDeadPattern = 0xDD;
 
 const char* nameOf(HandleKind kind) {
     switch (kind) {
@@ -41,23 +30,39 @@ const char* nameOf(HandleKind kind) {
     return "unknown";
 }
 
-} // namespace
-
-ObjectHandle::ObjectHandle(const HostClass& ofType)
-    : Handle(kKind), type(ofType), size_(kInstanceDataOffset + ofType.dataSize) {
-    block_ = ::operator new(size_, kBlockAlignment);
-    std::memset(block_, kHeaderPattern, kInstanceDataOffset);
-    std::memset(static_cast<char*>(block_) + kInstanceDataOffset, 0, ofType.dataSize);
-    address_ = block_;
+// Calls with the handle as what it is.
+template <typename Action>
+void withHandle(HandleKind kind, void* memory, Action action) {
+    switch (kind) {
+    case HandleKind::Object:
+        return action(*static_cast<ObjectHandle*>(memory));
+    case HandleKind::String:
+        return action(*static_cast<StringHandle*>(memory));
+    case HandleKind::Text:
+        return action(*static_cast<TextHandle*>(memory));
+    case HandleKind::StringData:
+        return action(*static_cast<StringDataHandle*>(memory));
+    }
 }
 
-ObjectHandle::~ObjectHandle() {
-    ASAN_UNPOISON_MEMORY_REGION(block_, size_);
-    ::operator delete(block_, kBlockAlignment);
+} // namespace
+
+ObjectHandle::ObjectHandle(const HostClass& ofType) : type(ofType) {
+    std::memset(block(), kHeaderPattern, kInstanceDataOffset);
+    std::memset(instanceData(), 0, ofType.dataSize);
+}
+
+HandleLayout ObjectHandle::layoutFor(const HostClass& type) {
+    return {kKind, sizeof(ObjectHandle), kInstanceDataOffset + type.dataSize};
+}
+
+void* ObjectHandle::block() const {
+    const auto self = reinterpret_cast<std::uintptr_t>(this);
+    return reinterpret_cast<void*>(self + HandleSlots::lead(sizeof(ObjectHandle)));
 }
 
 bool ObjectHandle::headerIntact() const {
-    const auto* header = static_cast<const unsigned char*>(block_);
+    const auto* header = static_cast<const unsigned char*>(block());
     return std::all_of(header, header + kInstanceDataOffset,
                        [](unsigned char byte) { return byte == kHeaderPattern; });
 }
@@ -78,59 +83,41 @@ std::map<std::uint64_t, std::shared_ptr<EventClosure>> ObjectHandle::takeHandler
     return members_ != nullptr ? std::exchange(members_->handlers, {}) : decltype(Members::handlers)();
 }
 
-void ObjectHandle::die() {
-    members_.reset();
-    std::memset(block_, kDeadPattern, size_);
-    ASAN_POISON_MEMORY_REGION(block_, size_);
+Handles::~Handles() {
+    clear();
 }
 
-Handles::~Handles() = default;
-
-void Handles::insert(std::unique_ptr<Handle> handle) {
-    const void* address = handle->address();
-    handles_.emplace(address, std::move(handle));
-}
-
-Handle* Handles::known(const void* address, HandleKind kind) const {
-    const auto found = handles_.find(address);
-    const bool fits = found != handles_.end() && found->second->alive && found->second->kind == kind;
-    return fits ? found->second.get() : nullptr;
-}
-
-Handle* Handles::find(const void* address, HandleKind kind, std::string_view where) {
-    if (Handle* handle = known(address, kind)) {
-        return handle;
-    }
+void Handles::reportUnknown(const void* address, HandleKind kind, std::string_view where) {
     const std::string who(where);
     const std::string wanted = nameOf(kind);
-    const auto found = handles_.find(address);
+    const HandleSlots::Slot slot = slots_.at(address);
     if (address == nullptr) {
         reports_->add(Report::Kind::NullHandle, who + ": null instead of " + wanted);
-    } else if (found == handles_.end()) {
+    } else if (slot.state == HandleSlots::State::Free) {
         reports_->add(Report::Kind::ForeignHandle, who + ": never given out as " + wanted);
-    } else if (found->second->kind != kind) {
-        reports_->add(Report::Kind::WrongKind,
-                      who + ": " + nameOf(found->second->kind) + " instead of " + wanted);
+    } else if (slot.kind != kind) {
+        reports_->add(Report::Kind::WrongKind, who + ": " + nameOf(slot.kind) + " instead of " + wanted);
     } else {
         reports_->add(Report::Kind::DeadHandle, who + ": " + wanted + " whose last lock is gone");
     }
-    return nullptr;
 }
 
-void Handles::retire(Handle& handle) {
-    handle.alive = false;
-    handle.locks = 0;
-    std::unique_ptr<ObjectContent> content;
-    if (handle.kind == HandleKind::Object) {
-        content = std::move(static_cast<ObjectHandle&>(handle).content);
-    }
-    handle.die();
-    retired_.push_back(handle.address());
+void Handles::retire(ObjectHandle& handle) {
+    // Either may hold other handles, which find this one dead.
+    auto content = std::move(handle.content);
+    const auto members = handle.takeMembers();
+    handle.~ObjectHandle();
+    keepDead(&handle);
+    letGo(std::move(content));
+}
+
+void Handles::keepDead(void* memory) {
+    slots_.makeDead(memory);
+    retired_.push_back(memory);
     if (retired_.size() > kRetiredHandles) {
-        handles_.erase(retired_.front());
+        slots_.giveBack(retired_.front());
         retired_.pop_front();
     }
-    letGo(std::move(content));
 }
 
 void Handles::letGo(std::unique_ptr<ObjectContent> content) {
@@ -150,39 +137,45 @@ void Handles::letGo(std::unique_ptr<ObjectContent> content) {
 }
 
 ObjectHandle* Handles::anyWithAnEnd() const {
-    for (const auto& [address, handle] : handles_) {
-        auto* object =
-            handle->kind == HandleKind::Object ? static_cast<ObjectHandle*>(handle.get()) : nullptr;
-        if (object != nullptr && object->alive && object->type.hasAnEnd()) {
-            return object;
+    ObjectHandle* found = nullptr;
+    slots_.forEachLive([&](HandleKind kind, void* memory) {
+        if (found == nullptr && kind == HandleKind::Object) {
+            auto* object = static_cast<ObjectHandle*>(memory);
+            found = object->type.hasAnEnd() ? object : nullptr;
         }
-    }
-    return nullptr;
+    });
+    return found;
 }
 
 void Handles::clear() {
     // What the handles hold may hold other handles.
-    const auto handles = std::exchange(handles_, {});
+    const HandleSlots slots = std::exchange(slots_, {});
     retired_.clear();
+    slots.forEachLive([](HandleKind kind, void* memory) {
+        withHandle(kind, memory, [](auto& handle) { std::destroy_at(&handle); });
+    });
 }
 
 Ledger Handles::ledger() const {
     Ledger ledger;
-    for (const auto& [address, handle] : handles_) {
-        if (!handle->alive) {
-            continue;
+    const auto countOf = [&](HandleKind kind) -> Ledger::Count& {
+        switch (kind) {
+        case HandleKind::String:
+            return ledger.strings;
+        case HandleKind::Text:
+            return ledger.texts;
+        case HandleKind::StringData:
+            return ledger.stringData;
+        case HandleKind::Object:
+            break;
         }
-        Ledger::Count* count = &ledger.objects;
-        if (handle->kind == HandleKind::String) {
-            count = &ledger.strings;
-        } else if (handle->kind == HandleKind::Text) {
-            count = &ledger.texts;
-        } else if (handle->kind == HandleKind::StringData) {
-            count = &ledger.stringData;
-        }
-        ++count->handles;
-        count->locks += handle->locks;
-    }
+        return ledger.objects;
+    };
+    slots_.forEachLive([&](HandleKind kind, void* memory) {
+        Ledger::Count& count = countOf(kind);
+        ++count.handles;
+        withHandle(kind, memory, [&](auto& handle) { count.locks += handle.locks; });
+    });
     return ledger;
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "handle_slots.h"
 #include "object_content.h"
 #include "plugin/host_interface.h"
 #include "reports.h"
@@ -13,9 +14,10 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
-#include <tsl/robin_map.h>
+#include <utility>
 #include <vector>
 
 namespace zqm::host {
@@ -23,73 +25,55 @@ namespace zqm::host {
 class EventClosure;
 struct HostClass;
 
-enum class HandleKind { Object, String, Text, StringData };
-
 struct Handle {
-    explicit Handle(HandleKind ofKind) : kind(ofKind) {}
+    Handle() = default;
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
-    virtual ~Handle() = default;
+    ~Handle() = default;
 
-    const void* address() const { return address_; }
-
-    HandleKind kind;
-    bool alive = true;
     std::int64_t locks = 1;
-
-protected:
-    const void* address_ = this; // what the plugin holds
-
-    friend class Handles;
-    // Frees what it holds, though not the address, which stays taken for a while.
-    virtual void die() = 0;
 };
 
 struct StringHandle final : Handle {
     static constexpr HandleKind kKind = HandleKind::String;
     StringHandle(std::string_view itsBytes, std::uint32_t itsEncoding)
-        : Handle(kKind), bytes(itsBytes), encoding(itsEncoding) {}
+        : bytes(itsBytes), encoding(itsEncoding) {}
 
+    static HandleLayout layoutFor(std::string_view, std::uint32_t) { return {kKind, sizeof(StringHandle)}; }
     REALstring handle() { return reinterpret_cast<REALstring>(this); }
 
     std::string bytes;
     std::uint32_t encoding;
-
-protected:
-    void die() override { std::string().swap(bytes); }
 };
 
 struct TextHandle final : Handle {
     static constexpr HandleKind kKind = HandleKind::Text;
-    explicit TextHandle(std::string_view inUtf8) : Handle(kKind), utf8(inUtf8) {}
+    explicit TextHandle(std::string_view inUtf8) : utf8(inUtf8) {}
 
+    static HandleLayout layoutFor(std::string_view) { return {kKind, sizeof(TextHandle)}; }
     REALtext handle() { return reinterpret_cast<REALtext>(this); }
 
     std::string utf8;
-
-protected:
-    void die() override { std::string().swap(utf8); }
 };
 
 // The converted bytes behind a filled-in REALstringData.
 struct StringDataHandle final : Handle {
     static constexpr HandleKind kKind = HandleKind::StringData;
-    explicit StringDataHandle(std::string itsBytes) : Handle(kKind), bytes(std::move(itsBytes)) {}
+    explicit StringDataHandle(std::string itsBytes) : bytes(std::move(itsBytes)) {}
+
+    static HandleLayout layoutFor(const std::string&) { return {kKind, sizeof(StringDataHandle)}; }
 
     std::string bytes;
-
-protected:
-    void die() override { std::string().swap(bytes); }
 };
 
 struct ObjectHandle final : Handle {
     static constexpr HandleKind kKind = HandleKind::Object;
     explicit ObjectHandle(const HostClass& ofType);
-    ~ObjectHandle() override;
 
-    REALobject handle() { return static_cast<REALobject>(block_); }
+    static HandleLayout layoutFor(const HostClass& type);
+    REALobject handle() { return static_cast<REALobject>(block()); }
     bool headerIntact() const;
-    void* instanceData() { return static_cast<char*>(block_) + kInstanceDataOffset; }
+    void* instanceData() { return static_cast<char*>(block()) + kInstanceDataOffset; }
 
     // Null when it is of another kind.
     template <typename Content>
@@ -105,20 +89,19 @@ struct ObjectHandle final : Handle {
     };
     Members& members();
     const Members& members() const;
-    // Takes them off the object.
+    // Each takes them off the object.
     std::map<std::uint64_t, std::shared_ptr<EventClosure>> takeHandlers();
+    std::unique_ptr<Members> takeMembers() { return std::move(members_); }
 
     const HostClass& type;
     bool ending = false;
     std::unique_ptr<ObjectContent> content;
 
-protected:
-    void die() override;
-
 private:
+    // Header and instance data, which plugins are given.
+    void* block() const;
+
     std::unique_ptr<Members> members_; // made at first use
-    void* block_;                      // header and instance data
-    std::size_t size_;
 };
 
 class Handles {
@@ -130,25 +113,41 @@ public:
 
     template <typename Kind, typename... Arguments>
     Kind& add(Arguments&&... arguments) {
-        auto made = std::make_unique<Kind>(std::forward<Arguments>(arguments)...);
-        Kind& handle = *made;
-        insert(std::move(made));
-        return handle;
+        void* memory = slots_.take(Kind::layoutFor(arguments...));
+        try {
+            auto* handle = new (memory) Kind(std::forward<Arguments>(arguments)...);
+            slots_.makeLive(memory);
+            return *handle;
+        } catch (...) {
+            slots_.giveBack(memory);
+            throw;
+        }
     }
 
     // The live handle at the address; otherwise null and, on behalf of `where`, a report.
     template <typename Kind>
     Kind* find(const void* address, std::string_view where) {
-        return static_cast<Kind*>(find(address, Kind::kKind, where));
+        auto* handle = known<Kind>(address);
+        if (handle == nullptr) {
+            reportUnknown(address, Kind::kKind, where);
+        }
+        return handle;
     }
     // The same without a report.
     template <typename Kind>
     Kind* known(const void* address) const {
-        return static_cast<Kind*>(known(address, Kind::kKind));
+        const HandleSlots::Slot slot = slots_.at(address);
+        const bool fits = slot.state == HandleSlots::State::Live && slot.kind == Kind::kKind;
+        return fits ? static_cast<Kind*>(slot.memory) : nullptr;
     }
 
     // Its last lock is gone. The address is not given out again for a while, so that a late use is noticed.
-    void retire(Handle& handle);
+    void retire(ObjectHandle& handle);
+    template <typename Kind>
+    void retire(Kind& handle) {
+        handle.~Kind();
+        keepDead(&handle);
+    }
 
     // Some live object of a class whose ends are to be told; null when there is none.
     ObjectHandle* anyWithAnEnd() const;
@@ -159,21 +158,13 @@ public:
     void clear();
 
 private:
-    void insert(std::unique_ptr<Handle> handle);
-    Handle* find(const void* address, HandleKind kind, std::string_view where);
-    Handle* known(const void* address, HandleKind kind) const;
+    void reportUnknown(const void* address, HandleKind kind, std::string_view where);
+    void keepDead(void* memory);
     void letGo(std::unique_ptr<ObjectContent> content);
 
     Reports* reports_;
-    // Handles made one after another are mostly used one after another, so neighbours stay neighbours.
-    struct AddressHash {
-        std::size_t operator()(const void* address) const {
-            constexpr unsigned int kAlignmentBits = 4;
-            return reinterpret_cast<std::uintptr_t>(address) >> kAlignmentBits;
-        }
-    };
-    tsl::robin_map<const void*, std::unique_ptr<Handle>, AddressHash> handles_;
-    std::deque<const void*> retired_;
+    HandleSlots slots_;
+    std::deque<void*> retired_; // memory of dead ones
     // What dead objects held, which may hold others: let go one after another, however deep.
     std::vector<std::unique_ptr<ObjectContent>> dying_;
     bool lettingGo_ = false;

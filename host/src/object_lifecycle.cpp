@@ -32,11 +32,12 @@ Object Core::adopt(REALobject locked, std::string_view where) {
 }
 
 Object Core::borrow(REALobject object, std::string_view where) {
-    Object result = adopt(object, where);
-    if (!result.isNull()) {
-        lock(object, where);
+    auto* handle = object == nullptr ? nullptr : handles_.find<ObjectHandle>(object, where);
+    if (handle == nullptr) {
+        return {};
     }
-    return result;
+    ++handle->locks;
+    return {shared_from_this(), object};
 }
 
 void Core::lock(REALobject object, std::string_view where) {
