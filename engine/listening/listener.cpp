@@ -13,6 +13,12 @@ namespace {
 // Words of earlier lists stay in memory until there are so many.
 constexpr std::size_t kMostForgottenWords = 5000;
 
+// A phrase that takes longer than the longest command can, spoken slowly, is none of them; it isn't looked
+// at.
+constexpr double kSecondsAtMost = 1.5;
+constexpr double kSecondsPerPhone = 0.25;
+constexpr std::size_t kMostPhones = 1000; // what is listened to at once has to be kept
+
 double seconds(std::uint64_t samples) {
     return static_cast<double>(samples) / kListeningRate;
 }
@@ -30,6 +36,29 @@ bool saysWords(std::string_view phones, const SpokenWords& words, std::size_t pl
         return rest.empty() ? place + 1 == words.size()
                             : rest[0] == ' ' && saysWords(rest.substr(1), words, place + 1);
     });
+}
+
+std::size_t phonesIn(const SpokenWords& words) {
+    std::size_t phones = 0;
+    for (const std::vector<std::string>& pronunciations : words) {
+        std::size_t most = 0;
+        for (const std::string& pronunciation : pronunciations) {
+            most =
+                std::max<std::size_t>(most, 1 + std::count(pronunciation.begin(), pronunciation.end(), ' '));
+        }
+        phones += most;
+    }
+    return phones;
+}
+
+std::size_t longestPhrase(const std::vector<SpokenWords>& commands) {
+    std::size_t phones = 0;
+    for (const SpokenWords& command : commands) {
+        phones = std::max(phones, phonesIn(command));
+    }
+    const double longest =
+        kSecondsAtMost + kSecondsPerPhone * static_cast<double>(std::min(phones, kMostPhones));
+    return phones == 0 ? 0 : static_cast<std::size_t>(longest * kListeningRate);
 }
 
 } // namespace
@@ -75,6 +104,7 @@ void Listener::apply(const Commands& commands) {
         }
     }
     decoder_.setSentences(sentences);
+    detector_.setLongest(longestPhrase(commands_));
     list_ = commands.list;
     if (commandsSet_) {
         commandsSet_(list_, problems);
@@ -97,7 +127,7 @@ void Listener::reset() {
 }
 
 void Listener::hear(const Phrase& phrase) {
-    const HeardPhrase heard{seconds(phrase.begin), seconds(phrase.end), list_, commandIn(phrase.samples)};
+    const HeardPhrase heard{seconds(phrase.begin), seconds(phrase.end), list_, commandIn(phrase)};
     if (heard_) {
         heard_(heard);
     }
@@ -106,15 +136,15 @@ void Listener::hear(const Phrase& phrase) {
     }
 }
 
-std::optional<std::size_t> Listener::commandIn(std::span<const std::int16_t> samples) {
-    if (samples.empty()) {
+std::optional<std::size_t> Listener::commandIn(const Phrase& phrase) {
+    if (phrase.samples.empty()) {
         return std::nullopt;
     }
-    const Fit command = decoder_.bestSentence(samples);
+    const Fit command = decoder_.bestSentence(phrase.samples);
     if (command.frames == 0) {
         return std::nullopt;
     }
-    if (!isCommand(doubtsOf(command, decoder_.bestSounds(samples)))) {
+    if (!isCommand(doubtsOf(phrase, command, decoder_.bestSounds(phrase.samples)))) {
         return std::nullopt;
     }
     return firstSpoken(command.phones);

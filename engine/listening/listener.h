@@ -74,7 +74,7 @@ private:
 
     void apply(const Commands& commands);
     void hear(const Phrase& phrase);
-    [[nodiscard]] std::optional<std::size_t> commandIn(std::span<const std::int16_t> samples);
+    [[nodiscard]] std::optional<std::size_t> commandIn(const Phrase& phrase);
     [[nodiscard]] std::optional<std::size_t> firstSpoken(const std::string& phones) const;
 
     PronunciationDictionary dictionary_;

@@ -2,6 +2,7 @@
 
 #include "engine/listening/model_package.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -212,10 +213,12 @@ Fit PhraseDecoder::decode(const char* search, std::span<const std::int16_t> samp
         ps_seg_prob(segment, &acoustic, nullptr, nullptr);
         const char* word = ps_seg_word(segment);
         fit.score += acoustic;
-        fit.words.push_back(
-            {end - begin + 1, static_cast<double>(acoustic), word[0] == '<' || word[0] == '['});
-        if (!fit.words.back().isSilence) {
+        Fit::Word& fitting = fit.words.emplace_back();
+        fitting.frames = end - begin + 1;
+        fitting.score = acoustic;
+        if (word[0] != '<' && word[0] != '[') {
             char* phones = ps_lookup_word(decoder, word);
+            fitting.phones = static_cast<int>(1 + std::count(phones, phones + std::strlen(phones), ' '));
             fit.phones += fit.phones.empty() ? "" : " ";
             fit.phones += phones;
             ckd_free(phones);

@@ -23,7 +23,7 @@ struct Fit {
     struct Word {
         int frames = 0;
         double score = 0;
-        bool isSilence = false;
+        int phones = 0; // 0: silence
     };
 
     int frames = 0; // of the whole phrase, a hundredth of a second each; 0 when nothing fits

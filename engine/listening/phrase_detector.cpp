@@ -104,6 +104,7 @@ void PhraseDetector::begin() {
     now_.isTooLong = false;
     now_.phrase.begin = now_.taken - kOnset * kFrame;
     now_.phrase.samples.assign(now_.past.begin(), now_.past.end());
+    now_.phrase.before = now_.past.size() - kOnset * kFrame;
     now_.past.clear();
     now_.quietFrames = 0;
 }

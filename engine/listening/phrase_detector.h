@@ -18,6 +18,7 @@ struct Phrase {
     std::uint64_t begin = 0; // samples since the start: where the voice begins and ends
     std::uint64_t end = 0;
     std::vector<std::int16_t> samples; // none when it was longer than a phrase may be
+    std::size_t before = 0;            // how many of them are from before its begin
 };
 
 class PhraseDetector {
@@ -26,7 +27,8 @@ public:
 
     explicit PhraseDetector(Handler handler) : handler_(std::move(handler)) {}
 
-    // Samples of a phrase that is longer are dropped; it ends where it ends all the same.
+    // Samples of a phrase that is longer are dropped; it ends where it ends all the same. At first no phrase
+    // is kept.
     void setLongest(std::size_t samples) { longest_ = samples; }
 
     void take(std::span<const std::int16_t> samples);
@@ -47,7 +49,7 @@ private:
     void end();
 
     Handler handler_;
-    std::size_t longest_ = static_cast<std::size_t>(15) * kListeningRate;
+    std::size_t longest_ = 0; // samples
 
     struct State {
         std::uint64_t taken = 0;         // samples, in whole frames
