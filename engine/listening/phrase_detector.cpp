@@ -9,17 +9,21 @@ namespace zqm::engine {
 namespace {
 
 constexpr std::size_t kFrame = kListeningRate / 100;
-constexpr int kOnset = 4;                // frames that are loud before a phrase begins: no click is one
-constexpr int kPause = 30;               // frames of silence that end a phrase
-constexpr std::size_t kBefore = 25;      // frames kept from before its onset
-constexpr std::size_t kAfter = 15;       // and from after its end
-constexpr double kAboveFloor = 9;        // dB
-constexpr double kStaysAboveFloor = 6;   // dB, once a phrase is going on
-constexpr double kQuietest = -62;        // dBFS: nobody speaks into a microphone as softly as this
-constexpr double kLoudestFloor = -25;    // dBFS
-constexpr double kFalling = 0.2;         // of the way, each frame
-constexpr double kRisingAside = 0.02;    // of the way, each frame outside of a phrase
-constexpr double kRisingInPhrase = 0.02; // dB each frame: a noise that began is silence after a while
+constexpr int kOnset = 4;              // frames that are loud before a phrase begins: no click is one
+constexpr int kPause = 30;             // frames of silence that end a phrase
+constexpr std::size_t kBefore = 25;    // frames kept from before its onset
+constexpr std::size_t kAfter = 15;     // and from after its end
+constexpr double kAboveFloor = 9;      // dB
+constexpr double kStaysAboveFloor = 6; // dB, once a phrase is going on
+constexpr double kQuietest = -62;      // dBFS: nobody speaks into a microphone as softly as this
+constexpr double kLoudestFloor = -25;  // dBFS
+constexpr double kLowestFloor = kQuietest - kAboveFloor; // dBFS: digital silence isn't what comes after it
+constexpr double kFalling = 0.2;                         // of the way, each frame
+constexpr double kRising = 0.02;                         // the same, outside of a phrase
+
+// In a phrase the quietest of so many frames is still no voice: so a noise that begins soon is silence.
+constexpr int kWindow = 100;
+constexpr double kBelowQuietest = 2; // dB: and silence isn't quite as loud as that
 
 } // namespace
 
@@ -62,10 +66,18 @@ void PhraseDetector::follow(double level) {
         now_.knowsFloor = true;
     } else if (level < now_.floor) {
         now_.floor += kFalling * (level - now_.floor);
-    } else {
-        now_.floor += now_.inPhrase ? kRisingInPhrase : std::min(kRisingAside * (level - now_.floor), 1.0);
+    } else if (!now_.inPhrase) {
+        now_.floor += std::min(kRising * (level - now_.floor), 1.0);
     }
-    now_.floor = std::min(now_.floor, kLoudestFloor);
+    if (now_.inPhrase) {
+        now_.window.push_back(level);
+        if (now_.window.size() == kWindow) {
+            const double quietest = *std::min_element(now_.window.begin(), now_.window.end());
+            now_.floor = std::max(now_.floor, quietest - kBelowQuietest);
+            now_.window.clear();
+        }
+    }
+    now_.floor = std::clamp(now_.floor, kLowestFloor, kLoudestFloor);
 }
 
 void PhraseDetector::takeFrame() {
@@ -102,6 +114,7 @@ void PhraseDetector::takeFrame() {
 void PhraseDetector::begin() {
     now_.inPhrase = true;
     now_.isTooLong = false;
+    now_.window.clear();
     now_.phrase.begin = now_.taken - kOnset * kFrame;
     now_.phrase.samples.assign(now_.past.begin(), now_.past.end());
     now_.phrase.before = now_.past.size() - kOnset * kFrame;

@@ -58,8 +58,9 @@ private:
         std::deque<std::int16_t> past;   // outside of phrases: what may belong to the next one
         double floor = 0;                // what silence sounds like here, in dBFS
         bool knowsFloor = false;
-        int loudFrames = 0;  // running, outside of a phrase
-        int quietFrames = 0; // running, in a phrase
+        std::vector<double> window; // levels in a phrase, since the floor was last held against them
+        int loudFrames = 0;         // running, outside of a phrase
+        int quietFrames = 0;        // running, in a phrase
         bool inPhrase = false;
         bool isTooLong = false;
         Phrase phrase;

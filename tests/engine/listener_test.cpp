@@ -45,12 +45,14 @@ const Sound& spoken(const std::string& text, const std::string& voice = kSlt) {
         writeSpokenFile("", voice, text, folder / "said.wav");
         const SoundFile file(folder / "said.wav");
         EXPECT_EQ(file.rate, kListeningRate);
+        // The room doesn't fall silent while somebody speaks in it.
+        constexpr std::size_t kAround = kListeningRate * 7 / 10;
         Sound& sound = entry->second;
-        sound = silence(0.7);
-        std::transform(file.samples.begin(), file.samples.end(), std::back_inserter(sound),
-                       [](float sample) { return static_cast<std::int16_t>(sample * 32767); });
-        const Sound after = silence(0.7);
-        sound.insert(sound.end(), after.begin(), after.end());
+        sound = silence(file.seconds() + 1.4);
+        for (std::size_t i = 0; i < file.samples.size(); ++i) {
+            const double sample = sound[kAround + i] + file.samples[i] * 32767;
+            sound[kAround + i] = static_cast<std::int16_t>(std::clamp(sample, -32768.0, 32767.0));
+        }
     }
     return entry->second;
 }
@@ -288,6 +290,21 @@ TEST_F(ListenerTest, takesNoNoiseAndNoMusicForACommand) {
             EXPECT_EQ(command, std::nullopt);
         }
     }
+}
+
+TEST_F(ListenerTest, hearsCommandsSoonAfterANoiseBegan) {
+    listener.setCommands(1, {"good night", "play music", "open the window"});
+    Sound sound(kListeningRate);
+    const Sound noise = silence(4, 60);
+    sound.insert(sound.end(), noise.begin(), noise.end());
+    Sound speech = spoken("play music");
+    for (std::size_t i = 0; i < speech.size(); ++i) {
+        speech[i] = static_cast<std::int16_t>(std::clamp(speech[i] + noise[i], -32768, 32767));
+    }
+    sound.insert(sound.end(), speech.begin(), speech.end());
+    const Heard heard = hear(sound);
+    ASSERT_FALSE(heard.empty());
+    EXPECT_THAT(heard.back(), Optional(1U));
 }
 
 TEST_F(ListenerTest, hearsLoudSoftShiftedAndCutOffSound) {
