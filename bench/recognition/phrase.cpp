@@ -10,16 +10,14 @@
 namespace zqm::recognition {
 
 void to_json(nlohmann::json& json, const Phrase& phrase) {
-    json = {{"half", phrase.half},
-            {"voice", phrase.voice},
-            {"text", phrase.text},
-            {"command", phrase.command},
-            {"file", phrase.file.string()}};
+    json = {{"half", phrase.half}, {"voice", phrase.voice},     {"kind", phrase.kind},
+            {"text", phrase.text}, {"command", phrase.command}, {"file", phrase.file.string()}};
 }
 
 void from_json(const nlohmann::json& json, Phrase& phrase) {
     json.at("half").get_to(phrase.half);
     json.at("voice").get_to(phrase.voice);
+    json.at("kind").get_to(phrase.kind);
     json.at("text").get_to(phrase.text);
     json.at("command").get_to(phrase.command);
     phrase.file = json.at("file").get<std::string>();
@@ -54,6 +52,7 @@ std::vector<Phrase> readPhrases(const std::filesystem::path& list, const std::st
         }
         phrases.push_back({.half = half,
                            .voice = fields[0],
+                           .kind = fields[1],
                            .text = fields[2],
                            .command = fields[1] == "command" ? fields[2] : "",
                            .file = fields[3]});

@@ -128,6 +128,11 @@ std::string familyOf(const Outcome& outcome) {
     return outcome.phrase.voice.substr(0, outcome.phrase.voice.find(' '));
 }
 
+std::vector<Outcome> withoutNearMisses(std::vector<Outcome> outcomes) {
+    std::erase_if(outcomes, [](const Outcome& outcome) { return outcome.phrase.isNearMiss(); });
+    return outcomes;
+}
+
 std::string table(const std::vector<Outcome>& outcomes) {
     std::string text =
         "| heard | commands | right | wrong | missed | others | false accepts | median delay | "
@@ -141,7 +146,7 @@ std::string table(const std::vector<Outcome>& outcomes) {
             text += row("**" + family + "**", sumsOf(those));
         }
     }
-    return text + row("**all**", sumsOf(outcomes));
+    return text + row("**all**", sumsOf(withoutNearMisses(outcomes)));
 }
 
 struct Target {
@@ -178,7 +183,7 @@ const std::vector<Target>& targets() {
 }
 
 std::string targetTable(const std::vector<Outcome>& outcomes) {
-    const Sums sums = sumsOf(outcomes);
+    const Sums sums = sumsOf(withoutNearMisses(outcomes));
     std::string text = "| target | aimed at | reached | |\n|---|---|---|---|\n";
     for (const Target& target : targets()) {
         const std::optional<double> reached = target.reached(sums);

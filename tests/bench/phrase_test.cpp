@@ -18,8 +18,8 @@ TEST(Phrases, AreReadFromALineEach) {
     std::ofstream(folder / "list") << "flite slt\tcommand\tCafé, \"please\"\t/sounds/1.wav\n"
                                       "flite slt\tsentence\tSomething else.\t2.wav\n";
     const std::vector<Phrase> phrases = {
-        {"tuning", "flite slt", "Café, \"please\"", "Café, \"please\"", "/sounds/1.wav"},
-        {"tuning", "flite slt", "Something else.", "", "2.wav"}};
+        {"tuning", "flite slt", "command", "Café, \"please\"", "Café, \"please\"", "/sounds/1.wav"},
+        {"tuning", "flite slt", "sentence", "Something else.", "", "2.wav"}};
     EXPECT_EQ(readPhrases(folder / "list", "tuning"), phrases);
 }
 
@@ -36,10 +36,10 @@ TEST(Phrases, OfABadListAreRefusedWithTheLine) {
 }
 
 TEST(Phrases, NameEachCommandOnce) {
-    const std::vector<Phrase> phrases = {{"", "a", "go", "go", ""},
-                                         {"", "a", "stop", "stop", ""},
-                                         {"", "a", "something else", "", ""},
-                                         {"", "b", "go", "go", ""}};
+    const std::vector<Phrase> phrases = {{"", "a", "command", "go", "go", ""},
+                                         {"", "a", "command", "stop", "stop", ""},
+                                         {"", "a", "sentence", "something else", "", ""},
+                                         {"", "b", "command", "go", "go", ""}};
     EXPECT_THAT(commandsOf(phrases), ElementsAre("go", "stop"));
     EXPECT_THAT(commandsOf({}), IsEmpty());
 }

@@ -14,7 +14,12 @@ using testing::Not;
 Outcome outcome(const std::string& voice, const std::string& command, const std::vector<std::string>& heard,
                 std::optional<double> delay = std::nullopt) {
     return {.way = "live",
-            .phrase = {.half = "reporting", .voice = voice, .text = "said", .command = command, .file = "f"},
+            .phrase = {.half = "reporting",
+                       .voice = voice,
+                       .kind = command.empty() ? "sentence" : "command",
+                       .text = "said",
+                       .command = command,
+                       .file = "f"},
             .heard = heard,
             .delay = delay,
             .seconds = 2,
@@ -76,6 +81,15 @@ TEST(Report, SaysWhichTargetsAreMetAndByHowMuchTheOthersAreMissed) {
     EXPECT_THAT(text, HasSubstr("| at most 2.0 % | 0.0 % | met |"));
     EXPECT_THAT(text, HasSubstr("| at most 500 ms | 600 ms | missed by 100 ms |"));
     EXPECT_THAT(text, HasSubstr("| at most 0.100 | 0.025 | met |"));
+}
+
+TEST(Report, CountsNearMissesForThemselvesOnly) {
+    Outcome nearMiss = outcome("near misses", "", {"go"});
+    nearMiss.phrase.kind = "near-miss";
+    const std::string text = report({outcome("a", "", {}), nearMiss});
+    EXPECT_THAT(text, HasSubstr("| near misses | | | | | 1 | 1 (100.0 %) |"));
+    EXPECT_THAT(text, HasSubstr("| **all** | | | | | 1 | 0 (0.0 %) |"));
+    EXPECT_THAT(text, HasSubstr("| at most 2.0 % | 0.0 % | met |"));
 }
 
 TEST(Report, KeepsHalvesAndWaysApart) {
