@@ -19,6 +19,9 @@ std::vector<std::string> readCommands(const std::string& path) {
         if (validUtf8(line) != line.size()) {
             throw Failure(inputName(path) + " is not valid UTF-8 in line " + std::to_string(number));
         }
+        if (line.find('\0') != std::string_view::npos) { // where a command's text ends for the host
+            throw Failure(inputName(path) + " has a null character in line " + std::to_string(number));
+        }
         if (const std::string_view command = trimmed(line); !command.empty()) {
             commands.emplace_back(command);
         }

@@ -63,6 +63,13 @@ TEST_F(CommandList, KeepsDoublesAndDashes) {
     EXPECT_THAT(commandsIn("one\n--once\none\n#two\n"), ElementsAre("one", "--once", "one", "#two"));
 }
 
+TEST_F(CommandList, SaysInWhichLineItHasANullCharacter) {
+    using namespace std::string_literals;
+    EXPECT_THAT(complaintAbout("one\n\ntwo\0three\n"s),
+                EndsWith("commands ü.txt has a null character in line 3"));
+    EXPECT_THAT(complaintAbout("\0"s), EndsWith("has a null character in line 1"));
+}
+
 TEST_F(CommandList, SaysInWhichLineItIsNoUtf8) {
     EXPECT_THAT(complaintAbout("one\n\ngr\xFC\xDF\ntwo"),
                 EndsWith("commands ü.txt is not valid UTF-8 in line 3"));
