@@ -6,6 +6,7 @@
 #include "cli/message.h"
 #include "cli/say_command.h"
 #include "cli/say_options.h"
+#include "cli/standard_descriptors.h"
 
 #include <csignal>
 #include <cstdio>
@@ -72,6 +73,7 @@ int report(const std::exception& error, int code) {
 } // namespace
 
 int main(int count, char** arguments) {
+    occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a reader who has left shows when something is written
     try {
         const int code =

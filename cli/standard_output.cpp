@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -15,6 +16,9 @@ void printLine(std::string_view line) {
 
 bool hasReader() {
     if (std::ferror(stdout) != 0) {
+        return false;
+    }
+    if ((fcntl(STDOUT_FILENO, F_GETFL) & O_ACCMODE) == O_RDONLY) { // as when it is closed
         return false;
     }
     pollfd output{STDOUT_FILENO, 0, 0};

@@ -64,6 +64,21 @@ TEST(ListenFailure, OfTheFile) {
                   "the name of the sound file is not valid UTF-8 at byte 1");
 }
 
+// Nothing else becomes standard output.
+TEST(ListenFailure, OfStandardOutputThatIsClosed) {
+    const TemporaryFolder folder;
+    support::writeSpokenPhrases({"stop"}, folder / "x.wav");
+    for (const std::string closed : {">&-", "<&- >&-"}) {
+        SCOPED_TRACE(closed);
+        expectOneLine(
+            sayInShell("exec \"$0\" listen --from \"$1\" stop " + closed, {(folder / "x.wav").string()}), 1,
+            "can't write to standard output");
+    }
+    EXPECT_EQ(sayInShell("exec \"$0\" listen --from \"$1\" stop <&- >&- 2>&-", {(folder / "x.wav").string()})
+                  .exitCode,
+              1);
+}
+
 TEST(ListenFailure, WithoutAMicrophone) {
     const ProcessResult plain = listen({"stop"});
     expectOneLine(plain, 1, "nothing can be heard: ");
