@@ -112,7 +112,9 @@ void Listener::apply(const Commands& commands) {
 }
 
 void Listener::take(std::span<const std::int16_t> samples) {
-    detector_.take(samples);
+    std::vector<std::int16_t> inRoom(samples.begin(), samples.end());
+    noise_.addTo(inRoom);
+    detector_.take(inRoom);
 }
 
 void Listener::finish() {
@@ -121,6 +123,7 @@ void Listener::finish() {
 
 void Listener::reset() {
     detector_.reset();
+    noise_ = {};
     if (waiting_) {
         apply(*std::exchange(waiting_, std::nullopt));
     }

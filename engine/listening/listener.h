@@ -6,6 +6,7 @@
 #include "engine/listening/phrase_decoder.h"
 #include "engine/listening/phrase_detector.h"
 #include "engine/listening/pronunciation_dictionary.h"
+#include "engine/listening/room_noise.h"
 #include "engine/listening/transcriber.h"
 
 #include <cstddef>
@@ -81,6 +82,7 @@ private:
     CommandReader reader_;
     PhraseDecoder decoder_;
     PhraseDetector detector_;
+    RoomNoise noise_;
     CommandsSetHandler commandsSet_;
     HeardHandler heard_;
 

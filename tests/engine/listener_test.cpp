@@ -1,11 +1,14 @@
 #include "engine/listening/listener.h"
 
+#include "engine/listening/sound_decoder.h"
+#include "engine/protocol/descriptor.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/spoken_file.h"
 #include "tests/support/temporary_folder.h"
 
 #include <algorithm>
 #include <cmath>
+#include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -61,6 +64,20 @@ Sound changed(Sound sound, const auto& change) {
     for (std::int16_t& sample : sound) {
         sample = static_cast<std::int16_t>(std::clamp<double>(change(sample), -32768, 32767));
     }
+    return sound;
+}
+
+// What a voice of ours says, as clean as it was made.
+Sound betweenZeros(const std::string& text) {
+    const TemporaryFolder folder;
+    writeSpokenFile(ZQMSPEECH_PROGRAM, "espeak-ng gmw/en-US", text, folder / "said.wav");
+    const zqm::protocol::Descriptor file(::open((folder / "said.wav").c_str(), O_RDONLY | O_CLOEXEC));
+    Sound sound(kListeningRate);
+    SoundDecoder decoder(file.get());
+    while (const auto samples = decoder.next()) {
+        sound.insert(sound.end(), samples->begin(), samples->end());
+    }
+    sound.resize(sound.size() + kListeningRate);
     return sound;
 }
 
@@ -290,6 +307,18 @@ TEST_F(ListenerTest, takesNoNoiseAndNoMusicForACommand) {
             EXPECT_EQ(command, std::nullopt);
         }
     }
+}
+
+// As files and sound servers have them where nobody speaks.
+TEST_F(ListenerTest, hearsCommandsBetweenZeros) {
+    const std::vector<std::string> commands{"next track", "save file", "select all", "good night",
+                                            "minimize",   "help",      "stop"};
+    listener.setCommands(1, commands);
+    int right = 0;
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        right += hear(betweenZeros(commands[i])) == Heard{i} ? 1 : 0;
+    }
+    EXPECT_GE(right, 6);
 }
 
 TEST_F(ListenerTest, hearsCommandsSoonAfterANoiseBegan) {
