@@ -42,6 +42,13 @@ Listening::~Listening() = default;
 
 void Listening::setCommands(protocol::SetCommands request) {
     commands_ = std::move(request);
+    isListNew_ = true;
+}
+
+void Listening::takeNewCommands() {
+    if (!std::exchange(isListNew_, false) || !commands_) {
+        return;
+    }
     try {
         prepareListener();
     } catch (const std::runtime_error&) {
@@ -122,6 +129,7 @@ void Listening::queueUp() {
 }
 
 void Listening::advance() {
+    takeNewCommands();
     if (source_) {
         source_->advance();
     } else if (idleTime() == std::chrono::microseconds(0)) {
@@ -130,6 +138,9 @@ void Listening::advance() {
 }
 
 std::chrono::microseconds Listening::idleTime() const {
+    if (isListNew_) {
+        return std::chrono::microseconds(0);
+    }
     if (source_) {
         return source_->idleTime();
     }

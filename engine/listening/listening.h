@@ -35,6 +35,7 @@ public:
     Listening(const Listening&) = delete;
     Listening& operator=(const Listening&) = delete;
 
+    // Counts once all requests that have come are read: a list that another one follows costs nothing.
     void setCommands(protocol::SetCommands request);
     // With the descriptor of the file, if it is from one.
     void begin(const protocol::Listen& request, protocol::Descriptor file);
@@ -54,6 +55,7 @@ private:
     void ended() override;
 
     void prepareListener();
+    void takeNewCommands();
     void open();
     void end();
     void queueUp();
@@ -68,6 +70,7 @@ private:
 
     std::unique_ptr<Listener> listener_;
     std::optional<protocol::SetCommands> commands_; // that no listener was given yet
+    bool isListNew_ = false;                        // and none was asked to take them
 
     std::optional<protocol::Listen> session_;
     protocol::Descriptor file_; // of a session that has no source yet

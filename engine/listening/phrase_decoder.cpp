@@ -166,10 +166,14 @@ void PhraseDecoder::setSentences(const std::vector<std::vector<std::size_t>>& se
     }
     setSounds(words);
     const Grammar grammar = makeGrammar(decoder_.get(), kSentences, tree.states);
+    std::map<std::size_t, int> named; // PocketSphinx compares a name with all that it has
     for (const auto& [state, branch] : tree.branches) {
         const auto add = [&](std::size_t from, std::size_t to, std::size_t word) {
-            fsg_model_trans_add(grammar.get(), static_cast<int>(from), static_cast<int>(to), 0,
-                                fsg_model_word_add(grammar.get(), numberedWord(word).c_str()));
+            const auto [name, isNew] = named.try_emplace(word);
+            if (isNew) {
+                name->second = fsg_model_word_add(grammar.get(), numberedWord(word).c_str());
+            }
+            fsg_model_trans_add(grammar.get(), static_cast<int>(from), static_cast<int>(to), 0, name->second);
         };
         for (const auto& [word, next] : branch.next) {
             add(state, next, word);

@@ -78,6 +78,16 @@ TEST_F(ListeningWithoutModel, takesTheCommandsOnceItIsThere) {
     EXPECT_LE(listening.idleTime(), std::chrono::seconds(2));
 }
 
+TEST_F(ListeningWithoutModel, doesNotLookAtAListThatAnotherOneFollows) {
+    isInstalled = true;
+    listening.setCommands({1, {"stop"}});
+    listening.setCommands({2, {"stop", "go on"}});
+    EXPECT_EQ(listening.idleTime().count(), 0);
+    listening.advance();
+    EXPECT_THAT(events, ElementsAre(protocol::Event(protocol::CommandsSet{2, {}})));
+    EXPECT_LT(listening.idleTime().count(), 0);
+}
+
 TEST_F(ListeningWithoutModel, hasFailedForGoodWithAFile) {
     listening.begin({1, false, true}, {});
     EXPECT_THAT(events, ElementsAre(protocol::Event(protocol::Listening{1, kMissing})));
