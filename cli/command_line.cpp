@@ -29,7 +29,9 @@ CLI::Validator numberFrom(double least, double most) {
     const std::string range = CLI::detail::to_string(least) + " to " + CLI::detail::to_string(most);
     return {[least, most, range](const std::string& argument) -> std::string {
                 double value = 0;
-                const bool isNumber = CLI::detail::lexical_cast(argument, value) && std::isfinite(value);
+                const bool isDecimal = argument.find_first_of("xX") == std::string::npos;
+                const bool isNumber =
+                    isDecimal && CLI::detail::lexical_cast(argument, value) && std::isfinite(value);
                 return isNumber && value >= least && value <= most
                            ? ""
                            : argument + " is not a number from " + range;
@@ -39,6 +41,14 @@ CLI::Validator numberFrom(double least, double most) {
 
 CLI::Validator notEmpty() {
     return {[](const std::string& argument) { return std::string(argument.empty() ? "it is empty" : ""); },
+            ""};
+}
+
+// The parser takes "--flag=3" for the flag, which has the value "true" without any.
+CLI::Validator noValue() {
+    return {[](const std::string& argument) {
+                return argument == "true" ? "" : "it takes no value, and " + argument + " was given";
+            },
             ""};
 }
 

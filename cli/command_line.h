@@ -11,8 +11,9 @@
 
 namespace zqm::cli {
 
-CLI::Validator numberFrom(double least, double most);
+CLI::Validator numberFrom(double least, double most); // in decimal
 CLI::Validator notEmpty();
+CLI::Validator noValue(); // of flags
 
 // The words of a command line that belong to no option.
 struct Words {

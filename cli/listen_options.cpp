@@ -26,11 +26,11 @@ std::variant<ListenOptions, std::string> parseListenOptions(std::span<const char
     app.add_option("--from", options.soundFile, "Hears this sound file instead of the microphone")
         ->check(notEmpty())
         ->type_name("FILE");
-    app.add_flag("--once", options.once, "Ends when the first command is recognised");
+    app.add_flag("--once", options.once, "Ends when the first command is recognised")->check(noValue());
     app.add_option("--timeout", options.timeout, "Ends after this many seconds of listening")
         ->check(numberFrom(kShortestTimeout, kLongestTimeout))
         ->type_name("SECONDS");
-    app.add_flag("--json", options.json, "Prints each event as a JSON object on a line");
+    app.add_flag("--json", options.json, "Prints each event as a JSON object on a line")->check(noValue());
 
     auto read = readOptions(app, "listen [OPTIONS] COMMAND...", "command", arguments);
     if (const auto* help = std::get_if<std::string>(&read)) {

@@ -51,7 +51,8 @@ std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* cons
     app.add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1))->type_name("NUMBER");
     app.add_flag("--events", options.events,
                  "Prints each event: \"word POSITION LENGTH WORD\", counted in UTF-16 units, and\n"
-                 "\"finish true\", or false when it ended early");
+                 "\"finish true\", or false when it ended early")
+        ->check(noValue());
 
     const auto read = readOptions(app, "say [OPTIONS] [TEXT...]", "text", arguments);
     if (const auto* help = std::get_if<std::string>(&read)) {

@@ -26,6 +26,8 @@ TEST(ListenFailure, WrongUses) {
     expectOneLine(listen({"--once"}), 2, "there is no command to listen for");
     expectOneLine(listen({"--loud", "x"}), 2, "--loud is not an option");
     expectOneLine(listen({"--timeout", "0", "x"}), 2, "0 is not a number from 0.1 to 86400");
+    expectOneLine(listen({"--timeout", "0x10", "x"}), 2, "0x10 is not a number from 0.1 to 86400");
+    expectOneLine(listen({"--once=3", "x"}), 2, "--once: it takes no value, and 3 was given");
 }
 
 TEST(ListenFailure, HelpIsNone) {

@@ -131,10 +131,14 @@ INSTANTIATE_TEST_SUITE_P(
                     WrongUse{{"--timeout", "inf", "x"}, "inf is not a number"},
                     WrongUse{{"--timeout", "1e999", "x"}, "1e999 is not a number"},
                     WrongUse{{"--timeout", "5s", "x"}, "5s is not a number"},
+                    WrongUse{{"--timeout", "0x10", "x"}, "0x10 is not a number"},
+                    WrongUse{{"--timeout", "0X1p4", "x"}, "0X1p4 is not a number"},
                     WrongUse{{"--timeout", "1,5", "x"}, "1,5 is not a number"},
                     WrongUse{{"--timeout", "", "x"}, "--timeout"},
                     WrongUse{{"--timeout", "1", "--timeout", "2", "x"}, "--timeout"},
-                    WrongUse{{"--once=maybe", "x"}, "--once"}, WrongUse{{"--json=maybe", "x"}, "--json"}));
+                    WrongUse{{"--once=maybe", "x"}, "--once"}, WrongUse{{"--json=maybe", "x"}, "--json"},
+                    WrongUse{{"--once=3", "x"}, "--once"}, WrongUse{{"--once=0", "x"}, "--once"},
+                    WrongUse{{"--json=false", "x"}, "--json"}));
 
 } // namespace
 } // namespace zqm::cli

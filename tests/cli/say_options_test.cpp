@@ -154,7 +154,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"-f", "file", "-"}, "can't both be given"},
         WrongUse{{"-f", "file", "--", "text"}, "can't both be given"},
         WrongUse{{"-o", "a.wav", "-o", "b.wav", "x"}, "--output"},
-        WrongUse{{"--events=maybe", "x"}, "--events"}));
+        WrongUse{{"--rate", "0x64", "x"}, "0x64 is not a number"},
+        WrongUse{{"--events=maybe", "x"}, "--events"}, WrongUse{{"--events=2", "x"}, "--events"}));
 
 } // namespace
 } // namespace zqm::cli
