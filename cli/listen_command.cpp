@@ -124,7 +124,13 @@ private:
             isEnded_ = true;
             break;
         case ListeningEvent::Kind::Refused:
-            refuse(event.command, event.reason);
+            refuse("\"" + std::string(event.command) +
+                       "\" can't be listened for: " + std::string(event.reason),
+                   refusedLine(event.command, event.reason), 1);
+            break;
+        case ListeningEvent::Kind::MoreRefused:
+            refuse(std::to_string(event.count) + " more of the commands can't be listened for",
+                   moreRefusedLine(event.count), event.count);
             break;
         }
     }
@@ -150,11 +156,13 @@ private:
         show("listening; last: " + command);
     }
 
-    void refuse(std::string_view command, std::string_view reason) {
-        printEvent(refusedLine(command, reason));
+    // So many commands.
+    void refuse(const std::string& message, const std::string& line, std::size_t count) {
+        printEvent(line);
         meter_.clear();
-        tell("\"" + std::string(command) + "\" can't be listened for: " + std::string(reason));
-        if (++refusedCount_ == commands_.size()) {
+        tell(message);
+        refusedCount_ += count;
+        if (refusedCount_ == commands_.size()) {
             failure_ = "none of the commands can be listened for";
         }
     }

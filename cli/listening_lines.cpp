@@ -47,6 +47,10 @@ std::string refusedLine(std::string_view command, std::string_view reason) {
     return lineOf({{"event", "refused"}, {"command", command}, {"reason", reason}});
 }
 
+std::string moreRefusedLine(std::size_t count) {
+    return lineOf({{"event", "moreRefused"}, {"count", count}});
+}
+
 std::string failedLine(std::string_view reason) {
     return lineOf({{"event", "failed"}, {"reason", reason}});
 }

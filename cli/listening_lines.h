@@ -20,6 +20,7 @@ std::string beganLine();
 std::string recognizedLine(std::string_view command, std::size_t index, std::optional<TimeRange> range);
 std::string rejectedLine(TimeRange range);
 std::string refusedLine(std::string_view command, std::string_view reason);
+std::string moreRefusedLine(std::size_t count);
 std::string failedLine(std::string_view reason);
 std::string endedLine();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -8,13 +9,14 @@ namespace zqm::cli {
 
 struct ListeningEvent {
     enum class Kind {
-        Began,      // sound arrives
-        Failed,     // none does, for this reason
-        Level,      // how loud it is
-        Recognized, // a phrase that is a command; its recognizer raises its own event next
-        Rejected,   // a phrase that is none of the commands
-        Ended,      // all of a sound file was heard
-        Refused,    // a command that can't be listened for, for this reason
+        Began,       // sound arrives
+        Failed,      // none does, for this reason
+        Level,       // how loud it is
+        Recognized,  // a phrase that is a command; its recognizer raises its own event next
+        Rejected,    // a phrase that is none of the commands
+        Ended,       // all of a sound file was heard
+        Refused,     // a command that can't be listened for, for this reason
+        MoreRefused, // so many more can't be, of which nothing else is told
     };
     Kind kind;
     double begin; // of a phrase, in seconds of sound
@@ -22,6 +24,7 @@ struct ListeningEvent {
     double decibels;
     std::string_view command;
     std::string_view reason;
+    std::size_t count;
 };
 
 // Is told in the run loop what the platform tells of listening beyond the commands that it recognises: all of

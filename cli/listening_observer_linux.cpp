@@ -24,14 +24,17 @@ Kind kindOf(ZQMListeningEventKind kind) {
     case ZQMListeningEnded:
         return Kind::Ended;
     case ZQMListeningCommandRefused:
+        return Kind::Refused;
+    case ZQMListeningMoreCommandsRefused:
         break;
     }
-    return Kind::Refused;
+    return Kind::MoreRefused;
 }
 
 void observe(const ZQMListeningEvent* event, void* handler) {
-    (*static_cast<ListeningObserver::Handler*>(handler))(
-        {kindOf(event->kind), event->begin, event->end, event->level, event->command, event->reason});
+    (*static_cast<ListeningObserver::Handler*>(handler))({kindOf(event->kind), event->begin, event->end,
+                                                          event->level, event->command, event->reason,
+                                                          event->count});
 }
 
 } // namespace

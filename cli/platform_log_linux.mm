@@ -14,7 +14,7 @@ std::string lastReason;
 
 constexpr std::array<std::string_view, 2> kFailures{"Speech can't be started: ", "Speech ended early: "};
 // In lines of what a ListeningObserver is told.
-constexpr std::array<std::string_view, 2> kObserved{"Nothing can be heard: ", " can't be listened for: "};
+constexpr std::array<std::string_view, 2> kObserved{"Nothing can be heard: ", " can't be listened for"};
 
 NSLog_printf_handler* earlier = nullptr;
 

@@ -19,7 +19,8 @@ bool tellObserver(const Observation& observation) {
         return false;
     }
     const ZQMListeningEvent event{observation.kind,  observation.begin,           observation.end,
-                                  observation.level, observation.command.c_str(), observation.reason.c_str()};
+                                  observation.level, observation.command.c_str(), observation.reason.c_str(),
+                                  observation.count};
     observer.function(&event, observer.context);
     return true;
 }

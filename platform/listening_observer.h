@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <zqmplatform/listening.h>
 
@@ -14,6 +15,7 @@ struct Observation {
     double level = 0;
     std::string command{};
     std::string reason{};
+    std::size_t count = 0;
 };
 
 bool isListeningObserved();

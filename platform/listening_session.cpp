@@ -219,6 +219,9 @@ bool ListeningSession::acceptCommands(const protocol::CommandsSet& set) {
     }
     lists_.erase(lists_.begin(), found);
     const std::vector<std::string>& texts = lists_.front()->texts;
+    if (set.refused > texts.size()) {
+        return false;
+    }
     const bool isNews = set.list > lastJudgedList_; // to a new engine the list was given again
     lastJudgedList_ = set.list;
     for (const protocol::CommandProblem& problem : set.problems) {
@@ -230,6 +233,11 @@ bool ListeningSession::acceptCommands(const protocol::CommandsSet& set) {
             log_("\"" + command + "\" can't be listened for: " + problem.message);
             observe({.kind = ZQMListeningCommandRefused, .command = command, .reason = problem.message});
         }
+    }
+    const std::size_t more = set.refused - set.problems.size();
+    if (isNews && more > 0) {
+        log_(std::to_string(more) + " more of the commands can't be listened for");
+        observe({.kind = ZQMListeningMoreCommandsRefused, .count = more});
     }
     return true;
 }

@@ -192,7 +192,7 @@ void Listening::tellState(const std::string& error) {
 }
 
 void Listening::tellProblems(std::uint64_t list, const std::vector<UnusableCommand>& problems) {
-    protocol::CommandsSet event{list, {}};
+    protocol::CommandsSet event{list, {}, problems.size()};
     for (const UnusableCommand& problem : problems) {
         if (event.problems.size() == protocol::CommandsSet::kMaxProblems) {
             break;

@@ -34,7 +34,10 @@ Json write(const CommandsSet& event) {
     for (const CommandProblem& problem : event.problems) {
         problems.push_back({{"command", problem.command}, {"message", problem.message}});
     }
-    return {{"type", "commandsSet"}, {"list", event.list}, {"problems", std::move(problems)}};
+    return {{"type", "commandsSet"},
+            {"list", event.list},
+            {"refused", event.refused},
+            {"problems", std::move(problems)}};
 }
 
 Json write(const Listening& event) {
@@ -106,6 +109,7 @@ CommandsSet readCommandsSet(Members& members) {
         inner.end();
         event.problems.push_back(std::move(problem));
     }
+    event.refused = members.natural("refused", event.problems.size());
     return event;
 }
 

@@ -4,7 +4,7 @@
 //
 //   host   -> {"type":"commands","list":1,"commands":["open the door","stop"]}
 //   host   -> {"type":"listen","session":3,"reportsLevel":false,"fromFile":false}
-//   engine -> {"type":"commandsSet","list":1,"problems":[]}       the list is in effect
+//   engine -> {"type":"commandsSet","list":1,"problems":[],"refused":0}   the list is in effect
 //   engine -> {"type":"listening","session":3}                    capturing; with "error" why it isn't
 //   engine -> {"type":"heard","session":3,"list":1,"command":0,"begin":0.5,"end":1.25}   any number of these,
 //             and of "rejected" and "level"
@@ -79,6 +79,7 @@ struct CommandsSet {
 
     std::uint64_t list = 0;
     std::vector<CommandProblem> problems;
+    std::uint64_t refused = 0; // how many commands can't be listened for, with those that are not told
 
     bool operator==(const CommandsSet&) const = default;
 };

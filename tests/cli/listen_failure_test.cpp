@@ -9,9 +9,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace zqm::tests {
 namespace {
@@ -100,6 +103,25 @@ TEST(ListenFailure, OfEveryCommand) {
     EXPECT_THAT(result.errors, HasSubstr("\"?!\" can't be listened for: "));
     EXPECT_THAT(result.errors, HasSubstr("\"...\" can't be listened for: "));
     EXPECT_THAT(result.errors, EndsWith("zqmspeech: none of the commands can be listened for\n"));
+}
+
+// Of more than a hundred not every one is told.
+TEST(ListenFailure, OfEveryCommandOfALongList) {
+    const TemporaryFolder folder;
+    support::writeSpokenPhrases({"stop"}, folder / "x.wav");
+    for (const std::size_t more : {1, 900}) {
+        SCOPED_TRACE(more);
+        const std::vector<std::string> commands(100 + more, "?!");
+        std::vector<std::string> arguments{"--from", (folder / "x.wav").string()};
+        arguments.insert(arguments.end(), commands.begin(), commands.end());
+        const ProcessResult result = listen(arguments);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(std::ranges::count(result.errors, '\n'), 102);
+        EXPECT_THAT(result.errors, EndsWith("zqmspeech: " + std::to_string(more) +
+                                            " more of the commands can't be listened for\n"
+                                            "zqmspeech: none of the commands can be listened for\n"));
+    }
 }
 
 TEST(ListenInstallation, LacksThePlugin) {

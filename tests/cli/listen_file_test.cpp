@@ -136,10 +136,11 @@ TEST_F(ListenToFile, JsonIsAsTheSchemaSays) {
                               "print(len(lines))\n";
     ProcessOptions options = bareOptions();
     options.input = heard({"--json", "stop", "open the door", "?!"}).output +
-                    listen({"--json", "--from", "/nonexistent", "stop"}).output;
+                    listen({"--json", "--from", "/nonexistent", "stop"}).output +
+                    "{\"event\":\"moreRefused\",\"count\":1}\n";
     ProcessResult checked =
         support::runProcess("/usr/bin/python3", {"-c", check, ZQM_LISTEN_SCHEMA}, options);
-    EXPECT_EQ(checked.output, "8\n") << checked.errors;
+    EXPECT_EQ(checked.output, "9\n") << checked.errors;
     options.input = R"({"event":"recognized","command":"stop"})";
     checked = support::runProcess("/usr/bin/python3", {"-c", check, ZQM_LISTEN_SCHEMA}, options);
     EXPECT_NE(checked.exitCode, 0) << "what lacks the index is taken";
@@ -152,6 +153,18 @@ TEST_F(ListenToFile, ACommandThatCannotBeHeardIsSaidAndTheOthersGoOn) {
     EXPECT_EQ(result.output, "stop\n");
     EXPECT_THAT(result.errors, testing::MatchesRegex("zqmspeech: \"\\?!\" can't be listened for: [^\n]+\n"
                                                      "zqmspeech: \"...\" can't be listened for: [^\n]+\n"));
+}
+
+TEST_F(ListenToFile, OneUsableCommandOfALongListIsEnough) {
+    std::vector<std::string> arguments(150, "?!");
+    arguments.insert(arguments.begin(), {"--json", "--once"});
+    arguments.emplace_back("stop");
+    const ProcessResult result = heard(arguments);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, HasSubstr("{\"event\":\"moreRefused\",\"count\":50}\n"));
+    EXPECT_THAT(result.output, HasSubstr("\"command\":\"stop\",\"index\":150,"));
+    EXPECT_THAT(result.errors,
+                testing::EndsWith("zqmspeech: 50 more of the commands can't be listened for\n"));
 }
 
 TEST_F(ListenToFile, ALineFeedInACommandBreaksNoLine) {

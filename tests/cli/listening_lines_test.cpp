@@ -16,6 +16,7 @@ TEST(ListeningLines, AreObjectsWithTheEventFirst) {
     EXPECT_EQ(rejectedLine({0, 12}), R"({"event":"rejected","begin":0.0,"end":12.0})");
     EXPECT_EQ(refusedLine("!?", "it has no words"),
               R"({"event":"refused","command":"!?","reason":"it has no words"})");
+    EXPECT_EQ(moreRefusedLine(900), R"({"event":"moreRefused","count":900})");
     EXPECT_EQ(failedLine("no microphone"), R"({"event":"failed","reason":"no microphone"})");
     EXPECT_EQ(endedLine(), R"({"event":"ended"})");
 }

@@ -345,6 +345,7 @@ TEST_F(FileListening, tellsWhichCommandsItCannotListenFor) {
     engine->send(SetCommands{++list, {"stop", "", "...", kRecordedCommand}});
     const auto set = engine->nextOf<CommandsSet>();
     ASSERT_TRUE(set && set->problems.size() == 2);
+    EXPECT_EQ(set->refused, 2U);
     EXPECT_EQ(set->problems[0].command, 1U);
     EXPECT_EQ(set->problems[1].command, 2U);
     const std::vector<Event> events = listenTo(writeWave("file.wav", recordedCommand()));
@@ -355,11 +356,14 @@ TEST_F(FileListening, tellsWhichCommandsItCannotListenFor) {
 }
 
 TEST_F(FileListening, keepsItsLineShortHoweverManyCommandsItCannotListenFor) {
-    engine->send(SetCommands{++list, std::vector<std::string>(1000, std::string(20'000, '.'))});
+    std::vector<std::string> commands(1000, std::string(20'000, '.'));
+    commands.push_back(kRecordedCommand);
+    engine->send(SetCommands{++list, commands});
     engine->flush();
     const auto set = engine->nextOf<CommandsSet>();
     ASSERT_TRUE(set);
     EXPECT_EQ(set->problems.size(), CommandsSet::kMaxProblems);
+    EXPECT_EQ(set->refused, 1000U);
     setCommands(kCommands);
 }
 

@@ -87,7 +87,8 @@ INSTANTIATE_TEST_SUITE_P(
         Event(Sync{1, 0xFFFFFFFF}), Event(Paused{7}), Event(Continued{7}), Event(Finished{1, true, ""}),
         Event(Finished{1, false, ""}), Event(Finished{1, false, "disk full"}), Event(Phonemes{"_d1AOg."}),
         Event(Phonemes{}), Event(CommandsSet{1, {}}),
-        Event(CommandsSet{2, {{0, "nothing in it can be spoken"}, {std::uint64_t{1} << 63, "x"}}}),
+        Event(CommandsSet{2, {{0, "nothing in it can be spoken"}, {std::uint64_t{1} << 63, "x"}}, 2}),
+        Event(CommandsSet{3, {{7, "x"}}, std::uint64_t{1} << 63}), Event(CommandsSet{4, {}, 1}),
         Event(Listening{1, ""}), Event(Listening{1, "no sound server answers"}), Event(Heard{1, 2, 0, 0, 0}),
         Event(Heard{1, 2, std::uint64_t{1} << 63, 0.5, 1e9}), Event(Rejected{1, 0.1, 0.3}),
         Event(Level{1, -96.3}), Event(Level{1, 0}), Event(EndOfInput{1})));
@@ -381,7 +382,7 @@ const std::vector<Layout> kLayouts{
     {"listen", true, {{"session", kNumber}, {"reportsLevel", kFlag}, {"fromFile", kFlag}}},
     {"blockOthers", true, {{"blocks", kFlag}}},
     {"stopListening", true, {{"session", kNumber}}},
-    {"commandsSet", false, {{"list", kNumber}, {"problems", kProblems}}},
+    {"commandsSet", false, {{"list", kNumber}, {"problems", kProblems}, {"refused", kNumber}}},
     {"listening", false, {{"session", kNumber}, {"error", kText}}, "error"},
     {"heard",
      false,
@@ -455,6 +456,15 @@ TEST_P(ListeningLine, hasNoMemberOfAnotherKind) {
 
 INSTANTIATE_TEST_SUITE_P(Layouts, ListeningLine, testing::ValuesIn(kLayouts),
                          [](const auto& each) { return each.param.type; });
+
+TEST(Protocol, tellsNoMoreCommandsThanWereRefused) {
+    const std::string line =
+        R"({"type":"commandsSet","list":1,"problems":[{"command":0,"message":"x"},{"command":1,"message":"x"}],"refused":)";
+    EXPECT_TRUE(decodeEvent(line + "3}"));
+    EXPECT_TRUE(decodeEvent(line + "2}"));
+    EXPECT_FALSE(decodeEvent(line + "1}"));
+    EXPECT_FALSE(decodeEvent(line + "0}"));
+}
 
 TEST(Protocol, knowsNoPhraseThatEndsBeforeItBegins) {
     const std::string begin = R"({"type":"rejected","session":1,"begin":2,"end":)";

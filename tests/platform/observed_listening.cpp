@@ -10,8 +10,8 @@ namespace {
 
 void note(const ZQMListeningEvent* event, void* context) {
     auto& observed = *static_cast<Observed*>(context);
-    const ObservedEvent copy{event->kind,  event->begin,   event->end,
-                             event->level, event->command, event->reason};
+    const ObservedEvent copy{event->kind,    event->begin,  event->end,  event->level,
+                             event->command, event->reason, event->count};
     observed.events.push_back(copy);
     if (observed.onEvent) {
         observed.onEvent(copy);

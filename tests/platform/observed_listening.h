@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@ struct ObservedEvent {
     double level = 0;
     std::string command{};
     std::string reason{};
+    std::size_t count = 0;
 
     bool operator==(const ObservedEvent&) const = default;
 };

@@ -76,7 +76,7 @@ TEST_F(RecognizerCommands, ThatCantBeListenedForAreLogged) {
         [listener.recognizer startListening];
         auto engine = stage_.next();
         engine->hear<SetCommands>();
-        engine->say(CommandsSet{1, {{1, "it has no words"}, {2, "a reason"}}});
+        engine->say(CommandsSet{1, {{1, "it has no words"}, {2, "a reason"}}, 2});
         engine->say(Listening{1, ""});
         EXPECT_TRUE(observed.runUntil(ZQMListeningBegan));
     });
@@ -87,6 +87,27 @@ TEST_F(RecognizerCommands, ThatCantBeListenedForAreLogged) {
         ElementsAre(
             ObservedEvent{.kind = ZQMListeningCommandRefused, .command = "?!", .reason = "it has no words"},
             ObservedEvent{.kind = ZQMListeningCommandRefused, .command = "caf\u00E9", .reason = "a reason"}));
+}
+
+TEST_F(RecognizerCommands, ThatAreNotToldAreCounted) {
+    Observed observed;
+    Listener listener(Texts{"?!", "open", "...", "!"});
+    const auto log = logged([&] {
+        [listener.recognizer startListening];
+        auto engine = stage_.next();
+        engine->hear<SetCommands>();
+        engine->say(CommandsSet{1, {{0, "it has no words"}}, 3});
+        engine->say(Listening{1, ""});
+        EXPECT_TRUE(observed.runUntil(ZQMListeningBegan));
+    });
+    EXPECT_THAT(log, ElementsAre("\"?!\" can't be listened for: it has no words",
+                                 "2 more of the commands can't be listened for"));
+    EXPECT_THAT(
+        observed.events,
+        ElementsAre(
+            ObservedEvent{.kind = ZQMListeningCommandRefused, .command = "?!", .reason = "it has no words"},
+            ObservedEvent{.kind = ZQMListeningMoreCommandsRefused, .count = 2},
+            ObservedEvent{.kind = ZQMListeningBegan}));
 }
 
 TEST_F(RecognizerCommands, LoseNothingHoweverOftenTheyChange) {

@@ -142,11 +142,11 @@ TEST_F(RecognizerEngineLoss, ThatIsNotNoticedYetDoesNotKeepFromStoppingOrStartin
 }
 
 TEST_F(RecognizerEngineLoss, TellsOfRefusedCommandsOnce) {
-    Listener listener(Texts{"open", "!"});
+    Listener listener(Texts{"open", "!", "?"});
     const auto log = logged([&] {
         [listener.recognizer startListening];
         auto engine = stage_.next();
-        const CommandsSet refusal{1, {CommandProblem{1, "it has no words"}}};
+        const CommandsSet refusal{1, {CommandProblem{1, "it has no words"}}, 2};
         engine->say(refusal);
         engine->say(phrase(1, 1, 0));
         ASSERT_TRUE(listener.runUntilHeard(1));
@@ -158,7 +158,8 @@ TEST_F(RecognizerEngineLoss, TellsOfRefusedCommandsOnce) {
         ASSERT_TRUE(listener.runUntilHeard(2));
     });
     EXPECT_THAT(log,
-                ElementsAre("\"!\" can't be listened for: it has no words", std::string(kEnded) + kReplaced));
+                ElementsAre("\"!\" can't be listened for: it has no words",
+                            "1 more of the commands can't be listened for", std::string(kEnded) + kReplaced));
 }
 
 // ---- engines that can't be relied on
@@ -188,7 +189,8 @@ INSTANTIATE_TEST_SUITE_P(
                     zqm::protocol::encode(zqm::protocol::Event(Listening{2, ""})),
                     zqm::protocol::encode(zqm::protocol::Event(EndOfInput{1})),
                     zqm::protocol::encode(zqm::protocol::Event(CommandsSet{2, {}})),
-                    zqm::protocol::encode(zqm::protocol::Event(CommandsSet{1, {{2, "why"}}})),
+                    zqm::protocol::encode(zqm::protocol::Event(CommandsSet{1, {{2, "why"}}, 1})),
+                    zqm::protocol::encode(zqm::protocol::Event(CommandsSet{1, {}, 3})),
                     zqm::protocol::encode(zqm::protocol::Event(zqm::protocol::Started{1, ""})),
                     zqm::protocol::encode(zqm::protocol::Event(zqm::protocol::Voices{}))));
 

@@ -5,17 +5,19 @@
 #define ZQM_LISTENING_H
 
 #include <CoreFoundation/CFBase.h>
+#include <stddef.h>
 
 CF_EXTERN_C_BEGIN
 
 typedef enum {
-    ZQMListeningBegan = 1,     // sound arrives; the seconds of what follows count from here
-    ZQMListeningFailed,        // none does, for `reason`; from a microphone it is tried again
-    ZQMListeningLevel,         // how loud it is: `level`, ten times a second of sound
-    ZQMListeningRecognized,    // a phrase from `begin` to `end`, and the `command` that it is
-    ZQMListeningRejected,      // a phrase from `begin` to `end` that is none of the commands
-    ZQMListeningEnded,         // all of a file was heard
-    ZQMListeningCommandRefused // a `command` that can't be listened for, for `reason`
+    ZQMListeningBegan = 1,          // sound arrives; the seconds of what follows count from here
+    ZQMListeningFailed,             // none does, for `reason`; from a microphone it is tried again
+    ZQMListeningLevel,              // how loud it is: `level`, ten times a second of sound
+    ZQMListeningRecognized,         // a phrase from `begin` to `end`, and the `command` that it is
+    ZQMListeningRejected,           // a phrase from `begin` to `end` that is none of the commands
+    ZQMListeningEnded,              // all of a file was heard
+    ZQMListeningCommandRefused,     // a `command` that can't be listened for, for `reason`
+    ZQMListeningMoreCommandsRefused // after a hundred of those: `count` more that can't be, in all
 } ZQMListeningEventKind;
 
 typedef struct {
@@ -25,6 +27,7 @@ typedef struct {
     // UTF-8, empty where there is nothing to tell; valid during the call.
     const char* command;
     const char* reason; // for people
+    size_t count;
 } ZQMListeningEvent;
 
 typedef void (*ZQMListeningObserver)(const ZQMListeningEvent* event, void* context);
