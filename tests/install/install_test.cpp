@@ -36,7 +36,7 @@ struct Component {
 const std::vector<Component> kComponents = {
     {"plugin",
      {kLib + "libZQMFoundation.so", kLib + "libZQMNSSpeech.so", kLib + "libzqmplatform.so",
-      ZQM_LIBEXEC "/zqmspeech/zqmspeech-engine"}},
+      ZQM_LIBEXEC "/zqmspeech/zqmspeech-engine", kDocumentation + "pocketsphinx-license.txt"}},
     {"command", {ZQM_BIN "/zqmspeech"}},
     {"development",
      {kLib + "libzqmhost.a", kHeaders + "array.h", kHeaders + "class_definition.h", kHeaders + "dictionary.h",
