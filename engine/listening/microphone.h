@@ -15,8 +15,8 @@ namespace zqm::engine {
 class Microphone final : public AudioSource {
 public:
     static constexpr std::chrono::seconds kRetry{2};
-    // How long the server and the source have to give something.
-    static constexpr std::chrono::seconds kPatience{3};
+    // How long the server and the source have to give something: on a busy machine seconds may pass without.
+    static constexpr std::chrono::seconds kPatience{10};
 
     Microphone(SoundServer& server, AudioTaker& taker) : server_(server), taker_(taker) {}
     ~Microphone() override;
