@@ -46,7 +46,8 @@ TEST_F(PlayedFiles, AreHeardWholeAndTheTimeOfTheirLastSoundIsKnown) {
     ASSERT_TRUE(last.has_value());
     const std::vector<float> samples = recording.samples();
     const auto parts = soundedParts(samples, samples.size() + 1);
-    EXPECT_DOUBLE_EQ(*last, recording.timeOf(parts.at(0).end - 1));
+    // Near, not equal: what is recorded meanwhile makes the recording's clock a little better.
+    EXPECT_NEAR(*last, recording.timeOf(parts.at(0).end - 1), 0.001);
     EXPECT_EQ(recording.lastSound(begin - 10, begin - 5), std::nullopt);
     EXPECT_EQ(recording.lastSound(begin, recording.timeOf(parts.at(0).begin) - 0.01), std::nullopt);
 }
