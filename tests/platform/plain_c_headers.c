@@ -2,6 +2,7 @@
 #include <CoreServices/CoreServices.h>
 #include <CoreText/CoreText.h>
 #include <zqmplatform/listening.h>
+#include <zqmplatform/speaking.h>
 #include <zqmplatform/type_instances.h>
 
 _Static_assert(sizeof(CFIndex) == 8, "CFIndex is a 64-bit long");
