@@ -1,6 +1,7 @@
 #include "cli/listen_command.h"
 
 #include "cli/command_list.h"
+#include "cli/exit_codes.h"
 #include "cli/failure.h"
 #include "cli/interruption.h"
 #include "cli/level_line.h"
@@ -217,12 +218,12 @@ int listen(const ListenOptions& options) {
     const Interruption interruption;
     const std::size_t recognized = Listening(runtime, options, commands).run();
     if (Interruption::signalNumber() != 0) {
-        return 128 + Interruption::signalNumber();
+        return kSignalled + Interruption::signalNumber();
     }
     if (!hasReader()) {
         throw Failure("can't write to standard output");
     }
-    return recognized > 0 ? 0 : kNothingRecognized;
+    return recognized > 0 ? kDone : kFruitless;
 }
 
 } // namespace zqm::cli

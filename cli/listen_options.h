@@ -1,5 +1,8 @@
 #pragma once
 
+#include "cli/command_line.h"
+
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -19,6 +22,11 @@ struct ListenOptions {
 
 inline constexpr double kShortestTimeout = 0.1;
 inline constexpr double kLongestTimeout = 86400;
+
+extern const Syntax kListenSyntax;
+
+// The command line that sets these options.
+std::unique_ptr<CLI::App> newListenCommandLine(ListenOptions& options);
 
 // The options of `zqmspeech listen`, or the text of its help when that is asked for. Throws UsageError.
 std::variant<ListenOptions, std::string> parseListenOptions(std::span<const char* const> arguments);

@@ -1,11 +1,9 @@
 // zqmspeech, the command for people.
 
+#include "cli/commands.h"
+#include "cli/exit_codes.h"
 #include "cli/failure.h"
-#include "cli/listen_command.h"
-#include "cli/listen_options.h"
 #include "cli/message.h"
-#include "cli/say_command.h"
-#include "cli/say_options.h"
 #include "cli/standard_descriptors.h"
 
 #include <csignal>
@@ -14,55 +12,29 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace {
 
 using namespace zqm::cli;
 
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
-
-constexpr const char* kHelp = "The platform's speech services, from the command line.\n"
-                              "Usage: zqmspeech COMMAND [OPTIONS]\n"
-                              "\n"
-                              "Commands:\n"
-                              "  say        speaks a text; zqmspeech say --help tells how\n"
-                              "  listen     listens for spoken commands; zqmspeech listen --help tells how\n"
-                              "\n"
-                              "Options:\n"
-                              "  -h,--help  prints this help\n"
-                              "  --version  prints the version\n";
-
-template <typename Options>
-int runWith(std::variant<Options, std::string> parsed, int (*command)(const Options&)) {
-    if (const auto* help = std::get_if<std::string>(&parsed)) {
-        std::fputs(help->c_str(), stdout);
-        return 0;
-    }
-    return command(std::get<Options>(parsed));
-}
-
 int runCommand(std::span<const char* const> arguments) {
     if (arguments.empty()) {
         throw UsageError("a command is missing; zqmspeech --help lists them");
     }
-    const std::string_view command = arguments.front();
-    if (command == "say") {
-        return runWith(parseSayOptions(arguments.subspan(1)), say);
+    const std::string_view name = arguments.front();
+    if (name == "--help" || name == "-h") {
+        std::fputs(programHelp().c_str(), stdout);
+        return kDone;
     }
-    if (command == "listen") {
-        return runWith(parseListenOptions(arguments.subspan(1)), listen);
-    }
-    if (command == "--help" || command == "-h") {
-        std::fputs(kHelp, stdout);
-        return 0;
-    }
-    if (command == "--version") {
+    if (name == "--version") {
         std::puts("zqmspeech " ZQM_VERSION);
-        return 0;
+        return kDone;
     }
-    throw UsageError(std::string(command) + " is not a command; zqmspeech --help lists them");
+    const Command* command = findCommand(name);
+    if (command == nullptr) {
+        throw UsageError(std::string(name) + " is not a command; zqmspeech --help lists them");
+    }
+    return command->run(arguments.subspan(1));
 }
 
 int report(const std::exception& error, int code) {

@@ -1,5 +1,6 @@
 #include "cli/say_command.h"
 
+#include "cli/exit_codes.h"
 #include "cli/failure.h"
 #include "cli/file_url.h"
 #include "cli/interruption.h"
@@ -183,14 +184,14 @@ int say(const SayOptions& options) {
     const std::optional<std::string> file = begin(speech, options);
     const bool isComplete = speech.wait();
     if (Interruption::signalNumber() != 0) {
-        return 128 + Interruption::signalNumber();
+        return kSignalled + Interruption::signalNumber();
     }
     const bool hasReader = std::ferror(stdout) == 0; // else the caller says so
     if (!isComplete && hasReader) {
         throw Failure("the speech broke off: " + PlatformLog::reason() +
                       (file ? "; " + *file + " is not written" : ""));
     }
-    return 0;
+    return kDone;
 }
 
 } // namespace zqm::cli

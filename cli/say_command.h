@@ -4,8 +4,8 @@
 
 namespace zqm::cli {
 
-// Speaks as the options say. Answers the process's exit code: 0, or 128 and the number of the signal that
-// ended it. Throws Failure, or an error of the host runtime.
+// Speaks as the options say. Answers the process's exit code: kDone, or kSignalled and the number of the
+// signal that ended it. Throws Failure, or an error of the host runtime.
 int say(const SayOptions& options);
 
 } // namespace zqm::cli

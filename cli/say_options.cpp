@@ -1,6 +1,5 @@
 #include "cli/say_options.h"
 
-#include "cli/command_line.h"
 #include "cli/failure.h"
 
 #include <vector>
@@ -21,45 +20,54 @@ std::string joined(const std::vector<std::string>& words) {
 
 } // namespace
 
-std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* const> arguments) {
-    SayOptions options;
-    CLI::App app("Speaks a text, aloud or into a sound file.");
-    app.footer(
+constexpr Syntax kSaySyntax{
+    .name = "say",
+    .summary = "Speaks a text, aloud or into a sound file",
+    .words = "[TEXT...]",
+    .word = "text",
+    .notes =
         "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input.\n"
-        "Texts are UTF-8. A text that begins with - goes after --.\n"
-        "\n"
-        "Exit code: 0 when all was spoken, 1 when that failed, 2 when the command line is wrong,\n"
-        "128 and the signal's number when a signal ended it (130 for Ctrl-C).");
+        "Texts are UTF-8. A text that begins with - goes after --.",
+    .done = "all was spoken",
+    .failed = "that failed",
+};
 
-    auto* file = app.add_option("-f,--file", options.input, "Reads the text from this file")
-                     ->check(notEmpty())
-                     ->type_name("FILE");
-    app.add_option("-o,--output", options.output,
-                   "Writes a sound file instead of playing; its extension picks the format")
+std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
+    auto app = newCommandLine(kSaySyntax);
+    app->add_option("-f,--file", options.input, "Reads the text from this file")
         ->check(notEmpty())
         ->type_name("FILE");
-    app.add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
+    app->add_option("-o,--output", options.output,
+                    "Writes a sound file instead of playing; its extension picks the format")
+        ->check(notEmpty())
+        ->type_name("FILE");
+    app->add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
         ->check(notEmpty())
         ->type_name("FILE")
         ->take_last();
-    app.add_option("-v,--voice", options.voice, "Speaks with this voice")
+    app->add_option("-v,--voice", options.voice, "Speaks with this voice")
         ->check(notEmpty())
         ->type_name("VOICE");
-    app.add_option("--rate", options.rate, "Words a minute")
+    app->add_option("--rate", options.rate, "Words a minute")
         ->check(numberFrom(kSlowestRate, kFastestRate))
         ->type_name("NUMBER");
-    app.add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1))->type_name("NUMBER");
-    app.add_flag("--events", options.events,
-                 "Prints each event: \"word POSITION LENGTH WORD\", counted in UTF-16 units, and\n"
-                 "\"finish true\", or false when it ended early")
+    app->add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1))->type_name("NUMBER");
+    app->add_flag("--events", options.events,
+                  "Prints each event: \"word POSITION LENGTH WORD\", counted in UTF-16 units, and\n"
+                  "\"finish true\", or false when it ended early")
         ->check(noValue());
+    return app;
+}
 
-    const auto read = readOptions(app, "say [OPTIONS] [TEXT...]", "text", arguments);
+std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* const> arguments) {
+    SayOptions options;
+    const auto app = newSayCommandLine(options);
+    const auto read = readOptions(*app, kSaySyntax, arguments);
     if (const auto* help = std::get_if<std::string>(&read)) {
         return *help;
     }
     const auto& [words, hasDashes] = std::get<Words>(read);
-    if (!words.empty() && file->count() > 0) {
+    if (!words.empty() && app->count("--file") > 0) {
         throw UsageError("a text and --file can't both be given");
     }
     const bool isStandardInput = words.size() == 1 && words.front() == "-" && !hasDashes;

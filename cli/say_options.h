@@ -1,5 +1,8 @@
 #pragma once
 
+#include "cli/command_line.h"
+
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -20,6 +23,11 @@ struct SayOptions {
 
 inline constexpr double kSlowestRate = 50;
 inline constexpr double kFastestRate = 500;
+
+extern const Syntax kSaySyntax;
+
+// The command line that sets these options.
+std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options);
 
 // The options of `zqmspeech say`, or the text of its help when that is asked for. Throws UsageError.
 std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* const> arguments);

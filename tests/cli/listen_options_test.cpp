@@ -84,8 +84,9 @@ TEST(ListenOptions, HelpNamesEveryOption) {
         ASSERT_TRUE(std::holds_alternative<std::string>(parsed));
         const std::string& help = std::get<std::string>(parsed);
         EXPECT_THAT(help, HasSubstr("Usage: zqmspeech listen [OPTIONS] COMMAND..."));
-        for (const char* name : {"--commands FILE", "--from FILE", "--once", "--timeout SECONDS", "--json",
-                                 "0.1 to 86400", "3 when none was", "130 for Ctrl-C", "NO_COLOR"}) {
+        for (const char* name :
+             {"--commands FILE", "--from FILE", "--once", "--timeout SECONDS", "--json", "0.1 to 86400",
+              "3      no command was recognised", "130 for Ctrl-C", "NO_COLOR"}) {
             EXPECT_THAT(help, HasSubstr(name));
         }
     }

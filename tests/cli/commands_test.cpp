@@ -1,0 +1,64 @@
+#include "cli/commands.h"
+
+#include "cli/exit_codes.h"
+#include "cli/failure.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace zqm::cli {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(Commands, AreFoundByTheirNames) {
+    std::set<std::string_view> names;
+    for (const Command& command : commands()) {
+        EXPECT_EQ(findCommand(command.syntax.name), &command);
+        EXPECT_TRUE(names.insert(command.syntax.name).second) << command.syntax.name;
+    }
+    EXPECT_THAT(names, testing::IsSupersetOf({"say", "listen"}));
+    EXPECT_EQ(findCommand("sa"), nullptr);
+    EXPECT_EQ(findCommand(""), nullptr);
+    EXPECT_EQ(findCommand("SAY"), nullptr);
+}
+
+TEST(Commands, TheHelpListsAllButTheHiddenOnes) {
+    const std::string help = programHelp();
+    for (const Command& command : commands()) {
+        const std::string line = "\n  " + std::string(command.syntax.name) + " ";
+        EXPECT_EQ(help.find(line) == std::string::npos, command.isHidden) << line;
+        if (!command.isHidden) {
+            EXPECT_THAT(help, HasSubstr(std::string(command.syntax.summary) + "\n"));
+        }
+    }
+}
+
+TEST(Commands, EachHelpTellsAllOfItsSyntax) {
+    for (const Command& command : commands()) {
+        const Syntax& syntax = command.syntax;
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(command.run(std::vector<const char*>{"--help"}), kDone);
+        const std::string help = testing::internal::GetCapturedStdout();
+        EXPECT_THAT(help, HasSubstr("Usage: zqmspeech " + std::string(syntax.name) + " [OPTIONS]"));
+        for (const std::string_view part :
+             {syntax.summary, syntax.words, syntax.notes, syntax.done, syntax.failed, syntax.fruitless}) {
+            EXPECT_THAT(help, HasSubstr(std::string(part))) << syntax.name;
+        }
+        EXPECT_EQ(command.newCommandLine()->help(), help);
+    }
+}
+
+TEST(Commands, EachRefusesUnknownOptions) {
+    for (const Command& command : commands()) {
+        EXPECT_THROW(command.run(std::vector<const char*>{"--no-such-option"}), UsageError)
+            << command.syntax.name;
+    }
+}
+
+} // namespace
+} // namespace zqm::cli
