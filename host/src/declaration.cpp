@@ -1,5 +1,6 @@
 #include "declaration.h"
 
+#include "class_describer.h"
 #include "text.h"
 
 #include <algorithm>
@@ -310,30 +311,19 @@ bool sameSignature(const Declaration& one, const Declaration& other) {
     return sameResult && sameName(one.name, other.name) && sameParameters(one, other);
 }
 
-std::string describe(const Type& type) {
-    std::string result = type.className;
-    if (type.kind != TypeKind::Object) {
-        const auto* named = std::ranges::find(kTypes, type.kind, &NamedType::kind);
-        result = named->name;
+std::string nameOf(const Type& type) {
+    if (type.kind == TypeKind::Object) {
+        return type.className;
     }
-    return type.isArray ? result + "()" : result;
+    return std::string(std::ranges::find(kTypes, type.kind, &NamedType::kind)->name);
+}
+
+std::string describe(const Type& type) {
+    return host::declaration(descriptionOf(type));
 }
 
 std::string describe(const Declaration& declaration) {
-    std::string result = declaration.name + "(";
-    const char* separator = "";
-    for (const Parameter& parameter : declaration.parameters) {
-        result += separator;
-        result += parameter.byRef ? "byref " : "";
-        result += parameter.assigns ? "assigns " : "";
-        result += parameter.name + " as " + describe(parameter.type);
-        if (parameter.defaultValue) {
-            result += " = " + *parameter.defaultValue;
-        }
-        separator = ", ";
-    }
-    result += ")";
-    return declaration.result ? result + " as " + describe(*declaration.result) : result;
+    return host::declaration(descriptionOf(declaration));
 }
 
 } // namespace zqm::host

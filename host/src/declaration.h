@@ -66,6 +66,7 @@ bool sameParameters(const Declaration& one, const Declaration& other);
 // The same name, parameters and result.
 bool sameSignature(const Declaration& one, const Declaration& other);
 
+std::string nameOf(const Type& type); // without the parentheses of an array
 std::string describe(const Type& type);
 std::string describe(const Declaration& declaration);
 

@@ -1,6 +1,7 @@
 #include "zqmhost/runtime.h"
 
 #include "array_content.h"
+#include "class_describer.h"
 #include "core.h"
 #include "date_content.h"
 #include "dictionary_content.h"
@@ -100,6 +101,16 @@ std::vector<std::string> Runtime::classNames() const {
         }
     }
     return names;
+}
+
+std::vector<ClassDescription> Runtime::describeClasses() const {
+    std::vector<ClassDescription> descriptions;
+    for (const HostClass& type : core_->classes().all()) {
+        if (type.record != nullptr) {
+            descriptions.push_back(descriptionOf(type));
+        }
+    }
+    return descriptions;
 }
 
 Object Runtime::create(std::string_view className) {

@@ -7,6 +7,7 @@
 #include "plugin/host_interface.h"
 #include "zqmhost/array.h"
 #include "zqmhost/class_definition.h"
+#include "zqmhost/class_description.h"
 #include "zqmhost/dictionary.h"
 #include "zqmhost/entry_point_control.h"
 #include "zqmhost/errors.h"
@@ -67,6 +68,8 @@ public:
     // What the plugin announced with "RegisterPluginVersion".
     std::optional<std::int32_t> announcedRevision() const;
     std::vector<std::string> classNames() const; // of registered classes, in order
+    // Of the same. What their records have wrong is left out; the reports tell it.
+    std::vector<ClassDescription> describeClasses() const;
 
     // A new instance: its class constructor runs, no "Constructor" method does.
     Object create(std::string_view className);

@@ -4,6 +4,7 @@
 
 #include "zqmhost/array.h"
 #include "zqmhost/class_definition.h"
+#include "zqmhost/class_description.h"
 #include "zqmhost/dictionary.h"
 #include "zqmhost/entry_point_control.h"
 #include "zqmhost/errors.h"
