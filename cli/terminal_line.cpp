@@ -1,5 +1,7 @@
 #include "cli/terminal_line.h"
 
+#include "cli/display_width.h"
+
 #include <cstdint>
 #include <cstdlib>
 
@@ -14,20 +16,6 @@ namespace {
 constexpr std::size_t kUsualColumns = 80;
 constexpr std::chrono::milliseconds kRedrawInterval{50};
 constexpr std::string_view kClearLine = "\r\x1b[K";
-
-// Some terminals join what is counted as several characters here; the line then only ends earlier.
-std::size_t columnsOf(UChar32 codePoint) {
-    switch (u_charType(codePoint)) {
-    case U_NON_SPACING_MARK:
-    case U_ENCLOSING_MARK:
-    case U_FORMAT_CHAR:
-        return 0;
-    default:
-        break;
-    }
-    const int width = u_getIntPropertyValue(codePoint, UCHAR_EAST_ASIAN_WIDTH);
-    return width == U_EA_FULLWIDTH || width == U_EA_WIDE ? 2 : 1;
-}
 
 bool isDrawable(UChar32 codePoint) {
     switch (u_charType(codePoint)) {

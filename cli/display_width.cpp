@@ -1,0 +1,34 @@
+#include "cli/display_width.h"
+
+#include <cstdint>
+
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+namespace zqm::cli {
+
+std::size_t columnsOf(UChar32 codePoint) {
+    switch (u_charType(codePoint)) {
+    case U_NON_SPACING_MARK:
+    case U_ENCLOSING_MARK:
+    case U_FORMAT_CHAR:
+        return 0;
+    default:
+        break;
+    }
+    const int width = u_getIntPropertyValue(codePoint, UCHAR_EAST_ASIAN_WIDTH);
+    return width == U_EA_FULLWIDTH || width == U_EA_WIDE ? 2 : 1;
+}
+
+std::size_t columnsOf(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t columns = 0;
+    for (std::size_t offset = 0; offset < text.size();) {
+        UChar32 codePoint = 0;
+        U8_NEXT(bytes, offset, text.size(), codePoint);
+        columns += columnsOf(codePoint);
+    }
+    return columns;
+}
+
+} // namespace zqm::cli

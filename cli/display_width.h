@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include <unicode/umachine.h>
+
+namespace zqm::cli {
+
+// How many columns of a terminal a character takes: 0, 1 or 2. Some terminals join what is counted as several
+// characters here; a text then only takes less room.
+std::size_t columnsOf(UChar32 codePoint);
+
+// The same of a text in valid UTF-8.
+std::size_t columnsOf(std::string_view text);
+
+} // namespace zqm::cli
