@@ -1,11 +1,11 @@
 // What an installation holds, and that it works wherever it is.
 
+#include "tests/install/shipped_files.h"
 #include "tests/support/process.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
 
 #include <filesystem>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,57 +13,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace zqm::tests {
 namespace {
 
 namespace fs = std::filesystem;
+using support::ProcessResult;
+using support::runProcess;
+using support::SoundFile;
+using support::TemporaryFolder;
 using testing::HasSubstr;
-using zqm::support::ProcessResult;
-using zqm::support::runProcess;
-using zqm::support::SoundFile;
-using zqm::support::TemporaryFolder;
-
-using Files = std::set<std::string>;
-
-const std::string kLib = ZQM_LIB "/";
-const std::string kHeaders = ZQM_INCLUDE "/zqmhost/";
-const std::string kDocumentation = ZQM_SHARE "/doc/zqmspeech/";
-
-struct Component {
-    const char* name;
-    Files files; // but for the documentation, which each of them brings
-};
-
-const std::vector<Component> kComponents = {
-    {"plugin",
-     {kLib + "libZQMFoundation.so", kLib + "libZQMNSSpeech.so", kLib + "libzqmplatform.so",
-      ZQM_LIBEXEC "/zqmspeech/zqmspeech-engine", kDocumentation + "pocketsphinx-license.txt"}},
-    {"command", {ZQM_BIN "/zqmspeech"}},
-    {"development",
-     {kLib + "libzqmhost.a", kHeaders + "array.h", kHeaders + "class_definition.h", kHeaders + "dictionary.h",
-      kHeaders + "entry_point_control.h", kHeaders + "errors.h", kHeaders + "folder_item.h",
-      kHeaders + "memory_block.h", kHeaders + "object.h", kHeaders + "plugin/host_interface.h",
-      kHeaders + "report.h", kHeaders + "runtime.h", kHeaders + "string.h", kHeaders + "text.h",
-      kHeaders + "value.h", kHeaders + "zqmhost.h"}},
-};
-
-Files documentation() {
-    return {kDocumentation + "LICENSE", kDocumentation + "README.md"};
-}
-
-Files joined(Files one, const Files& other) {
-    one.insert(other.begin(), other.end());
-    return one;
-}
-
-Files filesIn(const fs::path& folder) {
-    Files files;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-        if (!entry.is_directory()) {
-            files.insert(fs::relative(entry.path(), folder).string());
-        }
-    }
-    return files;
-}
 
 void install(const fs::path& prefix, const std::vector<std::string>& options = {}) {
     std::vector<std::string> arguments{"--install", ZQM_BUILD_FOLDER, "--prefix", prefix.string()};
@@ -109,13 +67,13 @@ TEST_F(Installation, OfEachComponentHoldsItsFiles) {
     for (const Component& component : kComponents) {
         const fs::path here = folder / component.name;
         install(here, {"--component", component.name});
-        EXPECT_EQ(filesIn(here), joined(component.files, documentation())) << component.name;
+        EXPECT_EQ(filesIn(here), joined(component.files, kCommonDocuments)) << component.name;
     }
 }
 
 TEST_F(Installation, OfAllHoldsWhatTheComponentsHold) {
     install(prefix);
-    Files all = documentation();
+    Files all = kCommonDocuments;
     for (const Component& component : kComponents) {
         all = joined(all, component.files);
     }
@@ -168,20 +126,5 @@ TEST_F(Installation, LooksForLibrariesInItsOwnFoldersOnly) {
                 testing::ElementsAre("$ORIGIN/" + libraries.string()));
 }
 
-TEST_F(Installation, IsEnoughToBuildAHostProgram) {
-    install(prefix);
-    const fs::path program = folder / "hello";
-    const fs::path libraries = prefix / ZQM_LIB;
-    const ProcessResult built = runProcess(
-        ZQM_CXX_COMPILER, {"-std=c++20", "-I", (prefix / ZQM_INCLUDE).string(), ZQM_EXAMPLE, "-o",
-                           program.string(), "-L", libraries.string(), "-Wl,-rpath," + libraries.string(),
-                           "-lzqmhost", "-lzqmplatform", "-lgnustep-base", "-lobjc", "-lffi"});
-    ASSERT_TRUE(built.succeeded()) << built.errors;
-    const ProcessResult run =
-        runProcess(program, {(libraries / "libZQMNSSpeech.so").string(), sound.string()});
-    EXPECT_TRUE(run.succeeded()) << run.errors;
-    EXPECT_EQ(run.output, "Hello\nworld\n");
-    EXPECT_GT(SoundFile(sound).seconds(), 0.4);
-}
-
 } // namespace
+} // namespace zqm::tests

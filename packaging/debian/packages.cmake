@@ -1,0 +1,51 @@
+# The Debian packages, a component each: scripts/make-packages builds what is in them and has cpack make them.
+set(ZQM_MAINTAINER "the libZQMNSSpeech maintainers <maintainers@zqmspeech.example>"
+  CACHE STRING "Who answers for the Debian packages: name and address")
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME zqmspeech)
+set(CPACK_PACKAGE_VENDOR "the libZQMNSSpeech maintainers")
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/build/packages")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZQM_MAINTAINER}")
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+# The libraries that belong to Debian; ours are named in the table.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_BINARY_DIR}")
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/finish.cmake")
+set(CPACK_ZQM_SOURCES "${CMAKE_CURRENT_LIST_DIR}")
+set(CPACK_ZQM_DOCUMENTS "${documents}")
+
+get_cmake_property(components COMPONENTS)
+set(plugin_of_same_version "zqmspeech-plugin (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+
+# zqm_package(COMPONENT NAME SECTION DEPENDS): a package of that component, if this build has it. Its description
+# is the file NAME.txt: a line in short, then in full.
+macro(zqm_package component name section depends)
+  if("${component}" IN_LIST components)
+    list(APPEND CPACK_COMPONENTS_ALL ${component})
+    string(TOUPPER ${component} variable)
+    set(CPACK_DEBIAN_${variable}_PACKAGE_NAME ${name})
+    set(CPACK_DEBIAN_${variable}_PACKAGE_SECTION ${section})
+    set(CPACK_DEBIAN_${variable}_PACKAGE_DEPENDS "${depends}")
+    file(READ "${CMAKE_CURRENT_LIST_DIR}/${name}.txt" CPACK_DEBIAN_${variable}_DESCRIPTION)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/${name}.txt")
+  endif()
+endmacro()
+
+zqm_package(plugin zqmspeech-plugin sound "espeak-ng-data, pocketsphinx-en-us")
+set(CPACK_DEBIAN_PLUGIN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/triggers")
+zqm_package(command zqmspeech sound "${plugin_of_same_version}")
+zqm_package(development libzqmhost-dev libdevel "${plugin_of_same_version}, libffi-dev")
+zqm_package(python python3-zqm python "${plugin_of_same_version}, python3 (>= 3.11), python3 (<< 3.12)")
+
+include(CPack)

@@ -1,0 +1,79 @@
+#include "tests/install/shipped_files.h"
+
+namespace zqm::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kLib = ZQM_LIB "/";
+const std::string kHeaders = ZQM_INCLUDE "/zqmhost/";
+const std::string kConfig = ZQM_LIB "/cmake/zqmhost/zqmhost-";
+
+// These have no list of their own here: a new document or example is shipped without further ado.
+Files documentsForHosts() {
+    Files files;
+    for (const char* folder : {"docs/", "examples/"}) {
+        for (const std::string& file : filesIn(fs::path(ZQM_SOURCE_FOLDER) / folder)) {
+            if (!file.ends_with("CMakeLists.txt")) {
+                files.insert(kDocuments + folder + file);
+            }
+        }
+    }
+    return files;
+}
+
+} // namespace
+
+const std::string kDocuments = ZQM_SHARE "/doc/zqmspeech/";
+
+const Files kCommonDocuments = {kDocuments + "CHANGELOG.md", kDocuments + "README.md",
+                                kDocuments + "copyright"};
+
+const std::vector<Component> kComponents = {
+    {"plugin",
+     "zqmspeech-plugin",
+     {kLib + "libZQMFoundation.so", kLib + "libZQMNSSpeech.so", kLib + "libzqmplatform.so",
+      ZQM_LIBEXEC "/zqmspeech/zqmspeech-engine"}},
+    {"command", "zqmspeech", {ZQM_BIN "/zqmspeech"}},
+    {"development", "libzqmhost-dev",
+     joined({kLib + "libzqmhost.a",
+             kLib + "pkgconfig/zqmhost.pc",
+             kConfig + "config.cmake",
+             kConfig + "config-version.cmake",
+             kConfig + "targets.cmake",
+             kConfig + "targets-relwithdebinfo.cmake",
+             kHeaders + "array.h",
+             kHeaders + "class_definition.h",
+             kHeaders + "class_description.h",
+             kHeaders + "dictionary.h",
+             kHeaders + "entry_point_control.h",
+             kHeaders + "errors.h",
+             kHeaders + "folder_item.h",
+             kHeaders + "memory_block.h",
+             kHeaders + "object.h",
+             kHeaders + "plugin/host_interface.h",
+             kHeaders + "report.h",
+             kHeaders + "runtime.h",
+             kHeaders + "string.h",
+             kHeaders + "text.h",
+             kHeaders + "value.h",
+             kHeaders + "zqmhost.h"},
+            documentsForHosts())},
+};
+
+Files filesIn(const fs::path& folder) {
+    Files files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+        if (!entry.is_directory()) {
+            files.insert(fs::relative(entry.path(), folder).string());
+        }
+    }
+    return files;
+}
+
+Files joined(Files one, const Files& other) {
+    one.insert(other.begin(), other.end());
+    return one;
+}
+
+} // namespace zqm::tests
