@@ -67,6 +67,7 @@ inline constexpr std::int32_t kArrayElementObject = 4;
 // filled in at compile time, so tables of it are constants.
 template <typename First, typename... Rest>
 union OneFunctionOf {
+    // The function that it is to hold, and its address.
     constexpr OneFunctionOf(First function) : first(function) {}
     template <typename Function>
     constexpr OneFunctionOf(Function function) : rest(function) {}
@@ -77,6 +78,7 @@ union OneFunctionOf {
 };
 template <typename Only>
 union OneFunctionOf<Only> {
+    // The same for the last type.
     constexpr OneFunctionOf(Only function) : only(function) {}
     void* address() const { return std::bit_cast<void*>(*this); }
 
@@ -118,6 +120,7 @@ inline constexpr std::uint64_t kMethodFlags = 4;
 inline constexpr std::uint64_t kUnconstructibleFlags = 132; // kMethodFlags, and host code can't call it
 inline constexpr std::uint64_t kClassFlags = 4;
 
+// A property of a class, or one that its objects share.
 struct PropertyRecord {
     const char* group = nullptr;
     const char* name;
@@ -138,6 +141,7 @@ static_assert(offsetof(PropertyRecord, setter) == 40);
 static_assert(offsetof(PropertyRecord, parameter) == 48);
 static_assert(offsetof(PropertyRecord, reserved) == 56);
 
+// A method of a class, or one that its objects share.
 struct MethodRecord {
     MethodFunction function;
     MethodFunction setter = nullptr;
@@ -164,6 +168,7 @@ static_assert(offsetof(EventRecord, declaration) == 0);
 static_assert(offsetof(EventRecord, hostToken) == 8);
 static_assert(offsetof(EventRecord, reserved) == 16);
 
+// A constant of a class.
 struct ConstantRecord {
     const char* declaration; // "name=value"
     std::uint64_t reserved[4] = {};

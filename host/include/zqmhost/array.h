@@ -34,12 +34,14 @@ public:
     // Throws CallError when the object is no array; nil stays nil.
     explicit Array(Object object);
 
-    REALarray array() const; // borrowed
-    ElementType elementType() const;
-    std::size_t size() const; // 0 for nil
+    REALarray array() const;         // borrowed
+    ElementType elementType() const; // of each element
+    std::size_t size() const;        // 0 for nil
+    // The elements, the first being 0.
     Value at(std::size_t index) const;
     std::vector<Value> values() const;
 
+    // Puts the value in the place of an element, or behind the last one.
     void set(std::size_t index, const Value& value);
     void append(const Value& value);
     // New elements are 0, false or nil.

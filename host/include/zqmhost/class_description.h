@@ -16,6 +16,7 @@ struct TypeDescription {
     friend bool operator==(const TypeDescription&, const TypeDescription&) = default;
 };
 
+// Of a method or an event.
 struct ParameterDescription {
     std::string name;
     TypeDescription type;
@@ -26,6 +27,7 @@ struct ParameterDescription {
     friend bool operator==(const ParameterDescription&, const ParameterDescription&) = default;
 };
 
+// Without a result it answers nothing.
 struct MethodDescription {
     std::string name;
     std::vector<ParameterDescription> parameters = {};
@@ -37,6 +39,7 @@ struct MethodDescription {
     friend bool operator==(const MethodDescription&, const MethodDescription&) = default;
 };
 
+// Read and set by host code, as far as it can be.
 struct PropertyDescription {
     std::string name;
     TypeDescription type;
@@ -46,6 +49,7 @@ struct PropertyDescription {
     friend bool operator==(const PropertyDescription&, const PropertyDescription&) = default;
 };
 
+// As host code would declare a handler of it.
 struct EventDescription {
     std::string name;
     std::vector<ParameterDescription> parameters = {};
@@ -54,6 +58,7 @@ struct EventDescription {
     friend bool operator==(const EventDescription&, const EventDescription&) = default;
 };
 
+// The value as the plugin wrote it.
 struct ConstantDescription {
     std::string name;
     std::string value;

@@ -21,8 +21,9 @@ public:
     // Throws CallError when the object is no dictionary; nil stays nil.
     explicit Dictionary(Object object);
 
-    std::size_t count() const; // 0 for nil
-    std::vector<Value> keys() const;
+    std::size_t count() const;       // 0 for nil
+    std::vector<Value> keys() const; // in the order in which they came
+    // Whether there is such a key.
     bool hasKey(const Value& key) const;
     // Throws CallError when there is no such key.
     Value value(const Value& key) const;

@@ -15,6 +15,7 @@ class Core;
 // asked for.
 class EntryPointControl {
 public:
+    // Of the runtime, which makes it: Runtime::entryPoints().
     explicit EntryPointControl(Core& core) : core_(&core) {}
 
     // From now on the resolver answers null for the name. A plugin that already holds the function keeps it.

@@ -44,12 +44,13 @@ class HostException : public Error {
 public:
     explicit HostException(std::vector<RaisedException> raised); // never empty
 
+    // Of the first exception that was raised, which is the one thrown.
     const std::string& className() const { return raised_.front().className; }
     const std::string& message() const { return raised_.front().message; }
     std::int64_t errorNumber() const { return raised_.front().errorNumber; }
     const Object& object() const { return raised_.front().object; }
 
-    // All that the call raised, in order; the first is the one thrown.
+    // All that the call raised, in order.
     const std::vector<RaisedException>& all() const { return raised_; }
 
 private:

@@ -14,7 +14,7 @@ public:
     explicit FolderItem(Object object);
 
     std::string path() const; // as given, without slashes at the end; empty for nil
-    bool exists() const;
+    bool exists() const;      // whether something is there
 };
 
 } // namespace zqm::host

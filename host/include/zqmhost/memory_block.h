@@ -18,9 +18,9 @@ public:
     // Throws CallError when the object is no memory block; nil stays nil.
     explicit MemoryBlock(Object object);
 
-    std::size_t size() const; // 0 for nil
-    std::byte* data() const;  // null when it has no bytes
-    std::string bytes() const;
+    std::size_t size() const;                           // 0 for nil
+    std::byte* data() const;                            // null when it has no bytes
+    std::string bytes() const;                          // a copy of them
     void write(std::size_t at, std::string_view bytes); // throws CallError beyond the end
 };
 

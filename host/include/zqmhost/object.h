@@ -27,16 +27,18 @@ class Object {
 public:
     Object() = default;
     Object(std::shared_ptr<Core> core, REALobject locked) noexcept; // takes over the caller's lock
+    // Another lock on the same one, or the lock of the other.
     Object(const Object& other);
     Object(Object&& other) noexcept;
     Object& operator=(Object other) noexcept;
     ~Object(); // an exception that a destructor raises stays with the runtime: Runtime::takeRaised()
 
+    // Whether this is nil.
     bool isNull() const { return handle_ == nullptr; }
     REALobject handle() const { return handle_; } // borrowed
     REALobject release() noexcept;                // hands the lock to the caller; nil afterwards
-    std::string className() const;
-    bool isA(std::string_view className) const; // also of a superclass
+    std::string className() const;                // as it is declared
+    bool isA(std::string_view className) const;   // also of a superclass
 
     // What follows the host's part of the object: the instance data of its class.
     void* instanceData() const;
@@ -58,6 +60,7 @@ public:
     Value call(std::string_view method, Values&&... values);
     Value callWith(std::string_view method, const std::vector<Value>& values);
 
+    // What the property's getter answers, and what its setter is given.
     Value get(std::string_view property) const;
     void set(std::string_view property, const Value& value);
 
@@ -69,9 +72,11 @@ public:
     // How often a handler of the event has been called on this object.
     std::size_t timesRaised(std::string_view event) const;
 
+    // Whether both are the same object, or nil.
     friend bool operator==(const Object& one, const Object& other) { return one.handle_ == other.handle_; }
 
 protected:
+    // The runtime's inside, which kinds of objects work with.
     const std::shared_ptr<Core>& core() const { return core_; }
 
 private:

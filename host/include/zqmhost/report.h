@@ -8,6 +8,7 @@ namespace zqm::host {
 
 // A breach of the interface by a plugin. It is noted and the call answered neutrally, never a crash.
 struct Report {
+    // What was breached.
     enum class Kind {
         NullHandle,
         ForeignHandle,  // never given out by this runtime
@@ -32,6 +33,7 @@ const char* nameOf(Report::Kind kind);
 // What is alive at one moment, and the locks on it. Two equal ledgers around a piece of work mean that it
 // left nothing behind.
 struct Ledger {
+    // Of one kind of handles.
     struct Count {
         std::int64_t handles = 0;
         std::int64_t locks = 0;

@@ -33,6 +33,7 @@ namespace zqm::host {
 // The version of a host whose options say nothing else.
 inline constexpr double kDefaultVersion = 2023.02;
 
+// What host a runtime is.
 struct Options {
     std::optional<double> version = kDefaultVersion; // none: "REALGetRBVersion" is not offered
     std::vector<std::string> refused = {};           // entry points refused from the start
@@ -43,6 +44,7 @@ struct Options {
 
 using Seconds = std::chrono::duration<double>;
 
+// The host: loads plugins, makes objects of their classes, and runs the run loop.
 class Runtime {
 public:
     // Throws CallError while another runtime exists.
@@ -91,6 +93,7 @@ public:
     // A class of the host program's own. Throws CallError.
     void defineClass(const ClassDefinition& definition);
 
+    // Of bytes in an encoding, which are taken as they are.
     String string(std::string_view bytes, std::uint32_t encoding = encoding::kUtf8);
     // Throws CallError when the bytes are no UTF-8.
     Text text(std::string_view utf8);
@@ -136,9 +139,12 @@ public:
     std::optional<std::vector<Value>> runUntilRaised(const Object& object, std::string_view event,
                                                      Seconds atMost);
 
+    // What the plugin gets of the host, to take parts of it away.
     EntryPointControl entryPoints();
+    // Breaches of the interface by plugins, oldest first.
     std::vector<Report> reports() const;
-    void clearReports();
+    void clearReports(); // forgets them
+    // What is alive now.
     Ledger ledger() const;
 
 private:

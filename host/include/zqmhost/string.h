@@ -28,16 +28,19 @@ class String {
 public:
     String() = default;
     String(std::shared_ptr<Core> core, REALstring locked) noexcept; // takes over the caller's lock
+    // Another lock on the same one, or the lock of the other.
     String(const String& other);
     String(String&& other) noexcept;
     String& operator=(String other) noexcept;
     ~String();
 
+    // Whether this is nil.
     bool isNull() const { return handle_ == nullptr; }
     REALstring handle() const { return handle_; } // borrowed
     REALstring release() noexcept;                // hands the lock to the caller; nil afterwards
 
     std::string bytes() const; // as they stand; empty for nil
+    // The number of their encoding; that of UTF-8 for nil.
     std::uint32_t encoding() const;
     // In UTF-8; throws CallError when the bytes are no text of their encoding.
     std::string text() const;

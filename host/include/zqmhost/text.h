@@ -15,11 +15,13 @@ class Text {
 public:
     Text() = default;
     Text(std::shared_ptr<Core> core, REALtext locked) noexcept; // takes over the caller's lock
+    // Another lock on the same one, or the lock of the other.
     Text(const Text& other);
     Text(Text&& other) noexcept;
     Text& operator=(Text other) noexcept;
     ~Text();
 
+    // Whether this is nil.
     bool isNull() const { return handle_ == nullptr; }
     REALtext handle() const { return handle_; } // borrowed
     REALtext release() noexcept;                // hands the lock to the caller; nil afterwards

@@ -28,6 +28,7 @@ struct ByRef {
 class Value {
 public:
     Value() = default; // nil of any kind
+    // Each kind of value.
     Value(std::nullptr_t) {}
     Value(bool value) : content_(value) {}
     template <std::integral Integer>
@@ -59,6 +60,7 @@ public:
 
     using Content =
         std::variant<std::monostate, bool, std::int64_t, double, std::string, String, Text, Object, ByRef>;
+    // Of whatever kind it is.
     const Content& content() const { return content_; }
 
 private:
@@ -71,6 +73,7 @@ private:
 // declaration.
 class Arguments {
 public:
+    // Of an event that the object raises.
     Arguments(Object sender, std::vector<Value> values)
         : sender_(std::move(sender)), values_(std::move(values)) {}
 

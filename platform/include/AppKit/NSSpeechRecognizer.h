@@ -12,6 +12,7 @@
 
 @protocol NSSpeechRecognizerDelegate;
 
+// Listens for the commands of one list.
 __attribute__((visibility("default")))
 @interface NSSpeechRecognizer : NSObject {
 @private

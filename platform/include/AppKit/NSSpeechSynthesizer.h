@@ -39,6 +39,7 @@ typedef NS_ENUM(NSUInteger, NSSpeechBoundary) {
 
 @protocol NSSpeechSynthesizerDelegate;
 
+// Speaks one text at a time.
 __attribute__((visibility("default")))
 @interface NSSpeechSynthesizer : NSObject {
 @private
@@ -112,6 +113,7 @@ __attribute__((visibility("default")))
 - (id<NSSpeechSynthesizerDelegate>)delegate;
 - (void)setDelegate:(id<NSSpeechSynthesizerDelegate>)delegate;
 
+// The identifier of the voice that speaks.
 - (NSSpeechSynthesizerVoiceName)voice;
 
 // nil is the default voice. NO while speaking and for a voice that does not exist. Resets rate, volume and
@@ -144,13 +146,16 @@ __attribute__((visibility("default")))
             willSpeakWord:(NSRange)characterRange
                  ofString:(NSString*)string;
 
+// The opcode is one of NSSpeechPhonemeSymbolsProperty.
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender willSpeakPhoneme:(short)phonemeOpcode;
 
+// The index counts UTF-16 units of string; the message is for people.
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender
     didEncounterErrorAtIndex:(NSUInteger)characterIndex
                     ofString:(NSString*)string
                      message:(NSString*)message;
 
+// The characters of the number that the text has there.
 - (void)speechSynthesizer:(NSSpeechSynthesizer*)sender didEncounterSyncMessage:(NSString*)message;
 
 @end

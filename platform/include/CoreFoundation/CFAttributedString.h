@@ -11,6 +11,7 @@ CF_EXTERN_C_BEGIN
 
 typedef const struct __CFAttributedString* CFAttributedStringRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFAttributedStringGetTypeID(void);
 
 CF_EXTERN_C_END

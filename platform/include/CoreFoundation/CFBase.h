@@ -39,6 +39,7 @@ typedef const struct __CFAllocator* CFAllocatorRef;
 typedef const struct __CFString* CFStringRef;
 typedef struct __CFString* CFMutableStringRef;
 
+// So many elements from this one on.
 typedef struct {
     CFIndex location;
     CFIndex length;

@@ -11,6 +11,7 @@ CF_EXTERN_C_BEGIN
 
 typedef struct __CFBundle* CFBundleRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFBundleGetTypeID(void);
 
 CF_EXTERN_C_END

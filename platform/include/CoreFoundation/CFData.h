@@ -11,6 +11,7 @@ CF_EXTERN_C_BEGIN
 
 typedef const struct __CFData* CFDataRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFDataGetTypeID(void);
 
 CF_EXTERN_C_END

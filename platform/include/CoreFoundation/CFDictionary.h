@@ -12,6 +12,7 @@ CF_EXTERN_C_BEGIN
 typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFDictionary* CFMutableDictionaryRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFDictionaryGetTypeID(void);
 
 typedef const void* (*CFDictionaryRetainCallBack)(CFAllocatorRef allocator, const void* value);
@@ -20,6 +21,7 @@ typedef CFStringRef (*CFDictionaryCopyDescriptionCallBack)(const void* value);
 typedef Boolean (*CFDictionaryEqualCallBack)(const void* value1, const void* value2);
 typedef CFHashCode (*CFDictionaryHashCallBack)(const void* value);
 
+// What is done with keys; null: nothing, and they are compared by address.
 typedef struct {
     CFIndex version;
     CFDictionaryRetainCallBack retain;
@@ -29,6 +31,7 @@ typedef struct {
     CFDictionaryHashCallBack hash;
 } CFDictionaryKeyCallBacks;
 
+// The same of values.
 typedef struct {
     CFIndex version;
     CFDictionaryRetainCallBack retain;
@@ -47,6 +50,7 @@ CF_EXPORT CFMutableDictionaryRef CFDictionaryCreateMutable(CFAllocatorRef alloca
                                                            const CFDictionaryKeyCallBacks* keyCallBacks,
                                                            const CFDictionaryValueCallBacks* valueCallBacks);
 
+// How many pairs there are.
 CF_EXPORT CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
 
 // The value of a key, not retained; null when there is none (or the value is null).

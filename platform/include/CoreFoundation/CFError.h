@@ -11,6 +11,7 @@ CF_EXTERN_C_BEGIN
 
 typedef struct __CFError* CFErrorRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFErrorGetTypeID(void);
 
 CF_EXTERN_C_END

@@ -16,6 +16,7 @@ typedef const struct __CFNumber* CFNumberRef;
 CF_EXPORT const CFBooleanRef kCFBooleanTrue;
 CF_EXPORT const CFBooleanRef kCFBooleanFalse;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFBooleanGetTypeID(void);
 CF_EXPORT CFTypeID CFNumberGetTypeID(void);
 

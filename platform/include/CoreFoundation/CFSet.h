@@ -11,6 +11,7 @@ CF_EXTERN_C_BEGIN
 
 typedef const struct __CFSet* CFSetRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFSetGetTypeID(void);
 
 CF_EXTERN_C_END

@@ -9,6 +9,7 @@
 
 CF_EXTERN_C_BEGIN
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFStringGetTypeID(void);
 
 typedef UInt32 CFStringEncoding;

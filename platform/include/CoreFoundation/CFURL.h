@@ -11,6 +11,7 @@ CF_EXTERN_C_BEGIN
 
 typedef const struct __CFURL* CFURLRef;
 
+// The number of this kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CFURLGetTypeID(void);
 
 // A URL, relative to baseURL unless that is null. Null for a text that is no URL: it is empty, or holds a

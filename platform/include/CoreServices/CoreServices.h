@@ -51,12 +51,14 @@ typedef SInt16 FSVolumeRefNum;
 typedef UInt32 TextEncoding;
 typedef struct __FSFileSecurity* FSFileSecurityRef;
 
+// In a catalogue record; always zero here.
 typedef struct UTCDateTime {
     UInt16 highSeconds;
     UInt32 lowSeconds;
     UInt16 fraction;
 } UTCDateTime;
 
+// The same.
 typedef struct FSPermissionInfo {
     UInt32 userID;
     UInt32 groupID;
@@ -66,6 +68,7 @@ typedef struct FSPermissionInfo {
     FSFileSecurityRef fileSec;
 } FSPermissionInfo;
 
+// What FSGetCatalogInfo fills in: nodeID at most.
 typedef struct FSCatalogInfo {
     UInt16 nodeFlags;
     FSVolumeRefNum volume;

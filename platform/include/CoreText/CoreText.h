@@ -21,6 +21,7 @@ typedef const struct __CTRun* CTRunRef;
 typedef const struct __CTRunDelegate* CTRunDelegateRef;
 typedef const struct __CTTypesetter* CTTypesetterRef;
 
+// The number of each kind of object, as CFGetTypeID answers it.
 CF_EXPORT CFTypeID CTFontGetTypeID(void);
 CF_EXPORT CFTypeID CTFontCollectionGetTypeID(void);
 CF_EXPORT CFTypeID CTFrameGetTypeID(void);

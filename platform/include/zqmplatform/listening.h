@@ -9,6 +9,7 @@
 
 CF_EXTERN_C_BEGIN
 
+// What happens; each tells with which members of the event.
 typedef enum {
     ZQMListeningBegan = 1,          // sound arrives; the seconds of what follows count from here
     ZQMListeningFailed,             // none does, for `reason`; from a microphone it is tried again
@@ -20,6 +21,7 @@ typedef enum {
     ZQMListeningMoreCommandsRefused // after a hundred of those: `count` more that can't be, in all
 } ZQMListeningEventKind;
 
+// One of them; members that don't belong to it are zero.
 typedef struct {
     ZQMListeningEventKind kind;
     double begin, end; // seconds of sound

@@ -10,6 +10,7 @@
 
 CF_EXTERN_C_BEGIN
 
+// What is told, and with which members of the event.
 typedef enum {
     ZQMSpeakingWord = 1, // at `position`, of `length`
     ZQMSpeakingPhoneme,  // of `opcode` and `symbol`; it lasts to the next one
@@ -18,6 +19,7 @@ typedef enum {
     ZQMSpeakingFinished  // `completed` or not; the last of an utterance
 } ZQMSpeakingEventKind;
 
+// One of them; members that don't belong to it are zero.
 typedef struct {
     ZQMSpeakingEventKind kind;
     // Seconds of the utterance's sound at which it is heard, from 0; of the finish: how long the sound is. What
