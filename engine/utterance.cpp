@@ -21,6 +21,17 @@ constexpr int kLongestRepeatedSeconds = 10;
 
 constexpr int kMilliseconds = 1000;
 
+// Of an event that is told as a place of the sound is heard.
+void setPlace(protocol::Event& event, double seconds) {
+    std::visit(
+        [&](auto& message) {
+            if constexpr (requires { message.at; }) {
+                message.at = seconds;
+            }
+        },
+        event);
+}
+
 } // namespace
 
 Utterance::Utterance(protocol::Speak request, const protocol::Voice& voice, Speaker& speaker,
@@ -39,7 +50,7 @@ void Utterance::begin(const std::string& error) {
 
 void Utterance::end(bool completed, const std::string& error) {
     over_ = true;
-    report_(protocol::Finished{number_, completed, error});
+    report_(protocol::Finished{number_, completed, error, seconds(length())});
 }
 
 void Utterance::advance() {
@@ -143,7 +154,9 @@ bool Utterance::makeMore() {
     const bool hasWords = stretch->soundEnd > 0;
     soundEnd_ = hasWords ? stretch_ + stretch->soundEnd : track_.end();
     for (const Cue& cue : stretch->cues) {
-        cues_.push_back({stretch_ + cue.sample, stretch_ + cue.end, cue.event, cue.startsSentence});
+        const std::uint64_t sample = stretch_ + cue.sample;
+        cues_.push_back({sample, stretch_ + cue.end, cue.event, cue.startsSentence});
+        setPlace(cues_.back().event, seconds(sample));
     }
     for (const Stretch::VolumeChange& change : stretch->volumes) {
         volume_.change(stretch_ + change.sample, change.volume);
@@ -180,7 +193,15 @@ std::uint64_t Utterance::heard() const {
     return std::min(origin_ + output_->heard(), cursor_);
 }
 
+std::uint64_t Utterance::length() const {
+    if (!output_) {
+        return 0;
+    }
+    return isLive() ? furthest_ : output_->heard();
+}
+
 void Utterance::reportUpTo(std::uint64_t sample) {
+    furthest_ = std::max(furthest_, std::min(sample, cursor_));
     while (told_ < cues_.size() && cues_[told_].sample < sample) {
         if (std::holds_alternative<protocol::Word>(cues_[told_].event)) {
             word_ = {cues_[told_].sample, cues_[told_].end};
@@ -228,6 +249,7 @@ void Utterance::stopNow() {
     }
     begin({});
     if (output_) {
+        furthest_ = std::max(furthest_, heard());
         output_->stop();
     }
     const bool failed = output_ && output_->state() == Output::State::Failed;
@@ -327,6 +349,7 @@ void Utterance::reachHold() {
 
 void Utterance::standStill() {
     if (isLive()) {
+        furthest_ = std::max(furthest_, *hold_->at);
         output_->pause();
         const std::uint64_t at = wantedFrom(*hold_->at);
         if (at < cursor_) {

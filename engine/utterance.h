@@ -76,6 +76,11 @@ private:
     void dropTold();
     [[nodiscard]] std::uint64_t wantedFrom(std::uint64_t sample) const;
     void forgetTheRest();
+    [[nodiscard]] double seconds(std::uint64_t sample) const {
+        return static_cast<double>(sample) / sampleRate_;
+    }
+    // Of the sound that was heard or written.
+    [[nodiscard]] std::uint64_t length() const;
 
     void hold(const Hold& hold);
     void letGo();
@@ -98,6 +103,7 @@ private:
     std::uint64_t stretch_ = 0;     // where the last one begins
     std::uint64_t soundEnd_ = 0;    // of its last word
     std::uint64_t cursor_ = 0;      // what comes before was handed over
+    std::uint64_t furthest_ = 0;    // heard up to there, and told
     std::uint64_t origin_ = 0;      // where the output began, or began again
     std::deque<PlacedCue> cues_;    // since the word being heard, and to come
     std::size_t told_ = 0;          // of them

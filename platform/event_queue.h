@@ -23,11 +23,13 @@ public:
     [[nodiscard]] bool isEmpty() const { return items_.empty(); }
 
     // The first of them, which there is; its utterance is for the caller to fill in.
-    SpeechEvent take();
+    [[nodiscard]] SpeechEvent first() const;
+    void removeFirst();
     void clear();
 
 private:
     struct Item {
+        double time;
         std::uint32_t first;  // position, opcode or sync message
         std::uint32_t second; // length
         SpeechEvent::Kind kind;

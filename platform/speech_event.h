@@ -1,4 +1,4 @@
-// What a synthesizer tells its delegate.
+// What a synthesizer tells its delegate, and who observes it.
 
 #pragma once
 
@@ -13,6 +13,7 @@ struct SpeechEvent {
 
     std::uint64_t utterance = 0;
     Kind kind = Kind::Word;
+    double time = 0;          // in the utterance's sound, in seconds
     std::size_t position = 0; // of a word or problem, in UTF-16 units
     std::size_t length = 0;   // of a word
     std::uint32_t value = 0;  // a phoneme's opcode, a sync message

@@ -1,5 +1,6 @@
 #include "platform/speech_session.h"
 
+#include <algorithm>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -144,7 +145,7 @@ void SpeechSession::stop(protocol::Boundary boundary) {
         return;
     }
     for (Utterance& each : utterances_) {
-        each.events.clear();
+        drop(each);
     }
     if (utterance != nullptr) {
         utterance->isStopped = true;
@@ -272,20 +273,43 @@ void SpeechSession::takeMessages() {
     tellHub();
 }
 
-std::optional<SpeechEvent> SpeechSession::nextEvent() {
+// Whose event is the next one; null: there is none.
+SpeechSession::Utterance* SpeechSession::utteranceToTell() {
     if (engine_.mayHaveMore()) {
         takeMessages();
     }
+    return hasEvent() ? &utterances_.front() : nullptr;
+}
+
+SpeechEvent SpeechSession::firstEvent(const Utterance& utterance) {
+    SpeechEvent event = utterance.events.isEmpty() ? SpeechEvent{.kind = SpeechEvent::Kind::Finished,
+                                                                 .time = utterance.time,
+                                                                 .completed = utterance.completed}
+                                                   : utterance.events.first();
+    event.utterance = utterance.number;
+    return event;
+}
+
+std::optional<SpeechEvent> SpeechSession::nextEvent() {
     std::optional<SpeechEvent> event;
-    if (hasEvent()) {
-        Utterance& first = utterances_.front();
-        event = first.events.isEmpty()
-                    ? SpeechEvent{.kind = SpeechEvent::Kind::Finished, .completed = first.completed}
-                    : first.events.take();
-        event->utterance = first.number;
+    if (Utterance* const utterance = utteranceToTell()) {
+        event = firstEvent(*utterance);
+        utterance->isShown = false;
         if (event->kind == SpeechEvent::Kind::Finished) {
             utterances_.pop_front();
+        } else {
+            utterance->events.removeFirst();
         }
+    }
+    tellHub();
+    return event;
+}
+
+std::optional<SpeechEvent> SpeechSession::eventToShow() {
+    std::optional<SpeechEvent> event;
+    Utterance* const utterance = utteranceToTell();
+    if (utterance != nullptr && !std::exchange(utterance->isShown, true)) {
+        event = firstEvent(*utterance);
     }
     tellHub();
     return event;
@@ -305,9 +329,17 @@ void SpeechSession::end(Utterance& utterance, bool completed) {
     tellHub();
 }
 
+// What is heard and not delivered yet; the end is none of that.
+void SpeechSession::drop(Utterance& utterance) {
+    if (!utterance.events.isEmpty()) {
+        utterance.events.clear();
+        utterance.isShown = false;
+    }
+}
+
 void SpeechSession::interrupt() {
     if (Utterance* const utterance = current()) {
-        utterance->events.clear();
+        drop(*utterance);
         end(*utterance, false);
     }
 }
@@ -329,6 +361,14 @@ bool SpeechSession::accept(const protocol::Event& event) {
         event);
 }
 
+template <typename Message>
+void SpeechSession::keep(Utterance& utterance, const Message& message) {
+    if (!utterance.isStopped) {
+        utterance.time = std::max(utterance.time, message.at);
+        utterance.events.add(message);
+    }
+}
+
 bool SpeechSession::hear(Utterance& utterance, const protocol::Word& word) {
     const bool isWord = word.length > 0 && word.position >= utterance.floor &&
                         word.position <= utterance.length &&
@@ -340,17 +380,13 @@ bool SpeechSession::hear(Utterance& utterance, const protocol::Word& word) {
     utterance.begin = word.position;
     utterance.end = word.position + word.length;
     utterance.floor = utterance.end;
-    if (!utterance.isStopped) {
-        utterance.events.add(word);
-    }
+    keep(utterance, word);
     return true;
 }
 
 bool SpeechSession::hear(Utterance& utterance, const protocol::Phoneme& phoneme) {
     utterance.phoneme = phoneme.opcode;
-    if (!utterance.isStopped) {
-        utterance.events.add(phoneme);
-    }
+    keep(utterance, phoneme);
     return true;
 }
 
@@ -363,17 +399,13 @@ bool SpeechSession::hear(Utterance& utterance, const protocol::Problem& problem)
         problems_.oldest = place;
     }
     problems_.newest = place;
-    if (!utterance.isStopped) {
-        utterance.events.add(problem);
-    }
+    keep(utterance, problem);
     return true;
 }
 
 bool SpeechSession::hear(Utterance& utterance, const protocol::Sync& sync) {
     sync_ = sync.message;
-    if (!utterance.isStopped) {
-        utterance.events.add(sync);
-    }
+    keep(utterance, sync);
     return true;
 }
 
@@ -399,6 +431,7 @@ bool SpeechSession::finish(const protocol::Finished& finished) {
     outputs_.erase(finished.utterance);
     Utterance* const utterance = current();
     if (utterance != nullptr && finished.utterance == utterance->number) {
+        utterance->time = finished.at;
         end(*utterance, finished.completed);
         failure_ = finished.error;
     }

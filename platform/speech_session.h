@@ -97,6 +97,9 @@ public:
     // The next event to be delivered, in order.
     std::optional<SpeechEvent> nextEvent();
 
+    // The same for somebody who sees each of them first; nothing when it was shown already.
+    std::optional<SpeechEvent> eventToShow();
+
     // Why the last utterance that failed did; told once, empty when none did.
     std::string takeFailure();
 
@@ -105,10 +108,12 @@ private:
         std::uint64_t number;
         std::size_t length;
         EventQueue events{};
+        bool isShown = false;  // the first event that is to be delivered
         std::size_t begin = 0; // of the last word heard
         std::size_t end = 0;
         std::size_t floor = 0; // no word comes from before
         int phoneme = 0;       // the last one heard
+        double time = 0;       // up to where it was heard, in seconds
         bool isPaused = false;
         std::uint64_t continues = 0; // not answered yet
         bool isStopped = false;      // what is heard of it is of no interest any more
@@ -120,6 +125,9 @@ private:
     bool openEngine(std::string& error);
     void tellLexicon();
     bool begin(const SpeechRequest& request, const std::optional<OutputFile>& output, std::string& error);
+    template <typename Message>
+    static void keep(Utterance& utterance, const Message& message);
+    static void drop(Utterance& utterance);
     void end(Utterance& utterance, bool completed);
     void interrupt();
     // What the engine says unasked; false when it makes no sense.
@@ -138,6 +146,8 @@ private:
     bool fail(const char* reason, std::string& error);
     void loseEngine(const char* reason);
     [[nodiscard]] bool hasEvent() const;
+    Utterance* utteranceToTell();
+    static SpeechEvent firstEvent(const Utterance& utterance);
     void tellHub();
 
     OwnEngine engine_;

@@ -3,6 +3,7 @@
 #include "platform/delegate_messages.h"
 #include "platform/file_url.h"
 #include "platform/foundation_text.h"
+#include "platform/speaking_observer.h"
 #include "platform/speech_dictionary.h"
 #include "platform/text_portions.h"
 #include "platform/voice_catalogue.h"
@@ -184,7 +185,17 @@ void Synthesizer::reset() {
 
 // The last thing that is done with this object here is the callback, which may end it.
 bool Synthesizer::deliver() {
-    while (auto event = session_.nextEvent()) {
+    for (;;) {
+        if (isSpeakingObserved()) {
+            if (const auto event = session_.eventToShow()) {
+                tellObserver(*event);
+                return true;
+            }
+        }
+        const auto event = session_.nextEvent();
+        if (!event) {
+            return false;
+        }
         if (const std::string failure = session_.takeFailure(); !failure.empty()) {
             NSLog(@"Speech ended early: %s", failure.c_str());
         }
@@ -199,7 +210,6 @@ bool Synthesizer::deliver() {
             return true;
         }
     }
-    return false;
 }
 
 } // namespace zqm::platform

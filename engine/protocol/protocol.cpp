@@ -173,23 +173,26 @@ Json write(const Word& word) {
     return {{"type", "word"},
             {"utterance", word.utterance},
             {"position", word.position},
-            {"length", word.length}};
+            {"length", word.length},
+            {"at", number(word.at)}};
 }
 
 Json write(const Phoneme& phoneme) {
-    return {{"type", "phoneme"}, {"utterance", phoneme.utterance}, {"opcode", phoneme.opcode}};
+    return {{"type", "phoneme"},
+            {"utterance", phoneme.utterance},
+            {"opcode", phoneme.opcode},
+            {"at", number(phoneme.at)}};
 }
 
 Json write(const Problem& problem) {
-    return {{"type", "problem"},
-            {"utterance", problem.utterance},
-            {"code", problem.code},
-            {"position", problem.position},
-            {"message", problem.message}};
+    return {{"type", "problem"},          {"utterance", problem.utterance},
+            {"code", problem.code},       {"position", problem.position},
+            {"message", problem.message}, {"at", number(problem.at)}};
 }
 
 Json write(const Sync& sync) {
-    return {{"type", "sync"}, {"utterance", sync.utterance}, {"message", sync.message}};
+    return {
+        {"type", "sync"}, {"utterance", sync.utterance}, {"message", sync.message}, {"at", number(sync.at)}};
 }
 
 Json write(const Paused& paused) {
@@ -201,7 +204,10 @@ Json write(const Continued& continued) {
 }
 
 Json write(const Finished& finished) {
-    Json message{{"type", "finished"}, {"utterance", finished.utterance}, {"completed", finished.completed}};
+    Json message{{"type", "finished"},
+                 {"utterance", finished.utterance},
+                 {"completed", finished.completed},
+                 {"at", number(finished.at)}};
     if (!finished.error.empty()) {
         message["error"] = finished.error;
     }
@@ -365,12 +371,19 @@ Voices readVoices(Members& members) {
     return voices;
 }
 
+double readTime(Members& members) {
+    const double time = members.real("at");
+    require(time >= 0); // which a thing that is no number isn't
+    return time;
+}
+
 Word readWord(Members& members) {
     Word word;
     word.utterance = members.utterance();
     word.position = members.natural("position");
     word.length = members.natural("length", 1);
     require(word.position <= std::numeric_limits<std::uint64_t>::max() - word.length);
+    word.at = readTime(members);
     return word;
 }
 
@@ -378,6 +391,7 @@ Phoneme readPhoneme(Members& members) {
     Phoneme phoneme;
     phoneme.utterance = members.utterance();
     phoneme.opcode = static_cast<int>(members.natural("opcode", 0, std::numeric_limits<std::int16_t>::max()));
+    phoneme.at = readTime(members);
     return phoneme;
 }
 
@@ -387,6 +401,7 @@ Problem readProblem(Members& members) {
     problem.code = members.integer("code");
     problem.position = members.natural("position");
     problem.message = members.nonEmpty("message");
+    problem.at = readTime(members);
     return problem;
 }
 
@@ -395,6 +410,7 @@ Sync readSync(Members& members) {
     sync.utterance = members.utterance();
     sync.message =
         static_cast<std::uint32_t>(members.natural("message", 0, std::numeric_limits<std::uint32_t>::max()));
+    sync.at = readTime(members);
     return sync;
 }
 
@@ -404,6 +420,7 @@ Finished readFinished(Members& members) {
     finished.completed = members.boolean("completed");
     finished.error = members.optionalError();
     require(!finished.completed || finished.error.empty());
+    finished.at = readTime(members);
     return finished;
 }
 

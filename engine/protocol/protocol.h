@@ -4,12 +4,12 @@
 //
 // The road of one utterance (for that of a listening session see listening_messages.h):
 //
-//   host   ->
-//   {"type":"speak","utterance":7,"text":...,"voice":...,"manner":...,"delimiters":...,"output":...} engine
-//   -> {"type":"started","utterance":7}              the one reply; with "error" it never began engine ->
-//   {"type":"word","utterance":7,"position":0,"length":5}     any number of these, and of
-//             "phoneme", "sync" and "problem", in the order and at the time of their sound
-//   engine -> {"type":"finished","utterance":7,"completed":true}        the last word on utterance 7
+//   host   -> {"type":"speak","utterance":7,"text":...,"voice":...,"manner":...,"delimiters":...,
+//             "output":...}
+//   engine -> {"type":"started","utterance":7}              the one reply; with "error" it never began
+//   engine -> {"type":"word","utterance":7,"position":0,"length":5,"at":0.04}    any number of these, and
+//             of "phoneme", "sync" and "problem", in the order and at the time of their sound
+//   engine -> {"type":"finished","utterance":7,"completed":true,"at":0.52}       the last word on it
 //
 // - An engine speaks one utterance at a time. A new "speak" ends the one before it: its "finished"
 //   precedes the new "started".
@@ -18,6 +18,8 @@
 //   before; each "continue" of the utterance being spoken by "continued", paused or not. After a pause the
 //   words from the one that was cut on are told again.
 // - Positions and lengths count UTF-16 units of the text, its commands included.
+// - "at" is the place in the utterance's sound, in seconds from its beginning and exact to the sample. What
+//   is told again after a pause has the place that it had. That of "finished" is the length of the sound.
 // - The engine never waits for the host to read: what it has to say it keeps until there is room.
 // - End of file on the socket ends the engine.
 // - A line that is no message of these ends the conversation: the reader closes the socket.
@@ -173,6 +175,7 @@ struct Word {
     std::uint64_t utterance = 0;
     std::uint64_t position = 0;
     std::uint64_t length = 0;
+    double at = 0;
 
     bool operator==(const Word&) const = default;
 };
@@ -181,6 +184,7 @@ struct Word {
 struct Phoneme {
     std::uint64_t utterance = 0;
     int opcode = 0;
+    double at = 0;
 
     bool operator==(const Phoneme&) const = default;
 };
@@ -190,7 +194,8 @@ struct Problem {
     std::uint64_t utterance = 0;
     int code = 0;
     std::uint64_t position = 0;
-    std::string message; // for people
+    std::string message{}; // for people
+    double at = 0;
 
     bool operator==(const Problem&) const = default;
 };
@@ -198,6 +203,7 @@ struct Problem {
 struct Sync {
     std::uint64_t utterance = 0;
     std::uint32_t message = 0;
+    double at = 0;
 
     bool operator==(const Sync&) const = default;
 };
@@ -217,7 +223,8 @@ struct Continued {
 struct Finished {
     std::uint64_t utterance = 0;
     bool completed = false; // to the end, not stopped or failed
-    std::string error;      // why it failed; empty when completed or stopped
+    std::string error{};    // why it failed; empty when completed or stopped
+    double at = 0;
 
     bool operator==(const Finished&) const = default;
 };

@@ -246,12 +246,32 @@ std::uint64_t utteranceOf(const Event& event) {
 
 } // namespace
 
+std::optional<double> timeOf(const Event& event) {
+    return std::visit(
+        [](const auto& message) -> std::optional<double> {
+            if constexpr (requires { message.at; }) {
+                return message.at;
+            } else {
+                return std::nullopt;
+            }
+        },
+        event);
+}
+
 std::vector<std::string> faults(const std::vector<Event>& events, std::uint64_t utterance) {
     std::vector<std::string> faults;
     std::uint64_t covered = 0;
     std::uint64_t last = 0;
+    double time = 0;
+    double timeOfLast = 0;
     for (std::size_t index = 0; index < events.size(); ++index) {
         const std::string place = " at " + std::to_string(index);
+        if (const auto at = timeOf(events[index])) {
+            if (*at < time) {
+                faults.push_back("a time before the last one" + place);
+            }
+            time = *at;
+        }
         if (const auto* const word = std::get_if<protocol::Word>(&events[index])) {
             if (word->utterance != utterance) {
                 faults.push_back("a word of another utterance" + place);
@@ -260,9 +280,11 @@ std::vector<std::string> faults(const std::vector<Event>& events, std::uint64_t 
                 faults.push_back("a word out of order" + place);
             }
             last = word->position;
+            timeOfLast = word->at;
             covered = word->position + word->length;
         } else if (std::holds_alternative<protocol::Paused>(events[index])) {
             covered = last; // a word that was cut is told again
+            time = timeOfLast;
         } else if (const auto* const start = std::get_if<protocol::Started>(&events[index])) {
             if (index != 0 || start->utterance != utterance) {
                 faults.push_back("a surplus start" + place);

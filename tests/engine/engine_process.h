@@ -94,7 +94,10 @@ struct Target {
 std::vector<protocol::Word> wordsIn(const std::vector<protocol::Event>& events);
 std::vector<std::string> cutOut(std::string_view text, const std::vector<protocol::Event>& events);
 
-// Everything wrong with the events of one utterance: their order, their number, their words.
+// In the utterance's sound; nothing: it has none.
+std::optional<double> timeOf(const protocol::Event& event);
+
+// Everything wrong with the events of one utterance: their order, their number, their words, their times.
 std::vector<std::string> faults(const std::vector<protocol::Event>& events, std::uint64_t utterance);
 
 // The "finished" at the end, if that is what stands there.

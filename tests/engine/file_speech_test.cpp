@@ -362,8 +362,8 @@ TEST_F(FileSpeech, aWordOfAMegabyteIsToldOnce) {
     engine.send(request, std::move(target.descriptors));
     engine.flush();
     ASSERT_TRUE(std::holds_alternative<Started>(*engine.next()));
-    EXPECT_EQ(engine.nextOf<Word>(), (Word{1, 0, 3}));
-    EXPECT_EQ(engine.nextOf<Word>(), (Word{1, 4, kLength}));
+    EXPECT_THAT(engine.nextOf<Word>(), testing::Optional(testing::FieldsAre(1U, 0U, 3U, testing::_)));
+    EXPECT_THAT(engine.nextOf<Word>(), testing::Optional(testing::FieldsAre(1U, 4U, kLength, testing::_)));
     engine.send(Stop{1});
     EXPECT_THAT(wordsIn(engine.untilEnd(1)).size(), testing::Le(1U));
 }

@@ -211,7 +211,7 @@ TEST_F(MicrophoneListening, goesOnWhileTheEngineSpeaks) {
     setCommands(engine);
     begin(engine, 1);
     engine.send(speak(1, "One."));
-    EXPECT_EQ(engine.nextOf<Finished>(), (Finished{1, true, ""}));
+    EXPECT_THAT(engine.nextOf<Finished>(), testing::Optional(testing::FieldsAre(1U, true, "", testing::_)));
     expectToHearTheRecording(1);
 }
 

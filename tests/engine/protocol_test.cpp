@@ -80,11 +80,12 @@ INSTANTIATE_TEST_SUITE_P(
                       {"x", "", "", "neuter", 2147483647}},
                      "espeak-ng",
                      "1.51"}),
-        Event(Started{1, ""}), Event(Started{1, "no sound server answers"}), Event(Word{1, 0, 5}),
-        Event(Word{1, std::uint64_t{1} << 63, 1}), Event(Phoneme{1, 0}), Event(Phoneme{1, 41}),
-        Event(Phoneme{1, 32767}), Event(Problem{1, -245, 17, "the rate is no number"}),
-        Event(Problem{1, 2147483647, 0, "x"}), Event(Problem{1, -2147483647 - 1, 0, "x"}), Event(Sync{1, 0}),
-        Event(Sync{1, 0xFFFFFFFF}), Event(Paused{7}), Event(Continued{7}), Event(Finished{1, true, ""}),
+        Event(Started{1, ""}), Event(Started{1, "no sound server answers"}), Event(Word{1, 0, 5, 0}),
+        Event(Word{1, std::uint64_t{1} << 63, 1, 1.0 / 3}), Event(Phoneme{1, 0}),
+        Event(Phoneme{1, 41, 2000.0 / 22050}), Event(Phoneme{1, 32767}),
+        Event(Problem{1, -245, 17, "the rate is no number", 0.5}), Event(Problem{1, 2147483647, 0, "x"}),
+        Event(Problem{1, -2147483647 - 1, 0, "x"}), Event(Sync{1, 0}), Event(Sync{1, 0xFFFFFFFF, 1e9}),
+        Event(Paused{7}), Event(Continued{7}), Event(Finished{1, true, "", 12.5}),
         Event(Finished{1, false, ""}), Event(Finished{1, false, "disk full"}), Event(Phonemes{"_d1AOg."}),
         Event(Phonemes{}), Event(CommandsSet{1, {}}),
         Event(CommandsSet{2, {{0, "nothing in it can be spoken"}, {std::uint64_t{1} << 63, "x"}}, 2}),
@@ -325,32 +326,13 @@ INSTANTIATE_TEST_SUITE_P(
         R"({"type":"started"})", R"({"type":"started","utterance":0})",
         R"({"type":"started","utterance":1,"error":""})", R"({"type":"started","utterance":1,"error":null})",
         R"({"type":"started","utterance":1,"completed":true})",
-        R"({"type":"word","utterance":1,"position":0})", R"({"type":"word","utterance":1,"length":1})",
-        R"({"type":"word","position":0,"length":1})",
-        R"({"type":"word","utterance":1,"position":-1,"length":1})",
-        R"({"type":"word","utterance":1,"position":0,"length":0})",
-        R"({"type":"word","utterance":1,"position":0,"length":1.0})",
-        R"({"type":"word","utterance":1,"position":18446744073709551615,"length":1})",
-        R"({"type":"phoneme","utterance":1})", R"({"type":"phoneme","utterance":1,"opcode":-1})",
-        R"({"type":"phoneme","utterance":1,"opcode":32768})", R"({"type":"phoneme","opcode":1})",
-        R"({"type":"sync","utterance":1})", R"({"type":"sync","utterance":1,"message":-1})",
-        R"({"type":"sync","utterance":1,"message":4294967296})",
-        R"({"type":"sync","utterance":1,"message":"A"})",
-        R"({"type":"problem","utterance":1,"code":-245,"position":0})",
-        R"({"type":"problem","utterance":1,"code":-245,"position":0,"message":""})",
-        R"({"type":"problem","utterance":1,"code":-245,"message":"x"})",
-        R"({"type":"problem","utterance":1,"position":0,"message":"x"})",
-        R"({"type":"problem","utterance":1,"code":-2147483649,"position":0,"message":"x"})",
-        R"({"type":"problem","utterance":1,"code":9223372036854775808,"position":0,"message":"x"})",
-        R"({"type":"problem","utterance":1,"code":1.5,"position":0,"message":"x"})",
-        R"({"type":"problem","utterance":1,"code":-245,"position":-1,"message":"x"})", R"({"type":"paused"})",
-        R"({"type":"paused","utterance":1,"boundary":"word"})", R"({"type":"continued","utterance":0})",
-        R"({"type":"phonemes"})", R"({"type":"phonemes","text":"t","voice":"v"})",
-        R"({"type":"finished","utterance":1})", R"({"type":"finished","utterance":1,"completed":1})",
-        R"({"type":"finished","utterance":1,"completed":false,"error":1})",
-        R"({"type":"finished","utterance":1,"completed":true,"error":"why"})"));
+        R"({"type":"word","utterance":1,"position":18446744073709551615,"length":1,"at":0})",
+        R"({"type":"paused"})", R"({"type":"paused","utterance":1,"boundary":"word"})",
+        R"({"type":"continued","utterance":0})", R"({"type":"phonemes"})",
+        R"({"type":"phonemes","text":"t","voice":"v"})",
+        R"({"type":"finished","utterance":1,"completed":true,"error":"why","at":0})"));
 
-// ---- listening: every member, missing, surplus, twice and of the wrong kind
+// ---- what is heard and listening: every member, missing, surplus, twice and of the wrong kind
 
 struct Kind {
     std::string good;               // a value
@@ -359,6 +341,11 @@ struct Kind {
 
 const Kind kNumber{"1", {"0", "-1", "1.0", "\"1\"", "null", "true", "[1]", "{}", "18446744073709551616"}};
 const Kind kIndex{"0", {"-1", "0.0", "\"0\"", "null", "false", "[0]", "{}", "18446744073709551616"}};
+const Kind kOpcode{"41", {"-1", "32768", "1.0", "\"1\"", "null", "[]", "{}"}};
+const Kind kUInt32{"4294967295", {"-1", "4294967296", "1.0", "\"A\"", "null", "[]", "{}"}};
+const Kind kCode{"-245",
+                 {"-2147483649", "2147483648", "9223372036854775808", "1.5", "\"1\"", "null", "[]", "{}"}};
+const Kind kFalse{"false", {"1", "0", "null", "\"false\"", "[]", "{}"}};
 const Kind kFlag{"true", {"1", "0", "null", "\"true\"", "[]", "{}"}};
 const Kind kText{"\"x\"", {"\"\"", "1", "null", "true", "[\"x\"]", "{}", "\"\\ud800\"", "\"\xFF\""}};
 const Kind kTexts{R"(["a",""])", {"{}", "null", "\"a\"", "1", "[1]", "[null]", "[[\"a\"]]", "[\"\xFF\"]"}};
@@ -378,6 +365,16 @@ struct Layout {
 };
 
 const std::vector<Layout> kLayouts{
+    {"word", false, {{"utterance", kNumber}, {"position", kIndex}, {"length", kNumber}, {"at", kTime}}},
+    {"phoneme", false, {{"utterance", kNumber}, {"opcode", kOpcode}, {"at", kTime}}},
+    {"problem",
+     false,
+     {{"utterance", kNumber}, {"code", kCode}, {"position", kIndex}, {"message", kText}, {"at", kTime}}},
+    {"sync", false, {{"utterance", kNumber}, {"message", kUInt32}, {"at", kTime}}},
+    {"finished",
+     false,
+     {{"utterance", kNumber}, {"completed", kFalse}, {"error", kText}, {"at", kTime}},
+     "error"},
     {"commands", true, {{"list", kNumber}, {"commands", kTexts}}},
     {"listen", true, {{"session", kNumber}, {"reportsLevel", kFlag}, {"fromFile", kFlag}}},
     {"blockOthers", true, {{"blocks", kFlag}}},
@@ -392,7 +389,7 @@ const std::vector<Layout> kLayouts{
     {"endOfInput", false, {{"session", kNumber}}},
 };
 
-class ListeningLine : public testing::TestWithParam<Layout> {
+class MessageLine : public testing::TestWithParam<Layout> {
 protected:
     using Values = std::vector<std::pair<std::string, std::string>>;
 
@@ -420,11 +417,11 @@ protected:
     static constexpr std::pair<bool, bool> kRefused{false, false};
 };
 
-TEST_P(ListeningLine, isTakenInItsDirectionOnly) {
+TEST_P(MessageLine, isTakenInItsDirectionOnly) {
     EXPECT_EQ(taken(goodValues()), kTaken);
 }
 
-TEST_P(ListeningLine, lacksNoMember) {
+TEST_P(MessageLine, lacksNoMember) {
     for (std::size_t left = 0; left < GetParam().members.size(); ++left) {
         Values values = goodValues();
         const std::string name = values[left].first;
@@ -433,7 +430,7 @@ TEST_P(ListeningLine, lacksNoMember) {
     }
 }
 
-TEST_P(ListeningLine, hasNoSurplusMember) {
+TEST_P(MessageLine, hasNoSurplusMember) {
     Values values = goodValues();
     values.emplace_back("more", "1");
     EXPECT_EQ(taken(values), kRefused);
@@ -444,7 +441,7 @@ TEST_P(ListeningLine, hasNoSurplusMember) {
     }
 }
 
-TEST_P(ListeningLine, hasNoMemberOfAnotherKind) {
+TEST_P(MessageLine, hasNoMemberOfAnotherKind) {
     for (std::size_t changed = 0; changed < GetParam().members.size(); ++changed) {
         for (const std::string& wrong : GetParam().members[changed].second.wrong) {
             Values values = goodValues();
@@ -454,7 +451,7 @@ TEST_P(ListeningLine, hasNoMemberOfAnotherKind) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Layouts, ListeningLine, testing::ValuesIn(kLayouts),
+INSTANTIATE_TEST_SUITE_P(Layouts, MessageLine, testing::ValuesIn(kLayouts),
                          [](const auto& each) { return each.param.type; });
 
 TEST(Protocol, tellsNoMoreCommandsThanWereRefused) {

@@ -125,6 +125,7 @@ const std::set<std::string> kExpected{
     "ZQMPlatformEventDescriptor",
     "ZQMPlatformListenToFile",
     "ZQMPlatformObserveListening",
+    "ZQMPlatformObserveSpeaking",
     "__objc_class_name_NSSpeechRecognizer",
     "__objc_class_name_NSSpeechSynthesizer",
     "kCFAllocatorDefault",

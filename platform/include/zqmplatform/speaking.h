@@ -22,9 +22,9 @@ typedef enum {
 // One of them; members that don't belong to it are zero.
 typedef struct {
     ZQMSpeakingEventKind kind;
-    // Seconds of the utterance's sound at which it is heard, from 0; of the finish: how long the sound is. What
-    // is told again after a pause has the time that it had. Of sound to be heard that was stopped, or whose
-    // engine ended, the finish has the time of the last that was told.
+    // Seconds of the utterance's sound at which it is heard, from 0; of the finish: how long the sound is.
+    // What is told again after a pause has the time that it had. Of sound to be heard that was stopped, or
+    // whose engine ended, the finish has the time of the last that was told.
     double time;
     size_t position, length; // UTF-16 units of the text, its commands included
     int opcode;              // the number of NSSpeechSynthesizer's phonemes
@@ -37,8 +37,8 @@ typedef struct {
 
 typedef void (*ZQMSpeakingObserver)(const ZQMSpeakingEvent* event, void* context);
 
-// Whom to tell of what is spoken from now on; NULL: nobody. Called from the run loop, of each event before its
-// synthesizer's delegate, whether that wants it or not. It may do what a delegate may.
+// Whom to tell of what is spoken from now on; NULL: nobody. Called from the run loop, of each event before
+// its synthesizer's delegate, whether that wants it or not. It may do what a delegate may.
 CF_EXPORT void ZQMPlatformObserveSpeaking(ZQMSpeakingObserver observer, void* context);
 
 CF_EXTERN_C_END
