@@ -3,6 +3,7 @@
 
 #include "cli/cues.h"
 #include "cli/subtitles.h"
+#include "cli/timeline.h"
 
 #include "tests/cli/marked_timing.h"
 #include "tests/support/process.h"
@@ -86,6 +87,24 @@ TEST_P(SubtitlesInAPlayer, HaveTheSameTexts) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, SubtitlesInAPlayer, testing::Values("a.vtt", "a.srt", "a.lrc"));
+
+TEST(Timeline, IsXml) {
+    SpeechTiming timing =
+        tests::markedTiming("⟦<a&b>\\u{1}\\u{FFFE}]]>\"'⟧ ⟦你好⟧ ⟦👩‍👩‍👧⟧");
+    timing.phonemes = {{"<&", 2, 0, 1}};
+    Waveform sound(8000);
+    sound.add(std::vector<float>(8000, 0.5F));
+    support::ProcessOptions options;
+    options.input = timelineSvg(timing, sound);
+    const support::ProcessResult result = support::runProcess(
+        "/usr/bin/python3",
+        {"-c", "import sys, xml.dom.minidom as dom\n"
+               "picture = dom.parse(sys.stdin.buffer)\n"
+               "print(*(text.firstChild.data for text in picture.getElementsByTagName('text')))"},
+        options);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output, "<a&b>]]>\"' 你好 👩‍👩‍👧 <& 0 s 0.5 s 1 s 1.5 s\n");
+}
 
 } // namespace
 } // namespace zqm::cli
