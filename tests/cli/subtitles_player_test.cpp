@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, SubtitlesInAPlayer, testing::Values("a.vtt", "
 
 TEST(Timeline, IsXml) {
     SpeechTiming timing =
-        tests::markedTiming("⟦<a&b>\\u{1}\\u{FFFE}]]>\"'⟧ ⟦你好⟧ ⟦👩‍👩‍👧⟧");
+        tests::markedTiming("⟦<a&b>\\u{1}\xEF\xBF\xBE]]>\"'⟧ ⟦你好⟧ ⟦👩‍👩‍👧⟧");
     timing.phonemes = {{"<&", 2, 0, 1}};
     Waveform sound(8000);
     sound.add(std::vector<float>(8000, 0.5F));
