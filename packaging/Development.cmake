@@ -51,3 +51,10 @@ zqm_install_documents(development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${documents}" COMPONENT development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${documents}" COMPONENT development
   FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h")
+
+# What the platform library tells beyond what classes do; macOS has no such thing.
+if(NOT APPLE)
+  set(platform_headers "${PROJECT_SOURCE_DIR}/platform/include/zqmplatform")
+  install(FILES "${platform_headers}/linkage.h" "${platform_headers}/listening.h" "${platform_headers}/speaking.h"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zqmplatform" COMPONENT development)
+endif()

@@ -7,6 +7,7 @@ namespace fs = std::filesystem;
 
 const std::string kLib = ZQM_LIB "/";
 const std::string kHeaders = ZQM_INCLUDE "/zqmhost/";
+const std::string kPlatformHeaders = ZQM_INCLUDE "/zqmplatform/";
 const std::string kConfig = ZQM_LIB "/cmake/zqmhost/zqmhost-";
 
 // These have no list of their own here: a new document or example is shipped without further ado.
@@ -58,7 +59,9 @@ const std::vector<Component> kComponents = {
              kHeaders + "text.h",
              kHeaders + "value.h",
              kHeaders + "zqmhost.h"},
-            documentsForHosts())},
+            joined({kPlatformHeaders + "linkage.h", kPlatformHeaders + "listening.h",
+                    kPlatformHeaders + "speaking.h"},
+                   documentsForHosts()))},
 };
 
 Files filesIn(const fs::path& folder) {

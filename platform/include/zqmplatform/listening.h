@@ -4,10 +4,11 @@
 #ifndef ZQM_LISTENING_H
 #define ZQM_LISTENING_H
 
-#include <CoreFoundation/CFBase.h>
+#include "zqmplatform/linkage.h"
+
 #include <stddef.h>
 
-CF_EXTERN_C_BEGIN
+ZQM_EXTERN_C_BEGIN
 
 // What happens; each tells with which members of the event.
 typedef enum {
@@ -37,13 +38,13 @@ typedef void (*ZQMListeningObserver)(const ZQMListeningEvent* event, void* conte
 // Whom to tell of what happens from now on; NULL: nobody. Called from the run loop, of a command before its
 // recognizer's delegate; of a recognizer that was stopped nothing more is told. It may do what a delegate
 // may. Levels come of listening that is started while somebody observes.
-CF_EXPORT void ZQMPlatformObserveListening(ZQMListeningObserver observer, void* context);
+ZQM_EXPORT void ZQMPlatformObserveListening(ZQMListeningObserver observer, void* context);
 
 // The sound file that each startListening hears from now on, from its beginning and as fast as it can be
 // read; NULL: the microphone. A relative path is one of the folder that is current now. At the file's end a
 // recognizer goes on listening, and hears nothing, until it is stopped.
-CF_EXPORT void ZQMPlatformListenToFile(const char* path);
+ZQM_EXPORT void ZQMPlatformListenToFile(const char* path);
 
-CF_EXTERN_C_END
+ZQM_EXTERN_C_END
 
 #endif

@@ -4,11 +4,12 @@
 #ifndef ZQM_SPEAKING_H
 #define ZQM_SPEAKING_H
 
-#include <CoreFoundation/CFBase.h>
+#include "zqmplatform/linkage.h"
+
 #include <stddef.h>
 #include <stdint.h>
 
-CF_EXTERN_C_BEGIN
+ZQM_EXTERN_C_BEGIN
 
 // What is told, and with which members of the event.
 typedef enum {
@@ -39,8 +40,8 @@ typedef void (*ZQMSpeakingObserver)(const ZQMSpeakingEvent* event, void* context
 
 // Whom to tell of what is spoken from now on; NULL: nobody. Called from the run loop, of each event before
 // its synthesizer's delegate, whether that wants it or not. It may do what a delegate may.
-CF_EXPORT void ZQMPlatformObserveSpeaking(ZQMSpeakingObserver observer, void* context);
+ZQM_EXPORT void ZQMPlatformObserveSpeaking(ZQMSpeakingObserver observer, void* context);
 
-CF_EXTERN_C_END
+ZQM_EXTERN_C_END
 
 #endif
