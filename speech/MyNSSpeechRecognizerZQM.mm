@@ -1,6 +1,6 @@
 #import "speech/MyNSSpeechRecognizerZQM.h"
 
-#include "speech/host_events.h"
+#include "plugin/host_events.h"
 
 @implementation MyNSSpeechRecognizerZQM
 

@@ -1,6 +1,6 @@
 #import "speech/MyNSSpeechSynthesizer.h"
 
-#include "speech/host_events.h"
+#include "plugin/host_events.h"
 
 #include <objc/runtime.h>
 

@@ -1,4 +1,4 @@
-#include "speech/host_events.h"
+#include "plugin/host_events.h"
 
 #include "plugin/entry_points.h"
 #include "plugin/plugin_main.h"
