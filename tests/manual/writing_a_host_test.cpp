@@ -1,0 +1,43 @@
+// The host in one file.
+
+#include "tests/support/process.h"
+#include "tests/support/sound_file.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace zqm::tests {
+namespace {
+
+using support::ProcessResult;
+using support::runProcess;
+using testing::HasSubstr;
+
+ProcessResult runHost(const std::vector<std::string>& arguments) {
+    return runProcess(ZQM_WRITING_A_HOST, arguments);
+}
+
+TEST(WritingAHost, SpeaksAndPrintsWords) {
+    const support::TemporaryFolder folder;
+    const auto file = folder / "speech.wav";
+    const auto result =
+        runHost({ZQM_PLUGIN, "file://" + file.string(), "Hello w\u00F6rld, \U0001F600 good-bye"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, "Hello\nw\u00F6rld\n\U0001F600\ngood-bye\n");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_GT(support::SoundFile(file).seconds(), 0.5);
+}
+
+TEST(WritingAHost, SaysWhatIsWrong) {
+    const auto noFolder = runHost({ZQM_PLUGIN, "file:///nonexistent/speech.wav", "Hello"});
+    EXPECT_EQ(noFolder.exitCode, 1);
+    EXPECT_THAT(noFolder.errors,
+                HasSubstr("writing_a_host: the text can't be spoken into file:///nonexistent/"));
+    const auto noPlugin = runHost({"/nonexistent.so", "file:///nonexistent/speech.wav", "Hello"});
+    EXPECT_EQ(noPlugin.exitCode, 1);
+    EXPECT_THAT(noPlugin.errors, HasSubstr("writing_a_host: /nonexistent.so: "));
+    EXPECT_EQ(runHost({}).exitCode, 1);
+}
+
+} // namespace
+} // namespace zqm::tests
