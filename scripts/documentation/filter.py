@@ -18,7 +18,7 @@ _COMMENT = re.compile(r"\s*// ?(.*)")
 _BEHIND = re.compile(r"(\s*\S.*?)\s+// (.*)")
 _ASIDE = re.compile(r"NOLINT|----")  # for tools, and lines that part a header
 _NO_DECLARATION = re.compile(
-    r"\s*([#}]|(public|private|protected):|@(public|private|end)|static_assert|CF_\w+$)"
+    r"\s*([#}]|(public|private|protected):|@(public|private|end)|static_assert|[A-Z_]+$)"
 )
 # What Doxygen takes for more than it is.
 _LEFT_OUT = re.compile(r"@protocol \w+;|@optional")
