@@ -67,5 +67,46 @@ TEST(Pages, ShowThePluginThatIsBuilt) {
                        "examples/writing_a_plugin/count_ticks.cpp"});
 }
 
+// ---- links
+
+// The files that a page links to; code may look like links, but is none.
+std::vector<std::string> linksOf(const fs::path& page) {
+    const std::regex code("`[^`]*`");
+    const std::regex link(R"(\]\(([^)#:]+)(#[^)]*)?\))");
+    std::istringstream lines(contentOf(page));
+    std::vector<std::string> links;
+    bool isCode = false;
+    for (std::string line; std::getline(lines, line);) {
+        isCode = isCode != line.starts_with("```");
+        const std::string text = isCode ? "" : std::regex_replace(line, code, "");
+        for (auto found = std::sregex_iterator(text.begin(), text.end(), link);
+             found != std::sregex_iterator(); ++found) {
+            links.push_back((*found)[1]);
+        }
+    }
+    return links;
+}
+
+std::vector<fs::path> allPages() {
+    std::vector<fs::path> pages{kRoot / "README.md", kRoot / "CONTRIBUTING.md"};
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(kRoot / "docs")) {
+        if (entry.path().extension() == ".md") {
+            pages.push_back(entry.path());
+        }
+    }
+    return pages;
+}
+
+TEST(Pages, LinkToWhatExists) {
+    std::size_t links = 0;
+    for (const fs::path& page : allPages()) {
+        for (const std::string& link : linksOf(page)) {
+            EXPECT_TRUE(fs::exists(page.parent_path() / link)) << page << ": " << link;
+            ++links;
+        }
+    }
+    EXPECT_GT(links, 20U);
+}
+
 } // namespace
 } // namespace zqm::tests
