@@ -1,6 +1,8 @@
 #include "cli/commands.h"
 
 #include "cli/exit_codes.h"
+#include "cli/inspect_command.h"
+#include "cli/inspect_options.h"
 #include "cli/listen_command.h"
 #include "cli/listen_options.h"
 #include "cli/say_command.h"
@@ -56,6 +58,7 @@ const std::vector<Command>& commands() {
     static const std::vector<Command> all{
         makeCommand(kSaySyntax, newSayCommandLine, parseSayOptions, say),
         makeCommand(kListenSyntax, newListenCommandLine, parseListenOptions, listen),
+        makeCommand(kInspectSyntax, newInspectCommandLine, parseInspectOptions, inspect),
     };
     return all;
 }

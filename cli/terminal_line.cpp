@@ -56,6 +56,12 @@ std::string fitted(std::string_view text, std::size_t columns) {
     return line;
 }
 
+std::optional<std::size_t> terminalColumns(int descriptor) {
+    winsize size{};
+    const bool isTold = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return isTold ? std::optional<std::size_t>(size.ws_col) : std::nullopt;
+}
+
 TerminalLine::TerminalLine(int descriptor) : descriptor_(descriptor), isPossible_(canRedraw(descriptor)) {}
 
 TerminalLine::~TerminalLine() {
@@ -75,11 +81,7 @@ void TerminalLine::clear() {
 
 // The last column stays free: a character there makes some terminals go on to the next line.
 std::size_t TerminalLine::columns() const {
-    winsize size{};
-    if (ioctl(descriptor_, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
-        return kUsualColumns - 1;
-    }
-    return size.ws_col - std::size_t{1};
+    return terminalColumns(descriptor_).value_or(kUsualColumns) - 1;
 }
 
 void TerminalLine::draw(std::string_view line) {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,9 @@ namespace zqm::cli {
 
 // As much of the text as these columns of a terminal hold, without what would spoil the line.
 std::string fitted(std::string_view text, std::size_t columns);
+
+// How wide the terminal is; none: the descriptor is no terminal, or one that doesn't tell.
+std::optional<std::size_t> terminalColumns(int descriptor);
 
 // One line of a terminal, redrawn in place.
 class TerminalLine {

@@ -81,3 +81,11 @@ function(zqm_add_test name)
     endforeach()
   endforeach()
 endfunction()
+
+# A plugin of the tests' own, from one source.
+function(zqm_add_test_plugin name source)
+  add_library(${name} MODULE ${source})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE zqm_warnings)
+  set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PREFIX "")
+endfunction()

@@ -33,8 +33,7 @@ struct MethodDescription {
     std::vector<ParameterDescription> parameters = {};
     std::optional<TypeDescription> result = {};
     bool isShared = false;
-    bool isCallable =
-        true; // false: declared so that host code can't call it, as of a class that it can't make
+    bool isCallable = true; // false: declared so that host code can't call it
 
     friend bool operator==(const MethodDescription&, const MethodDescription&) = default;
 };
