@@ -50,7 +50,7 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zqmhost.pc" DESTINATION "${pkgconfig_
 zqm_install_documents(development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${documents}" COMPONENT development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${documents}" COMPONENT development
-  FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h")
+  PATTERN CMakeLists.txt EXCLUDE)
 
 # What the platform library tells beyond what classes do; macOS has no such thing.
 if(NOT APPLE)

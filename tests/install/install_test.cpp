@@ -21,6 +21,7 @@ using support::ProcessResult;
 using support::runProcess;
 using support::SoundFile;
 using support::TemporaryFolder;
+using testing::ContainerEq;
 using testing::HasSubstr;
 
 void install(const fs::path& prefix, const std::vector<std::string>& options = {}) {
@@ -67,7 +68,7 @@ TEST_F(Installation, OfEachComponentHoldsItsFiles) {
     for (const Component& component : kComponents) {
         const fs::path here = folder / component.name;
         install(here, {"--component", component.name});
-        EXPECT_EQ(filesIn(here), joined(component.files, kCommonDocuments)) << component.name;
+        EXPECT_THAT(filesIn(here), ContainerEq(joined(component.files, kCommonDocuments))) << component.name;
     }
 }
 
@@ -77,7 +78,7 @@ TEST_F(Installation, OfAllHoldsWhatTheComponentsHold) {
     for (const Component& component : kComponents) {
         all = joined(all, component.files);
     }
-    EXPECT_EQ(filesIn(prefix), all);
+    EXPECT_THAT(filesIn(prefix), ContainerEq(all));
 }
 
 TEST_F(Installation, OfPluginAndCommandSpeaksAndCanBeMoved) {
