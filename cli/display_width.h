@@ -14,4 +14,8 @@ std::size_t columnsOf(UChar32 codePoint);
 // The same of a text in valid UTF-8.
 std::size_t columnsOf(std::string_view text);
 
+// False for what would spoil the line that it is drawn in: controls, and marks that turn the direction of
+// writing.
+bool isDrawable(UChar32 codePoint);
+
 } // namespace zqm::cli

@@ -2,6 +2,7 @@
 
 #include "cli/display_width.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -14,20 +15,10 @@ namespace zqm::cli {
 namespace {
 
 constexpr std::size_t kUsualColumns = 80;
+constexpr std::size_t kUsualRows = 24;
 constexpr std::chrono::milliseconds kRedrawInterval{50};
 constexpr std::string_view kClearLine = "\r\x1b[K";
-
-bool isDrawable(UChar32 codePoint) {
-    switch (u_charType(codePoint)) {
-    case U_CONTROL_CHAR:
-    case U_LINE_SEPARATOR:
-    case U_PARAGRAPH_SEPARATOR:
-        return false;
-    default:
-        // Marks that turn the direction of writing would turn what follows on the line.
-        return u_hasBinaryProperty(codePoint, UCHAR_BIDI_CONTROL) == 0;
-    }
-}
+constexpr std::string_view kClearBelow = "\x1b[J"; // and the rest of the line
 
 bool canRedraw(int descriptor) {
     const char* kind = std::getenv("TERM");
@@ -74,7 +65,8 @@ bool TerminalLine::isDue() const {
 
 void TerminalLine::clear() {
     if (isShown_) {
-        write(kClearLine);
+        write(toFirstLine().append(kClearLine).append(above_.empty() ? "" : kClearBelow));
+        above_.clear();
         isShown_ = false;
     }
 }
@@ -88,9 +80,46 @@ void TerminalLine::draw(std::string_view line) {
     if (!isPossible_) {
         return;
     }
-    write(std::string(kClearLine).append(line));
+    write(toFirstLine().append(kClearLine).append(line).append(above_.empty() ? "" : kClearBelow));
+    above_.clear();
+    noteShown();
+}
+
+void TerminalLine::draw(std::span<const ScreenLine> lines) {
+    if (!isPossible_) {
+        return;
+    }
+    std::string bytes = toFirstLine();
+    above_.clear();
+    for (const ScreenLine& line : lines) {
+        bytes.append(&line == &lines.front() ? "" : "\n").append(kClearLine).append(line.bytes);
+        if (&line != &lines.back()) {
+            above_.push_back(line.columns);
+        }
+    }
+    write(bytes.append(kClearBelow));
+    noteShown();
+}
+
+void TerminalLine::noteShown() {
     isShown_ = true;
     due_ = Clock::now() + kRedrawInterval;
+}
+
+// Back to where the first of the lines that are shown begins. Terminals that became narrower have broken
+// those that were too long.
+std::string TerminalLine::toFirstLine() const {
+    const std::size_t width = columns() + 1;
+    std::size_t rows = 0;
+    for (const std::size_t line : above_) {
+        rows += std::max<std::size_t>(1, (line + width - 1) / width);
+    }
+    return rows == 0 ? "" : "\x1b[" + std::to_string(rows) + "A";
+}
+
+std::size_t terminalRows(int descriptor) {
+    winsize size{};
+    return ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_row == 0 ? kUsualRows : size.ws_row;
 }
 
 // A terminal that is gone loses its line, nothing else.

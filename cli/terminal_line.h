@@ -3,8 +3,10 @@
 #include <chrono>
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zqm::cli {
 
@@ -14,7 +16,15 @@ std::string fitted(std::string_view text, std::size_t columns);
 // How wide the terminal is; none: the descriptor is no terminal, or one that doesn't tell.
 std::optional<std::size_t> terminalColumns(int descriptor);
 
-// One line of a terminal, redrawn in place.
+std::size_t terminalRows(int descriptor);
+
+// What is on a line, with what changes its looks, and how many columns it takes.
+struct ScreenLine {
+    std::string bytes;
+    std::size_t columns;
+};
+
+// One line of a terminal, or some, redrawn in place.
 class TerminalLine {
 public:
     explicit TerminalLine(int descriptor);
@@ -28,17 +38,23 @@ public:
     void clear();
 
 protected:
+    bool isShown() const { return isShown_; }
     std::size_t columns() const; // that a line may take
     void draw(std::string_view line);
+    void draw(std::span<const ScreenLine> lines); // at least one
+    std::size_t rows() const { return terminalRows(descriptor_); }
 
 private:
     using Clock = std::chrono::steady_clock;
 
+    void noteShown();
+    std::string toFirstLine() const;
     void write(std::string_view bytes) const;
 
     int descriptor_;
     bool isPossible_;
     bool isShown_ = false;
+    std::vector<std::size_t> above_; // columns of each line that is shown above the last
     Clock::time_point due_ = Clock::time_point::min();
 };
 

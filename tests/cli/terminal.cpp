@@ -34,6 +34,15 @@ Terminal::~Terminal() {
     close(inside_);
 }
 
+void Terminal::resize(unsigned short columns, unsigned short rows) const {
+    winsize size{};
+    size.ws_row = rows;
+    size.ws_col = columns;
+    if (ioctl(inside_, TIOCSWINSZ, &size) != 0) {
+        throw std::system_error(errno, std::generic_category(), "a terminal's size");
+    }
+}
+
 void Terminal::fail() const {
     const int error = errno;
     close(outside_);

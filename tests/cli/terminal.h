@@ -12,6 +12,8 @@ public:
     Terminal& operator=(const Terminal&) = delete;
     ~Terminal();
 
+    void resize(unsigned short columns, unsigned short rows) const; // throws std::system_error
+
     int descriptor() const { return inside_; } // the programs' side
     const std::string& path() const { return path_; }
     // What was written since the last time.
