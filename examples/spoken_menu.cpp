@@ -55,11 +55,11 @@ int main(int argc, char** argv) try {
     load(runtime, argv[1]);
     Object recognizer = runtime.create("NSSpeechRecognizerZQM");
 
-    std::vector<Value> commands;
+    Array commands = runtime.array(ElementType::String);
     for (const auto& [command, action] : kCommands) {
-        commands.emplace_back(command);
+        commands.append(command);
     }
-    recognizer.call("setCommands", runtime.array(ElementType::String, commands));
+    recognizer.call("setCommands", commands);
     Menu menu;
     recognizer.on("DidRecognizeCommand", [&](const Arguments& event) {
         kCommands.at(event[0].asText())(menu);

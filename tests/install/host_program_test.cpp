@@ -49,7 +49,7 @@ protected:
                    "target_link_libraries(hello PRIVATE zqm::host)\n"
                    "file(WRITE ${CMAKE_BINARY_DIR}/plugin ${zqmhost_PLUGIN})\n";
         return runProcess(ZQM_CMAKE, {"-S", project, "-B", project / "build", "-G", "Ninja",
-                                      "-DCMAKE_CXX_COMPILER=" ZQM_CXX_COMPILER,
+                                      std::string("-DCMAKE_CXX_COMPILER=") + ZQM_CXX_COMPILER,
                                       "-DCMAKE_PREFIX_PATH=" + prefix.string()});
     }
 

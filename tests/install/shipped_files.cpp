@@ -16,7 +16,7 @@ Files documentsForHosts() {
     for (const char* folder : {"docs/", "examples/"}) {
         for (const std::string& file : filesIn(fs::path(ZQM_SOURCE_FOLDER) / folder)) {
             if (!file.ends_with("CMakeLists.txt")) {
-                files.insert(kDocuments + folder + file);
+                files.insert((fs::path(kDocuments) / folder / file).string());
             }
         }
     }
