@@ -12,7 +12,7 @@ Recognizer& of(void* recognition) {
 
 } // namespace
 
-@implementation NSSpeechRecognizer
+@implementation ZQMSpeechRecognizer
 
 - (instancetype)init {
     self = [super init];

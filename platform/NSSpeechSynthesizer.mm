@@ -19,7 +19,7 @@ Synthesizer& of(void* speech) {
 
 } // namespace
 
-@implementation NSSpeechSynthesizer
+@implementation ZQMSpeechSynthesizer
 
 + (NSArray*)availableVoices {
     NSMutableArray* const identifiers = [NSMutableArray array];

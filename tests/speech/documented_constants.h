@@ -3,6 +3,7 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 
 struct DocumentedConstant {
     const char* className;
@@ -13,6 +14,11 @@ struct DocumentedConstant {
 
 inline std::ostream& operator<<(std::ostream& out, const DocumentedConstant& row) {
     return out << row.constant;
+}
+
+// What the project's own platform library calls it for the linker.
+inline std::string linkName(const DocumentedConstant& row) {
+    return std::string("ZQM") + row.constant;
 }
 
 inline constexpr DocumentedConstant kDocumentedConstants[] = {

@@ -12,9 +12,13 @@
 
 @protocol NSSpeechRecognizerDelegate;
 
+// See AppKitDefines.h.
+@class ZQMSpeechRecognizer;
+@compatibility_alias NSSpeechRecognizer ZQMSpeechRecognizer;
+
 // Listens for the commands of one list.
 __attribute__((visibility("default")))
-@interface NSSpeechRecognizer : NSObject {
+@interface ZQMSpeechRecognizer : NSObject {
 @private
     void* _recognition;
 }

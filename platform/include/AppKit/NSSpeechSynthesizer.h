@@ -16,19 +16,19 @@ typedef NSString* NSVoiceGenderName;
 
 // Keys of the dictionaries that attributesForVoice: answers. A range of characters is an NSDictionary with
 // the NSNumbers "UnicodeCharBegin" and "UnicodeCharEnd", the first and the last of them.
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceName;                // NSString, for people
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceIdentifier;          // NSString
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceAge;                 // NSNumber, years; absent: not known
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceGender;              // one of the NSVoiceGender strings
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceDemoText;            // NSString, in the voice's language
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceLanguage;            // NSString, such as "en-US"
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceLocaleIdentifier;    // NSString, such as "en_US"
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceSupportedCharacters; // NSArray of ranges
-APPKIT_EXTERN NSVoiceAttributeKey const NSVoiceIndividuallySpokenCharacters; // NSArray of ranges
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceName);                // NSString, for people
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceIdentifier);          // NSString
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceAge);                 // NSNumber, years; absent: not known
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceGender);              // one of the NSVoiceGender strings
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceDemoText);            // NSString, in the voice's language
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceLanguage);            // NSString, such as "en-US"
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceLocaleIdentifier);    // NSString, such as "en_US"
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceSupportedCharacters); // NSArray of ranges
+APPKIT_CONSTANT(NSVoiceAttributeKey, NSVoiceIndividuallySpokenCharacters); // NSArray of ranges
 
-APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderNeuter;
-APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderMale;
-APPKIT_EXTERN NSVoiceGenderName const NSVoiceGenderFemale;
+APPKIT_CONSTANT(NSVoiceGenderName, NSVoiceGenderNeuter);
+APPKIT_CONSTANT(NSVoiceGenderName, NSVoiceGenderMale);
+APPKIT_CONSTANT(NSVoiceGenderName, NSVoiceGenderFemale);
 
 // Where speech pauses or ends: at once, after the word or after the sentence that is being spoken.
 typedef NS_ENUM(NSUInteger, NSSpeechBoundary) {
@@ -39,9 +39,13 @@ typedef NS_ENUM(NSUInteger, NSSpeechBoundary) {
 
 @protocol NSSpeechSynthesizerDelegate;
 
+// See AppKitDefines.h.
+@class ZQMSpeechSynthesizer;
+@compatibility_alias NSSpeechSynthesizer ZQMSpeechSynthesizer;
+
 // Speaks one text at a time.
 __attribute__((visibility("default")))
-@interface NSSpeechSynthesizer : NSObject {
+@interface ZQMSpeechSynthesizer : NSObject {
 @private
     void* _speech;
 }
