@@ -22,7 +22,14 @@ using support::SoundFile;
 using support::TemporaryFolder;
 using testing::HasSubstr;
 
-constexpr const char* kExample = ZQM_SOURCE_FOLDER "/examples/hello.cpp";
+// A project of one of the examples, which wants the platform library's own headers, too.
+constexpr const char* kProject = R"(cmake_minimum_required(VERSION 3.25)
+project(lip_sync LANGUAGES CXX)
+find_package(zqmhost ${WANTED} REQUIRED)
+add_executable(lip_sync ${EXAMPLES}/lip_sync.cpp)
+target_link_libraries(lip_sync PRIVATE zqm::host)
+file(WRITE ${CMAKE_BINARY_DIR}/plugin ${zqmhost_PLUGIN})
+)";
 
 class HostProgram : public testing::Test {
 protected:
@@ -34,37 +41,24 @@ protected:
         fs::rename(folder / "first place", prefix);
     }
 
-    // What `find_package(zqmhost)` of this version comes to, in a project that builds the example.
+    // What `find_package(zqmhost)` of this version comes to.
     ProcessResult configure(const std::string& version) const {
         fs::create_directory(project);
-        std::ofstream(project / "CMakeLists.txt")
-            << "cmake_minimum_required(VERSION 3.25)\n"
-               "project(hello LANGUAGES CXX)\n"
-               "find_package(zqmhost " +
-                   version +
-                   " REQUIRED)\n"
-                   "add_executable(hello " +
-                   kExample +
-                   ")\n"
-                   "target_link_libraries(hello PRIVATE zqm::host)\n"
-                   "file(WRITE ${CMAKE_BINARY_DIR}/plugin ${zqmhost_PLUGIN})\n";
+        std::ofstream(project / "CMakeLists.txt") << kProject;
         return runProcess(ZQM_CMAKE, {"-S", project, "-B", project / "build", "-G", "Ninja",
+                                      "-DWANTED=" + version, "-DEXAMPLES=" ZQM_SOURCE_FOLDER "/examples",
                                       std::string("-DCMAKE_CXX_COMPILER=") + ZQM_CXX_COMPILER,
                                       "-DCMAKE_PREFIX_PATH=" + prefix.string()});
     }
 
-    void expectItSpeaks(const fs::path& program, const std::string& plugin) const {
+    void expectInstalled(const std::string& plugin) const {
         EXPECT_TRUE(fs::equivalent(plugin, prefix / ZQM_LIB / "libZQMNSSpeech.so")) << plugin;
-        const fs::path sound = folder / "speech.wav";
-        const ProcessResult run = runProcess(program, {plugin, sound});
-        EXPECT_TRUE(run.succeeded()) << run.errors;
-        EXPECT_EQ(run.output, "Hello\nworld\n");
-        EXPECT_GT(SoundFile(sound).seconds(), 0.4);
     }
 
     TemporaryFolder folder;
     fs::path prefix = folder / "moved/a prefix";
     fs::path project = folder / "project";
+    fs::path sound = folder / "speech.wav";
 };
 
 TEST_F(HostProgram, IsBuiltByPkgConfig) {
@@ -75,15 +69,18 @@ TEST_F(HostProgram, IsBuiltByPkgConfig) {
     // The flags are quoted for the shell.
     const ProcessResult built =
         runProcess("bash",
-                   {"-ec", "eval " ZQM_CXX_COMPILER " -std=c++20 " + std::string(kExample) +
-                               " -o hello $(pkg-config --cflags --libs zqmhost) "
-                               "'-Wl,-rpath,\"$PREFIX/" ZQM_LIB "\"'"},
+                   {"-ec", "eval " ZQM_CXX_COMPILER " -std=c++20 " ZQM_SOURCE_FOLDER
+                           "/examples/hello.cpp -o hello $(pkg-config --cflags --libs zqmhost) "
+                           "'-Wl,-rpath,\"$PREFIX/" ZQM_LIB "\"'"},
                    options);
     ASSERT_TRUE(built.succeeded()) << built.errors;
     EXPECT_EQ(runProcess("pkg-config", {"--modversion", "zqmhost"}, options).output, ZQM_VERSION "\n");
     const ProcessResult plugin =
         runProcess("bash", {"-ec", "eval printf %s \"$(pkg-config --variable=plugin zqmhost)\""}, options);
-    expectItSpeaks(folder / "hello", plugin.output);
+    expectInstalled(plugin.output);
+    const ProcessResult run = runProcess(folder / "hello", {plugin.output, sound});
+    EXPECT_EQ(run.output, "Hello\nworld\n") << run.errors;
+    EXPECT_GT(SoundFile(sound).seconds(), 0.4);
 }
 
 TEST_F(HostProgram, IsBuiltByCMake) {
@@ -93,7 +90,10 @@ TEST_F(HostProgram, IsBuiltByCMake) {
     ASSERT_TRUE(built.succeeded()) << built.output << built.errors;
     std::string plugin;
     std::getline(std::ifstream(project / "build/plugin"), plugin);
-    expectItSpeaks(project / "build/hello", plugin);
+    expectInstalled(plugin);
+    const ProcessResult run = runProcess(project / "build/lip_sync", {plugin, "Pa", sound});
+    EXPECT_THAT(run.output, HasSubstr(" open\n")) << run.errors;
+    EXPECT_GT(SoundFile(sound).seconds(), 0.1);
 }
 
 TEST_F(HostProgram, IsToldWhatItLacks) {
