@@ -15,12 +15,19 @@ if(ZQM_SANITIZE)
       set(options_of_${sanitizer} ":suppressions=\"${suppressions}\"")
     endif()
   endforeach()
-  # Third-party code without frame pointers hides its callers from the fast unwinder, and suppressions go by callers.
   list(APPEND ZQM_TEST_ENVIRONMENT
-    "ASAN_OPTIONS=detect_leaks=1:fast_unwind_on_malloc=0:strict_string_checks=1:strict_init_order=1${options_of_asan}"
     "LSAN_OPTIONS=print_suppressions=0${options_of_lsan}"
     "UBSAN_OPTIONS=print_stacktrace=1${options_of_ubsan}")
+  # Those of a single program, by its name, count more: the environment of the engine is its host's, and that of
+  # the command a test's.
+  string(CONCAT ZQM_ASAN_OPTIONS
+    "detect_leaks=1:strict_string_checks=1:strict_init_order=1${options_of_asan}"
+    ":include_if_exists=\"${PROJECT_SOURCE_DIR}/tests/sanitizers/%b.options\"")
 endif()
+
+# Third-party code without frame pointers hides its callers from the fast unwinder, and what is suppressed of
+# Cocoa's goes by callers. Programs without Cocoa spend most of their time in the slow one for nothing.
+set(ZQM_FAST_UNWINDING 0)
 
 # A test counts as this many of the jobs that ctest runs at a time, and one that mostly waits as one job, so
 # that four jobs a processor keep the processors busy.
@@ -69,6 +76,7 @@ function(zqm_add_test name)
       endif()
       add_test(NAME ${test} COMMAND ${name})
       set(environment ${ZQM_TEST_ENVIRONMENT}
+        "ASAN_OPTIONS=fast_unwind_on_malloc=${ZQM_FAST_UNWINDING}:${ZQM_ASAN_OPTIONS}"
         "GTEST_TOTAL_SHARDS=${arg_SHARDS}"
         "GTEST_SHARD_INDEX=${shard}"
         "ZQM_SIBLING_LIBRARY=${sibling_of_${run}}")

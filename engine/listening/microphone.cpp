@@ -64,12 +64,14 @@ void Microphone::advance() {
     if (Clock::now() < next_ || isMute_) {
         return;
     }
-    if (isOpen) {
+    if (!isOpen) {
+        fail(kNoServer);
+    } else if (!std::exchange(isDoubted_, true)) {
+        next_ = Clock::now() + kLastChance;
+    } else {
         isMute_ = true;
         isCapturing_ = false;
         taker_.failed("the microphone gives no sound");
-    } else {
-        fail(kNoServer);
     }
 }
 
@@ -109,6 +111,7 @@ void Microphone::read() {
     std::size_t bytes = 0;
     while (stream_ != nullptr && pa_stream_peek(stream_, &data, &bytes) >= 0 && bytes > 0) {
         next_ = Clock::now() + kPatience;
+        isDoubted_ = false;
         isMute_ = false;
         if (!std::exchange(isCapturing_, true)) {
             taker_.began();
@@ -140,6 +143,7 @@ void Microphone::fail(const std::string& reason) {
 
 void Microphone::disconnect() {
     isCapturing_ = false;
+    isDoubted_ = false;
     isMute_ = false;
     if (pa_stream* const stream = std::exchange(stream_, nullptr); stream != nullptr) {
         pa_stream_disconnect(stream);

@@ -17,6 +17,8 @@ public:
     static constexpr std::chrono::seconds kRetry{2};
     // How long the server and the source have to give something: on a busy machine seconds may pass without.
     static constexpr std::chrono::seconds kPatience{10};
+    // After that, in case this process was too busy to look at what had come.
+    static constexpr std::chrono::seconds kLastChance{1};
 
     Microphone(SoundServer& server, AudioTaker& taker) : server_(server), taker_(taker) {}
     ~Microphone() override;
@@ -41,7 +43,8 @@ private:
     pa_context* context_ = nullptr; // null all the same where there can be none
     pa_stream* stream_ = nullptr;
     bool isCapturing_ = false;              // sound comes
-    bool isMute_ = false;                   // nothing came for too long: to be told once
+    bool isDoubted_ = false;                // nothing came for long
+    bool isMute_ = false;                   // nor in the last chance: to be told once
     Clock::time_point next_ = Clock::now(); // attempt, or the end of patience
 };
 

@@ -37,7 +37,7 @@ TEST(KilledHost, LeavesNothingOfAFileItWasWriting) {
         const zqm::support::Process host(ZQM_COMMAND, {"say", "-o", folder / "speech.wav"}, options);
         std::this_thread::sleep_for(kLatest * kill / kKills);
         host.signal(SIGKILL);
-        ASSERT_TRUE(host.waitFor(10s));
+        ASSERT_TRUE(host.waitFor(60s));
         ASSERT_EQ(namesIn(folder.path()), std::vector<std::string>{}) << "killed after " << kill << " steps";
     }
 }

@@ -20,8 +20,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kStartDeadline = 10s;
-constexpr auto kCatchUpDeadline = 5s;
+constexpr auto kStartDeadline = 60s;
+constexpr auto kCatchUpDeadline = 60s;
 constexpr auto kPollPause = 5ms;
 constexpr std::uint32_t kFragmentsPerSecond = 100;
 // libpulse's idea of a new stream's latency may be most of a second off, and is right after about 1.5 s.

@@ -14,7 +14,7 @@
 
 namespace zqm::support {
 
-inline constexpr std::chrono::milliseconds kProcessDeadline{60000};
+inline constexpr std::chrono::milliseconds kProcessDeadline{180000};
 
 struct ProcessOptions {
     std::string input = {}; // its standard input, as a file

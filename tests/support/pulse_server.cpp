@@ -11,8 +11,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kStartDeadline = 30s;
-constexpr auto kAnswerDeadline = 5s;
+constexpr auto kStartDeadline = 60s;
+constexpr auto kAnswerDeadline = 60s;
 constexpr auto kRetryPause = 20ms;
 constexpr const char* kServerVariable = "PULSE_SERVER";
 constexpr const char* kCookieVariable = "PULSE_COOKIE";
