@@ -43,45 +43,43 @@ std::string clockText(std::chrono::seconds time) {
 
 } // namespace
 
-ScreenLine textLine(const std::u16string& text, TextLine line, std::size_t begin, std::size_t end) {
-    ScreenLine drawn{{}, 0};
+std::string textLine(const std::u16string& text, TextLine line, std::size_t begin, std::size_t end) {
+    std::string drawn;
     const char16_t* units = text.data();
     bool isHighlighted = false;
     for (std::size_t at = line.begin; at < line.end;) {
         if (const bool isWord = at >= begin && at < end; isWord != isHighlighted) {
-            drawn.bytes.append(isWord ? kHighlight : kNoHighlight);
+            drawn.append(isWord ? kHighlight : kNoHighlight);
             isHighlighted = isWord;
         }
         UChar32 codePoint = 0;
         U16_NEXT(units, at, line.end, codePoint);
         if (isDrawable(codePoint)) {
-            icu::UnicodeString(codePoint).toUTF8String(drawn.bytes);
-            drawn.columns += columnsOf(codePoint);
+            icu::UnicodeString(codePoint).toUTF8String(drawn);
         } else if (u_isUWhiteSpace(codePoint) != 0) {
-            drawn.bytes += ' ';
-            ++drawn.columns;
+            drawn += ' ';
         }
     }
-    drawn.bytes.append(isHighlighted ? kNoHighlight : "");
+    drawn.append(isHighlighted ? kNoHighlight : "");
     return drawn;
 }
 
-ScreenLine progressBar(double share, std::optional<std::chrono::seconds> left, std::size_t columns,
-                       bool isColoured) {
+std::string progressBar(double share, std::optional<std::chrono::seconds> left, std::size_t columns,
+                        bool isColoured) {
     constexpr std::size_t kShortestBar = 4;
     constexpr std::size_t kAround = 2; // columns of the brackets
     constexpr std::size_t kTextColumns =
         22; // and a blank before; so that the bar keeps its length while the text changes
     std::string text = progressText(share, left ? clockText(*left) + " left" : "", columns);
     if (columns < kShortestBar + kAround + kTextColumns) {
-        return {text, text.size()};
+        return text;
     }
     const std::size_t cells = columns - kAround - kTextColumns;
     const auto full = static_cast<std::size_t>(std::lround(share * static_cast<double>(cells)));
     std::string bar = "[";
     bar.append(isColoured ? kBarColour : "").append(full, '#').append(isColoured ? kNoColour : "");
     bar.append(cells - full, '-').append("] ").append(text);
-    return {bar, cells + kAround + 1 + text.size()};
+    return bar;
 }
 
 SpeechView::SpeechView(int descriptor, const std::u16string& text)
@@ -100,8 +98,8 @@ void SpeechView::refresh() {
     }
     const Screen screen = this->screen();
     std::string content = std::to_string(screen.columns) + " ";
-    for (const ScreenLine& line : screen.lines) {
-        content += line.bytes + "\n";
+    for (const std::string& line : screen.lines) {
+        content += line + "\n";
     }
     if (!isShown() || content != shown_) {
         draw(screen.lines);
@@ -115,8 +113,7 @@ SpeechView::Screen SpeechView::screen() {
     if (rows < kFewestRows) {
         std::string word;
         icu::UnicodeString(text_.data() + position_, static_cast<std::int32_t>(length_)).toUTF8String(word);
-        const std::string line = progressText(share(), word, screen.columns);
-        screen.lines.push_back({line, columnsOf(line)});
+        screen.lines.push_back(progressText(share(), word, screen.columns));
         return screen;
     }
     const std::size_t columns = std::min(screen.columns, kMostColumns);

@@ -14,11 +14,11 @@ namespace zqm::cli {
 
 // A part of the text on a line, with the words from `begin` to `end` of the text highlighted. Control
 // characters are left out.
-ScreenLine textLine(const std::u16string& text, TextLine line, std::size_t begin, std::size_t end);
+std::string textLine(const std::u16string& text, TextLine line, std::size_t begin, std::size_t end);
 
 // "[####------]  42%  0:07 left", in at most so many columns; without the bar where there is no room for it.
-ScreenLine progressBar(double share, std::optional<std::chrono::seconds> left, std::size_t columns,
-                       bool isColoured);
+std::string progressBar(double share, std::optional<std::chrono::seconds> left, std::size_t columns,
+                        bool isColoured);
 
 // The text around the word being spoken, that word highlighted, and how far the speech is; on terminals of
 // fewer than three rows a line with the word and its place.
@@ -37,7 +37,7 @@ public:
 private:
     struct Screen {
         std::size_t columns;
-        std::vector<ScreenLine> lines;
+        std::vector<std::string> lines;
     };
 
     Screen screen();

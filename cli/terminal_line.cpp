@@ -2,7 +2,6 @@
 
 #include "cli/display_width.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -17,12 +16,37 @@ namespace {
 constexpr std::size_t kUsualColumns = 80;
 constexpr std::size_t kUsualRows = 24;
 constexpr std::chrono::milliseconds kRedrawInterval{50};
+constexpr UChar32 kEscape = 0x1B; // begins a sequence that ends with a letter
 constexpr std::string_view kClearLine = "\r\x1b[K";
 constexpr std::string_view kClearBelow = "\x1b[J"; // and the rest of the line
 
 bool canRedraw(int descriptor) {
     const char* kind = std::getenv("TERM");
     return isatty(descriptor) != 0 && kind != nullptr && std::string_view(kind) != "dumb";
+}
+
+// How many rows a line takes on a terminal of so many columns: one, unless that became narrower since the
+// line was drawn and has broken it.
+std::size_t rowsOf(std::string_view line, std::size_t width) {
+    std::size_t rows = 1;
+    std::size_t column = 0;
+    bool isEscape = false;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(line.data());
+    for (std::size_t offset = 0; offset < line.size();) {
+        UChar32 codePoint = 0;
+        U8_NEXT(bytes, offset, line.size(), codePoint);
+        if (isEscape || codePoint == kEscape) {
+            isEscape = codePoint == kEscape || u_isalpha(codePoint) == 0;
+            continue;
+        }
+        const std::size_t columns = columnsOf(codePoint);
+        if (column + columns > width) {
+            ++rows;
+            column = 0;
+        }
+        column += columns;
+    }
+    return rows;
 }
 
 } // namespace
@@ -64,10 +88,9 @@ bool TerminalLine::isDue() const {
 }
 
 void TerminalLine::clear() {
-    if (isShown_) {
-        write(toFirstLine().append(kClearLine).append(above_.empty() ? "" : kClearBelow));
-        above_.clear();
-        isShown_ = false;
+    if (isShown()) {
+        write(toFirstLine().append(kClearLine).append(shown_.size() > 1 ? kClearBelow : ""));
+        shown_.clear();
     }
 }
 
@@ -77,44 +100,31 @@ std::size_t TerminalLine::columns() const {
 }
 
 void TerminalLine::draw(std::string_view line) {
-    if (!isPossible_) {
-        return;
-    }
-    write(toFirstLine().append(kClearLine).append(line).append(above_.empty() ? "" : kClearBelow));
-    above_.clear();
-    noteShown();
+    const std::string only(line);
+    draw(std::span(&only, 1));
 }
 
-void TerminalLine::draw(std::span<const ScreenLine> lines) {
+void TerminalLine::draw(std::span<const std::string> lines) {
     if (!isPossible_) {
         return;
     }
     std::string bytes = toFirstLine();
-    above_.clear();
-    for (const ScreenLine& line : lines) {
-        bytes.append(&line == &lines.front() ? "" : "\n").append(kClearLine).append(line.bytes);
-        if (&line != &lines.back()) {
-            above_.push_back(line.columns);
-        }
+    for (const std::string& line : lines) {
+        bytes.append(&line == &lines.front() ? "" : "\n").append(kClearLine).append(line);
     }
-    write(bytes.append(kClearBelow));
-    noteShown();
-}
-
-void TerminalLine::noteShown() {
-    isShown_ = true;
+    const bool hadMore = lines.size() > 1 || shown_.size() > 1;
+    write(bytes.append(hadMore ? kClearBelow : ""));
+    shown_.assign(lines.begin(), lines.end());
     due_ = Clock::now() + kRedrawInterval;
 }
 
-// Back to where the first of the lines that are shown begins. Terminals that became narrower have broken
-// those that were too long.
+// Back to the row where the first of the lines that are shown begins.
 std::string TerminalLine::toFirstLine() const {
-    const std::size_t width = columns() + 1;
     std::size_t rows = 0;
-    for (const std::size_t line : above_) {
-        rows += std::max<std::size_t>(1, (line + width - 1) / width);
+    for (const std::string& line : shown_) {
+        rows += rowsOf(line, columns() + 1);
     }
-    return rows == 0 ? "" : "\x1b[" + std::to_string(rows) + "A";
+    return rows <= 1 ? "" : "\x1b[" + std::to_string(rows - 1) + "A";
 }
 
 std::size_t terminalRows(int descriptor) {

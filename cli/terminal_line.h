@@ -18,12 +18,6 @@ std::optional<std::size_t> terminalColumns(int descriptor);
 
 std::size_t terminalRows(int descriptor);
 
-// What is on a line, with what changes its looks, and how many columns it takes.
-struct ScreenLine {
-    std::string bytes;
-    std::size_t columns;
-};
-
 // One line of a terminal, or some, redrawn in place.
 class TerminalLine {
 public:
@@ -38,23 +32,21 @@ public:
     void clear();
 
 protected:
-    bool isShown() const { return isShown_; }
+    bool isShown() const { return !shown_.empty(); }
     std::size_t columns() const; // that a line may take
     void draw(std::string_view line);
-    void draw(std::span<const ScreenLine> lines); // at least one
+    void draw(std::span<const std::string> lines); // at least one
     std::size_t rows() const { return terminalRows(descriptor_); }
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    void noteShown();
     std::string toFirstLine() const;
     void write(std::string_view bytes) const;
 
     int descriptor_;
     bool isPossible_;
-    bool isShown_ = false;
-    std::vector<std::size_t> above_; // columns of each line that is shown above the last
+    std::vector<std::string> shown_; // the lines
     Clock::time_point due_ = Clock::time_point::min();
 };
 
