@@ -1,0 +1,230 @@
+"""Host objects in Python: their identity, and the events that they raise."""
+
+from __future__ import annotations
+
+import functools
+import weakref
+from collections.abc import Callable
+from typing import Any, Generic, TypeVar
+
+from . import _zqm
+from ._errors import CallError
+
+T = TypeVar("T")
+
+
+class ByRef(Generic[T]):
+    """Holds an argument that is declared byref: its value, which the call may replace.
+
+    error = zqm.ByRef()
+    speaker.objectForProperty("no such key", error)
+    print(error.value)
+    """
+
+    __slots__ = ("value",)
+
+    def __init__(self, value: Any = None):
+        self.value: T = value
+
+    def __repr__(self) -> str:
+        return f"ByRef({self.value!r})"
+
+
+Observer = Callable[[tuple[Any, ...]], object]
+
+
+class EventState:
+    """Who is to be told of one event of one object."""
+
+    __slots__ = ("event", "listening", "method", "callback", "observers")
+
+    def __init__(self, event: str):
+        self.event = event
+        self.listening = False
+        self.method = False  # the Python class has a method of its own for it
+        self.callback: Callable[..., object] | None = None
+        self.observers: list[Observer] = []
+
+
+class Object:
+    """An object of the host. It ends when Python drops it, unless a plugin still holds it."""
+
+    # Of each class that is made from a host class:
+    _host_class: str | None = None
+    _constructor: _zqm.ExpectedTypes | None = None  # none: the host class has no Constructor
+    _methods: dict[str, list[_zqm.MethodDescription]] = {}  # by lowered name; those of superclasses too
+    _shared_methods: dict[str, list[_zqm.MethodDescription]] = {}
+    _declared_events: tuple[str, ...] = ()  # those of superclasses too
+    _prepare: tuple[Callable[[Any], None], ...] = ()  # called with each new object
+
+    # Of each object:
+    _handle: _zqm.Handle | None = None
+    _events: dict[str, EventState] = {}
+
+    def __init__(self, *arguments: Any):
+        if self._host_class is None:
+            raise CallError(f"objects of {type(self).__name__} are not made by its name")
+        if self._handle is not None:
+            raise CallError(f"this {type(self).__name__} has been made already")
+        _adopt(self, _zqm.create(self._host_class))
+        try:
+            if self._constructor is not None:
+                self._handle.call("Constructor", arguments, self._constructor)
+            elif arguments:
+                raise TypeError(f"{self._host_class}() takes no arguments")
+        except BaseException:
+            self._handle = None  # it is no whole object
+            raise
+
+    def __init_subclass__(cls, **options: Any):
+        super().__init_subclass__(**options)
+        events = {name.lower(): name for name in cls._declared_events}
+        for name in vars(cls):
+            event = events.get(name.lower(), name)
+            if event != name:
+                raise TypeError(f"{cls.__name__}.{name}: the event is called {event}")
+
+    def __reduce_ex__(self, protocol: Any) -> Any:
+        raise TypeError(f"a {type(self).__name__} can't be copied or pickled")
+
+    def on(self, event: str, callback: Callable[..., object] | None = None) -> Any:
+        """Calls the callback with the event's arguments, after the class's own method; in place of an earlier one.
+
+        With the event alone it decorates the callback.
+        """
+        if callback is None:
+            return functools.partial(_decorate, self, event)
+        _set_callback(self, event, callback)
+        return callback
+
+    def off(self, event: str) -> None:
+        """Drops the callback of the event."""
+        _set_callback(self, event, None)
+
+    async def raised(self, event: str) -> tuple[Any, ...]:
+        """Waits until the event is raised once more, and answers its arguments."""
+        from ._waiting import wait_for_event
+
+        return await wait_for_event(self, event)
+
+
+def add_observer(host_object: Object, event: str, observer: Observer) -> None:
+    """Has the observer called with the event's arguments, before methods and callbacks."""
+    state = _state(host_object, event)
+    state.observers.append(observer)
+    _listen(host_object, state)
+
+
+def remove_observer(host_object: Object, event: str, observer: Observer) -> None:
+    state = _state(host_object, event)
+    state.observers.remove(observer)
+    _listen(host_object, state)
+
+
+def handle_of(host_object: Object) -> _zqm.Handle:
+    if host_object._handle is None:
+        name = type(host_object).__name__
+        raise CallError(f"{name}.__init__ has not run: super().__init__() makes the object")
+    return host_object._handle
+
+
+def wrapped(handle: _zqm.Handle) -> Object:
+    """The one Python object of a host object."""
+    known = _objects.get(handle.address)
+    if known is not None:
+        return known
+    kind = _classes.get(handle.class_name.lower(), Object)
+    made = kind.__new__(kind)
+    _adopt(made, handle)
+    return made
+
+
+def add_class(made: type[Object]) -> None:
+    """Makes it that of the host class of its name."""
+    _classes[made.__name__.lower()] = made
+
+
+def class_of(name: str) -> type[Object] | None:
+    """That of this host class, which host names match whatever their case."""
+    return _classes.get(name.lower())
+
+
+# The object whose handler threw last: whoever awaits something of that is told first.
+last_failed: weakref.ref[Object] | None = None
+
+_classes: dict[str, type[Object]] = {}
+
+# By address, which no other object can have while a handle is kept.
+_objects: weakref.WeakValueDictionary[int, Object] = weakref.WeakValueDictionary()
+
+
+def _adopt(host_object: Object, handle: _zqm.Handle) -> None:
+    host_object._handle = handle
+    host_object._events = {}
+    _objects[handle.address] = host_object
+    for name in host_object._declared_events:
+        if not hasattr(getattr(type(host_object), name), "_zqm_event"):
+            state = _state(host_object, name)
+            state.method = True
+            _listen(host_object, state)
+    for prepare in host_object._prepare:
+        prepare(host_object)
+
+
+def _state(host_object: Object, event: str) -> EventState:
+    handle_of(host_object)
+    for name in host_object._declared_events:
+        if name.lower() == event.lower():
+            return host_object._events.setdefault(name, EventState(name))
+    raise CallError(f"{type(host_object).__name__} has no event {event}")
+
+
+def _set_callback(host_object: Object, event: str, callback: Callable[..., object] | None) -> None:
+    state = _state(host_object, event)
+    state.callback = callback
+    _listen(host_object, state)
+
+
+def _decorate(host_object: Object, event: str, callback: Callable[..., object]) -> Callable[..., object]:
+    _set_callback(host_object, event, callback)
+    return callback
+
+
+class _Listener:
+    """What the host calls. It keeps no object alive, else none with a handler would ever end."""
+
+    __slots__ = ("object", "event")
+
+    def __init__(self, host_object: Object, event: str):
+        self.object = weakref.ref(host_object)
+        self.event = event
+
+    def __call__(self, *arguments: Any) -> None:
+        host_object = self.object()
+        if host_object is not None:
+            _raise(host_object, self.event, arguments)
+
+
+def _listen(host_object: Object, state: EventState) -> None:
+    """Has the host call us just for events that somebody waits for: plugins spare themselves all others."""
+    wanted = state.method or state.callback is not None or bool(state.observers)
+    if wanted and not state.listening:
+        handle_of(host_object).on(state.event, _Listener(host_object, state.event))
+    if not wanted and state.listening:
+        handle_of(host_object).off(state.event)
+    state.listening = wanted
+
+
+def _raise(host_object: Object, event: str, arguments: tuple[Any, ...]) -> None:
+    global last_failed
+    state = host_object._events[event]
+    try:
+        for observer in tuple(state.observers):
+            observer(arguments)
+        if state.method:
+            getattr(host_object, event)(*arguments)
+        if state.callback is not None:
+            state.callback(*arguments)
+    except BaseException:
+        last_failed = weakref.ref(host_object)
+        raise

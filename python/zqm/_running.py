@@ -1,0 +1,29 @@
+"""The run loop without asyncio."""
+
+from __future__ import annotations
+
+import time
+from collections.abc import Callable
+
+from . import _zqm
+
+# What the predicate looks at may be changed by another thread, of which no event tells.
+_LONGEST_WAIT = 0.1  # seconds
+
+
+def run(until: Callable[[], object] | None = None, timeout: float | None = None) -> bool:
+    """Runs the run loop, where events come from, until the predicate is true or the time is over.
+
+    Without a predicate it runs for that time, without a time for ever. The predicate is asked between events;
+    whether it has become true is the answer. What a handler raises leaves this call, as does Ctrl-C. Other
+    threads run while it waits.
+    """
+    end = None if timeout is None else time.monotonic() + timeout
+    while until is None or not until():
+        delivered = _zqm.deliver()
+        left = _LONGEST_WAIT if end is None else end - time.monotonic()
+        if left <= 0:
+            return until is not None and bool(until())
+        if not delivered:
+            _zqm.wait_for_events(min(left, _LONGEST_WAIT))
+    return True

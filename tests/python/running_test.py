@@ -1,0 +1,157 @@
+"""The run loop without asyncio."""
+
+import os
+import signal
+import threading
+import time
+
+import pytest
+
+import zqm
+
+TEXT = "one two three four five"
+
+
+@pytest.fixture
+def speaker(speech):
+    return speech.NSSpeechSynthesizerZQM()
+
+
+@pytest.fixture
+def file(tmp_path):
+    return tmp_path / "speech.wav"
+
+
+def test_events_come_while_the_run_loop_runs(speaker, file):
+    words, ends = [], []
+    speaker.on("willSpeakWord", lambda position, length, text: words.append(text[position:][:length]))
+    speaker.on("didFinishSpeaking", ends.append)
+    assert speaker.startSpeakingString(TEXT, file) is True
+    assert zqm.run(lambda: ends, 60) is True
+    assert words == TEXT.split()
+    assert ends == [True]
+    assert file.read_bytes()[:4] == b"RIFF"
+
+
+def test_a_subclass_hears_as_well(speech, file):
+    class Speaker(speech.NSSpeechSynthesizerZQM):
+        done = None
+
+        def didFinishSpeaking(self, finished):
+            self.done = finished
+
+    speaker = Speaker()
+    assert speaker.startSpeakingString("Hello", file)
+    assert zqm.run(lambda: speaker.done is not None, 60)
+    assert speaker.done is True
+
+
+def test_the_predicate_is_asked_between_events(speaker, file):
+    words = []
+    speaker.on("willSpeakWord", lambda *word: words.append(word))
+    assert speaker.startSpeakingString(TEXT, file)
+    assert zqm.run(lambda: len(words) == 2, 60)
+    assert len(words) == 2
+
+
+def test_a_predicate_that_is_true_needs_no_time(speaker):
+    assert zqm.run(lambda: True) is True
+    assert zqm.run(lambda: True, 0) is True
+
+
+def test_the_time_ends_the_run(speaker):
+    asked = []
+    assert zqm.run(lambda: asked.append(1), 0.3) is False
+    assert 2 < len(asked) < 30  # it waits in between
+    assert zqm.run(timeout=0) is False
+
+
+def test_the_last_answer_counts(speaker):
+    answers = iter([False, True])
+    assert zqm.run(lambda: next(answers), 0) is True
+
+
+def test_what_a_handler_raises_leaves_the_run(speaker, file):
+    class Stop(Exception):
+        pass
+
+    error = Stop()
+
+    def stop(position, length, text):
+        words.append(position)
+        raise error
+
+    words, ends = [], []
+    speaker.on("willSpeakWord", stop)
+    speaker.on("didFinishSpeaking", ends.append)
+    assert speaker.startSpeakingString("one two", file)
+    for count in (1, 2):
+        with pytest.raises(Stop) as raised:
+            zqm.run(timeout=60)
+        assert raised.value is error
+        assert len(words) == count
+    assert zqm.run(lambda: ends, 60)
+
+
+def test_what_the_predicate_raises_leaves_the_run():
+    with pytest.raises(ZeroDivisionError):
+        zqm.run(lambda: 1 / 0)
+
+
+def test_a_handler_may_run_the_run_loop(speaker, file):
+    def wait(position, length, text):
+        if not words:
+            words.append(position)
+            inner.append(zqm.run(lambda: ends, 60))
+
+    words, inner, ends = [], [], []
+    speaker.on("willSpeakWord", wait)
+    speaker.on("didFinishSpeaking", ends.append)
+    assert speaker.startSpeakingString(TEXT, file)
+    assert zqm.run(lambda: ends, 60)
+    assert inner == [True]
+
+
+def test_other_threads_run_while_it_waits():
+    done = threading.Event()
+
+    def work():
+        for _ in range(20):
+            time.sleep(0.001)
+        done.set()
+
+    thread = threading.Thread(target=work)
+    thread.start()
+    assert zqm.run(done.is_set, 60)
+    thread.join()
+
+
+def test_a_signal_ends_the_run(speaker):
+    def interrupt():
+        started.wait()
+        os.kill(os.getpid(), signal.SIGINT)
+
+    started = threading.Event()
+    thread = threading.Thread(target=interrupt)
+    thread.start()
+    with pytest.raises(KeyboardInterrupt):
+        zqm.run(started.set)  # which answers None
+    thread.join()
+
+
+def test_a_signal_ends_a_run_that_has_long_been_waiting(speaker):
+    # The handler has run as soon as it is woken, though nothing happens in the run loop.
+    seen = []
+    before = signal.signal(signal.SIGALRM, lambda *_: seen.append(True))
+    try:
+        signal.setitimer(signal.ITIMER_REAL, 0.05)
+        assert zqm.run(lambda: seen, 60)
+    finally:
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.signal(signal.SIGALRM, before)
+
+
+def test_waiting_costs_no_time_of_the_processor(speaker):
+    before = time.process_time()
+    zqm.run(timeout=0.5)
+    assert time.process_time() - before < 0.25
