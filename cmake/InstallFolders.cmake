@@ -4,3 +4,6 @@ if(EXISTS /etc/debian_version AND CMAKE_LIBRARY_ARCHITECTURE AND NOT CMAKE_CROSS
   set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}" CACHE PATH "Object code libraries")
 endif()
 include(GNUInstallDirs)
+
+# Where Python looks depends on the prefix: this is right for /usr of Debian.
+set(ZQM_PYTHON_FOLDER "lib/python3/dist-packages" CACHE STRING "Folder of Python packages, below the prefix")

@@ -47,5 +47,7 @@ set(CPACK_DEBIAN_PLUGIN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/trigger
 zqm_package(command zqmspeech sound "${plugin_of_same_version}")
 zqm_package(development libzqmhost-dev libdevel "${plugin_of_same_version}, libffi-dev")
 zqm_package(python python3-zqm python "${plugin_of_same_version}, python3 (>= 3.11), python3 (<< 3.12)")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  "${CMAKE_CURRENT_LIST_DIR}/python3-zqm/postinst;${CMAKE_CURRENT_LIST_DIR}/python3-zqm/prerm")
 
 include(CPack)

@@ -23,6 +23,17 @@ Files documentsForHosts() {
     return files;
 }
 
+Files pythonPackage() {
+    const std::string package = ZQM_PYTHON_FOLDER "/zqm/";
+    Files files{package + ZQM_PYTHON_MODULE};
+    for (const std::string& file : filesIn(ZQM_SOURCE_FOLDER "/python/zqm")) {
+        if (file.find("__pycache__") == std::string::npos) {
+            files.insert(package + file);
+        }
+    }
+    return files;
+}
+
 } // namespace
 
 const std::string kDocuments = ZQM_SHARE "/doc/zqmspeech/";
@@ -62,6 +73,7 @@ const std::vector<Component> kComponents = {
             joined({kPlatformHeaders + "linkage.h", kPlatformHeaders + "listening.h",
                     kPlatformHeaders + "speaking.h"},
                    documentsForHosts()))},
+    {"python", "python3-zqm", pythonPackage()},
 };
 
 Files filesIn(const fs::path& folder) {

@@ -1,0 +1,12 @@
+# python: the module zqm, which needs the component plugin.
+set(package_folder "${ZQM_PYTHON_FOLDER}/zqm")
+
+# The platform's library stands beside the module in packages for pip, else with the other libraries.
+if(NOT APPLE)
+  file(RELATIVE_PATH library_folder "${CMAKE_INSTALL_PREFIX}/${package_folder}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  set_target_properties(zqm_python PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/${library_folder}")
+endif()
+install(TARGETS zqm_python LIBRARY DESTINATION "${package_folder}" COMPONENT python)
+get_target_property(modules zqm_python ZQM_MODULES)
+install(FILES ${modules} DESTINATION "${package_folder}" COMPONENT python)
+zqm_install_documents(python)
