@@ -4,6 +4,7 @@ set(package_folder "${ZQM_PYTHON_FOLDER}/zqm")
 # The platform's library stands beside the module in packages for pip, else with the other libraries.
 if(NOT APPLE)
   file(RELATIVE_PATH library_folder "${CMAKE_INSTALL_PREFIX}/${package_folder}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  string(REGEX REPLACE "/$" "" library_folder "${library_folder}")
   set_target_properties(zqm_python PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/${library_folder}")
 endif()
 install(TARGETS zqm_python LIBRARY DESTINATION "${package_folder}" COMPONENT python)

@@ -122,9 +122,9 @@ TEST_F(Installation, LooksForLibrariesInItsOwnFoldersOnly) {
     EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libZQMFoundation.so"), testing::ElementsAre("$ORIGIN"));
     EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libzqmplatform.so"), testing::IsEmpty());
     EXPECT_THAT(searchedFolders(prefix / ZQM_LIBEXEC / "zqmspeech/zqmspeech-engine"), testing::IsEmpty());
-    const fs::path fromModule = fs::path(ZQM_LIB).lexically_relative(ZQM_PYTHON_FOLDER "/zqm");
+    const fs::path upwards = fs::path(ZQM_LIB).lexically_relative(ZQM_PYTHON_FOLDER "/zqm");
     EXPECT_THAT(searchedFolders(prefix / ZQM_PYTHON_FOLDER "/zqm/" ZQM_PYTHON_MODULE),
-                testing::ElementsAre("$ORIGIN:$ORIGIN/" + fromModule.string()));
+                testing::ElementsAre("$ORIGIN:$ORIGIN/" + upwards.string()));
     const fs::path libraries = fs::path(ZQM_LIB).lexically_relative(ZQM_BIN);
     EXPECT_THAT(searchedFolders(prefix / ZQM_BIN / "zqmspeech"),
                 testing::ElementsAre("$ORIGIN/" + libraries.string()));
