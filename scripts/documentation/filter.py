@@ -1,4 +1,3 @@
-#!/usr/bin/python3 -B
 """Doxygen's input filter: gives it the comments of a header in its own form.
 
 A block of `//` lines at the top of the header is the file's. One before a declaration is of that, and of those that

@@ -9,6 +9,7 @@ from collections.abc import Iterator
 from reference.prose import ERRORS, Entry, Prose, Topic, anchor, examples, meaning
 from reference.records import HostClass, Member, key
 
+_LINK = re.compile(r"\]\(#([^)]*)\)")
 _PLATFORM_NAME = re.compile(r"`(NS\w+)`")
 
 
@@ -43,16 +44,23 @@ def _broken_rules(host_class: HostClass, prose: Prose, known_names: set[str]) ->
             else:
                 seen.add(member.key)
                 yield from _broken_by(member, entry, topic)
-    anchors = Counter(anchor(each.heading) for each in _entries(prose))
-    for same in (name for name, times in anchors.items() if times > 1):
-        yield f"several headings are linked to as #{same}."
     for member in host_class.members.values():
         if member.key not in seen:
             yield f"{member.signature} has no prose."
+    yield from _broken_names(prose, known_names)
+
+
+def _broken_names(prose: Prose, known_names: set[str]) -> Iterator[str]:
+    anchors = Counter(anchor(each.heading) for each in _entries(prose))
+    for same in (name for name, times in anchors.items() if times > 1):
+        yield f"several headings are linked to as #{same}."
     for entry in _entries(prose):
         for name in _PLATFORM_NAME.findall(entry.body):
             if name not in known_names:
                 yield f"under {entry.heading} the prose names {name}, which does not exist."
+        for name in _LINK.findall(entry.body):
+            if name not in anchors:
+                yield f"under {entry.heading} the prose links to #{name}, which does not exist."
 
 
 def _broken_by(member: Member, entry: Entry, topic: Topic) -> Iterator[str]:

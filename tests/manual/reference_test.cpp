@@ -26,13 +26,21 @@ std::string contentOf(const fs::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+// What the library declares, asked once.
+const std::string& declared() {
+    static const std::string json = [] {
+        const ProcessResult result =
+            support::runProcess(ZQMSPEECH_PROGRAM, {"inspect", ZQM_PLUGIN, "--json"});
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        return result.output;
+    }();
+    return json;
+}
+
 class Reference : public testing::Test {
 protected:
     Reference() {
-        const ProcessResult inspected =
-            support::runProcess(ZQMSPEECH_PROGRAM, {"inspect", ZQM_PLUGIN, "--json"});
-        EXPECT_EQ(inspected.exitCode, 0) << inspected.errors;
-        write(records, inspected.output);
+        write(records, declared());
         fs::copy(kDocuments / "reference-prose", prose);
         fs::copy(kDocuments / "reference", pages);
     }
@@ -136,6 +144,10 @@ TEST_F(Reference, NeedsMeaningErrorsAndAnExample) {
 TEST_F(Reference, NamesWhatExists) {
     replace(voice, "`GenderFemale`, `GenderMale`", "`NSVoiceGenderFemale`, `GenderMale`");
     expectProblem("under Gender() the prose names NSVoiceGenderFemale, which does not exist.");
+    replace(prose / "NSSpeechSynthesizerZQM.md", "## Keys of a speech dictionary", "## Keys of a word list");
+    expectProblem(
+        "under addSpeechDictionary(Dictionary) the prose links to #keys-of-a-speech-dictionary, which does "
+        "not exist.");
 }
 
 TEST_F(Reference, TellsOfEachMemberOnce) {
