@@ -76,6 +76,8 @@ TEST_F(FileTimes, aWordBeginsWhereItIsHeard) {
     ASSERT_THAT(words, SizeIs(6));
     const auto isSound = [](float sample) { return sample != 0; };
     for (const auto& [index, silence] : {std::pair(1U, 0.9), {2U, 1.1}, {5U, 1.3}}) {
+        ASSERT_GE(words[index].at, silence);
+        ASSERT_LT(words[index].at, spoken.sound.seconds());
         const auto begin =
             spoken.sound.samples.begin() + static_cast<std::ptrdiff_t>(spoken.sampleAt(words[index].at));
         const auto least = static_cast<std::ptrdiff_t>(silence * spoken.sound.rate);
@@ -192,6 +194,8 @@ TEST_F(FileTimes, areRightWhenTheRateChangesOnTheWay) {
     const Spoken spoken{events, SoundFile(target.file)};
     const std::vector<Word> words = of<Word>(spoken.events);
     ASSERT_THAT(words, SizeIs(9));
+    ASSERT_GE(words.back().at, 0.7);
+    ASSERT_LT(words.back().at + 0.7, spoken.sound.seconds());
     EXPECT_EQ(spoken.sampleAt(finished(events)->at), spoken.sound.frames());
     const auto begin =
         spoken.sound.samples.begin() + static_cast<std::ptrdiff_t>(spoken.sampleAt(words.back().at));

@@ -49,7 +49,8 @@ double monotonicSeconds() {
 // libpulse's threaded main loop calls all the static functions, in its own thread.
 class MonitorRecording::Stream {
 public:
-    explicit Stream(const PulseServer& server) : rate_(server.rate()), loop_(pa_threaded_mainloop_new()) {
+    Stream(const PulseServer& server, const std::string& sink)
+        : source_(sink + ".monitor"), rate_(server.rate()), loop_(pa_threaded_mainloop_new()) {
         context_ = pa_context_new(pa_threaded_mainloop_get_api(loop_), "recording");
         pa_context_set_state_callback(context_, &Stream::contextChanged, this);
         if (pa_context_connect(context_, server.address().c_str(), PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
@@ -136,7 +137,7 @@ private:
                                                    kFragmentsPerSecond};
         const auto flags = static_cast<pa_stream_flags_t>(
             PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_ADJUST_LATENCY);
-        if (pa_stream_connect_record(stream_, "zqm.monitor", &buffer, flags) < 0) {
+        if (pa_stream_connect_record(stream_, source_.c_str(), &buffer, flags) < 0) {
             failed_ = true;
         }
     }
@@ -174,6 +175,7 @@ private:
         }
     }
 
+    const std::string source_;
     const int rate_;
     pa_threaded_mainloop* const loop_;
     pa_context* context_ = nullptr;
@@ -186,7 +188,8 @@ private:
     std::vector<double> origins_;
 };
 
-MonitorRecording::MonitorRecording(const PulseServer& server) : stream_(std::make_unique<Stream>(server)) {
+MonitorRecording::MonitorRecording(const PulseServer& server, const std::string& sink)
+    : stream_(std::make_unique<Stream>(server, sink)) {
     waitUntil([this] { return stream_->failed() || stream_->size() > 0; }, kStartDeadline);
     if (stream_->size() == 0) {
         throw std::runtime_error("the PulseAudio server lets us record nothing");

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "tests/support/pulse_server.h"
@@ -12,12 +13,12 @@ namespace zqm::support {
 // Seconds of the clock that recordings and events are compared on (CLOCK_MONOTONIC).
 double monotonicSeconds();
 
-// Records what a server's null sink plays, from the moment of construction on, in a thread of its own.
+// Records what a null sink of a server plays, from the moment of construction on, in a thread of its own.
 class MonitorRecording {
 public:
     // Returns when the first sound (silence included) has arrived. Throws std::runtime_error when the server
     // doesn't let us record.
-    explicit MonitorRecording(const PulseServer& server);
+    explicit MonitorRecording(const PulseServer& server, const std::string& sink = kPulseSink);
     ~MonitorRecording();
     MonitorRecording(const MonitorRecording&) = delete;
     MonitorRecording& operator=(const MonitorRecording&) = delete;

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -49,8 +50,7 @@ void PulseServer::start() {
             "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1", "--realtime=no",
             "--high-priority=no", "--log-target=stderr", "--log-level=error", "-L",
             "module-native-protocol-unix auth-anonymous=1 socket=" + (folder_ / "native").string(), "-L",
-            "module-null-sink sink_name=zqm format=s16ne rate=" + std::to_string(rate_) +
-                " channels=" + std::to_string(channels_)},
+            "module-null-sink " + describe(kPulseSink)},
         options);
     const auto end = std::chrono::steady_clock::now() + kStartDeadline;
     while (!answers()) {
@@ -66,6 +66,36 @@ bool PulseServer::answers() const {
     options.environment = environment();
     return std::filesystem::exists(folder_ / "native") &&
            runProcess("pactl", {"info"}, options, kAnswerDeadline).succeeded();
+}
+
+std::string PulseServer::describe(const std::string& sink) const {
+    return "sink_name=" + sink + " format=s16ne rate=" + std::to_string(rate_) +
+           " channels=" + std::to_string(channels_);
+}
+
+std::string PulseServer::control(const std::vector<std::string>& arguments) const {
+    ProcessOptions options;
+    options.environment = environment();
+    const ProcessResult result = runProcess("pactl", arguments, options);
+    if (!result.succeeded()) {
+        throw std::runtime_error("pactl: " + result.errors);
+    }
+    return result.output;
+}
+
+void PulseServer::addSink(const std::string& name) const {
+    control({"load-module", "module-null-sink", describe(name)});
+}
+
+void PulseServer::removeSink(const std::string& name) const {
+    std::istringstream modules(control({"list", "short", "modules"}));
+    for (std::string line; std::getline(modules, line);) {
+        if (line.find("sink_name=" + name + ' ') != std::string::npos) {
+            control({"unload-module", line.substr(0, line.find('\t'))});
+            return;
+        }
+    }
+    throw std::runtime_error("there is no sink " + name);
 }
 
 void PulseServer::kill() {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tests/support/process.h"
 #include "tests/support/scoped_environment.h"
@@ -13,6 +14,7 @@
 namespace zqm::support {
 
 inline constexpr int kPulseRate = 44100;
+inline constexpr const char* kPulseSink = "zqm";
 
 // A PulseAudio server of the test's own, with one null sink of 16 bits, which plays in real time and is heard
 // only through its monitor. It reads no configuration of the user, keeps everything in a folder of its own,
@@ -30,6 +32,12 @@ public:
     int rate() const { return rate_; }
     int channels() const { return channels_; }
 
+    // What `pactl` with these arguments prints; throws std::runtime_error when it fails.
+    std::string control(const std::vector<std::string>& arguments) const;
+    // Another null sink, or another of that name.
+    void addSink(const std::string& name) const;
+    void removeSink(const std::string& name) const;
+
     // Ends it with SIGKILL, as if it had crashed; its socket stays behind.
     void kill();
     // Stops it with SIGSTOP: it answers nobody any more, but takes connections.
@@ -41,6 +49,7 @@ public:
 private:
     void start();
     bool answers() const;
+    std::string describe(const std::string& sink) const;
 
     int rate_;
     int channels_;
