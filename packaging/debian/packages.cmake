@@ -44,6 +44,8 @@ endmacro()
 
 zqm_package(plugin zqmspeech-plugin sound "espeak-ng-data, pocketsphinx-en-us")
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/triggers")
+# For speech aloud and for listening; files need none.
+set(CPACK_DEBIAN_PLUGIN_PACKAGE_SUGGESTS "pipewire-pulse | pulseaudio")
 zqm_package(command zqmspeech sound "${plugin_of_same_version}")
 zqm_package(development libzqmhost-dev libdevel "${plugin_of_same_version}, libffi-dev")
 zqm_package(python python3-zqm python "${plugin_of_same_version}, python3 (>= 3.11), python3 (<< 3.12)")

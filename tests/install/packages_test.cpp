@@ -131,6 +131,7 @@ TEST_F(Packages, NameWhatTheyNeed) {
           "libobjc4", "libpulse0 (>=", "libsamplerate0 (>=", "libsndfile1 (>=", "libstdc++6 (>="}) {
         EXPECT_THAT(plugin, HasSubstr(library));
     }
+    EXPECT_EQ(field("zqmspeech-plugin", "Suggests"), "pipewire-pulse | pulseaudio\n");
     const std::string pluginOfSameVersion = "zqmspeech-plugin (= " + std::string(kVersion) + ")";
     for (const Component& component : kComponents) {
         if (component.name != "plugin") {
