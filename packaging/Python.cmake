@@ -11,3 +11,4 @@ install(TARGETS zqm_python LIBRARY DESTINATION "${package_folder}" COMPONENT pyt
 get_target_property(modules zqm_python ZQM_MODULES)
 install(FILES ${modules} DESTINATION "${package_folder}" COMPONENT python)
 zqm_install_documents(python)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/examples" DESTINATION "${documents}" COMPONENT python)

@@ -25,7 +25,7 @@ Files documentsForHosts() {
 
 Files pythonPackage() {
     const std::string package = ZQM_PYTHON_FOLDER "/zqm/";
-    Files files{package + ZQM_PYTHON_MODULE};
+    Files files{package + ZQM_PYTHON_MODULE, kDocuments + "examples/reader.py"};
     for (const std::string& file : filesIn(ZQM_SOURCE_FOLDER "/python/zqm")) {
         if (file.find("__pycache__") == std::string::npos) {
             files.insert(package + file);
