@@ -1,22 +1,9 @@
 #include "cli/listening_lines.h"
 
-#include <cmath>
-#include <nlohmann/json.hpp>
+#include "cli/json_line.h"
 
 namespace zqm::cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-// Bytes that are no UTF-8, of a file's name for example, become U+FFFD.
-std::string lineOf(const Json& event) {
-    return event.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-// To the millisecond: no one hears more.
-double rounded(double seconds) {
-    return std::round(seconds * 1000) / 1000;
-}
 
 void add(Json& event, TimeRange range) {
     event["begin"] = rounded(range.begin);

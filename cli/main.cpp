@@ -47,6 +47,7 @@ int report(const std::exception& error, int code) {
 int main(int count, char** arguments) {
     occupyStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN); // a reader who has left shows when something is written
+    std::signal(SIGXFSZ, SIG_IGN); // and so does a limit of files' sizes
     try {
         const int code =
             runCommand(std::span<const char* const>(arguments, static_cast<std::size_t>(count)).subspan(1));

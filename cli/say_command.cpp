@@ -2,19 +2,26 @@
 
 #include "cli/exit_codes.h"
 #include "cli/failure.h"
-#include "cli/file_url.h"
 #include "cli/interruption.h"
+#include "cli/message.h"
 #include "cli/platform_log.h"
 #include "cli/plugin_location.h"
 #include "cli/progress_line.h"
+#include "cli/say_lines.h"
+#include "cli/sound_devices.h"
+#include "cli/sound_formats.h"
+#include "cli/sound_joiner.h"
+#include "cli/speech.h"
 #include "cli/spoken_text.h"
+#include "cli/standard_output.h"
+#include "cli/temporary_folder.h"
 #include "cli/text_input.h"
+#include "cli/text_pieces.h"
 
 #include <zqmhost/zqmhost.h>
 
-#include <cinttypes>
-#include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -24,147 +31,181 @@
 namespace zqm::cli {
 namespace {
 
-// How long the end of a stopped speech is waited for.
-constexpr host::Seconds kStopDeadline{15};
-
-bool isConstructed(const host::Object& synthesizer) {
-    return !synthesizer.get("voice").asText().empty();
+std::string reason() {
+    return PlatformLog::reason();
 }
 
-host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::string>& voice) {
-    host::Object synthesizer = runtime.create("NSSpeechSynthesizerZQM");
-    if (voice) {
-        synthesizer.call("Constructor", *voice);
-        if (isConstructed(synthesizer)) {
-            return synthesizer;
-        }
-    }
-    synthesizer.call("Constructor");
-    if (!isConstructed(synthesizer)) {
-        throw Failure("there are no voices: the speech engine is missing or does not answer");
-    }
-    if (voice) {
-        throw Failure("there is no voice \"" + *voice +
-                      "\" (they are named such as gmw/en-US or gmw/de; README.md tells more)");
-    }
-    return synthesizer;
-}
-
-// Speaks one text with one synthesizer.
-class Speech {
+// Speaks one text, aloud or into a file, and tells how it goes.
+class Saying {
 public:
-    Speech(host::Runtime& runtime, const SayOptions& options, const std::string& text)
-        : runtime_(runtime), options_(options), text_(text), spokenText_(text), progress_(STDERR_FILENO),
-          synthesizer_(makeSynthesizer(runtime, options.voice)) {
-        if (options.rate) {
-            synthesizer_.set("Rate", *options.rate);
-        }
-        if (options.volume) {
-            synthesizer_.set("Volume", *options.volume);
-        }
+    Saying(host::Runtime& runtime, const SayOptions& options, const std::string& text)
+        : options_(options), text_(text), spokenText_(text), progress_(STDERR_FILENO),
+          speech_(runtime, options, [this](const SpeakingEvent& event) { take(event); }) {
         // On one terminal the line of progress would run into those of the events.
-        hasProgress_ = progress_.isPossible() && !(options.events && isatty(STDOUT_FILENO) != 0);
-        synthesizer_.on("didFinishSpeaking",
-                        [this](const host::Arguments& event) { finish(event[0].asBool()); });
-        listenToWords();
+        hasProgress_ = progress_.isPossible() && !(options.printsEvents() && isatty(STDOUT_FILENO) != 0);
     }
-    Speech(const Speech&) = delete;
-    Speech& operator=(const Speech&) = delete;
-    ~Speech() { synthesizer_.off("didFinishSpeaking"); }
+    Saying(const Saying&) = delete;
+    Saying& operator=(const Saying&) = delete;
 
-    // Begins, aloud or into the file.
-    bool start(const std::optional<std::string>& file) {
-        const host::Value answer = file ? synthesizer_.call("startSpeakingString", text_, fileUrl(*file))
-                                        : synthesizer_.call("startSpeakingString", text_);
-        return answer.asBool();
-    }
-
-    // Waits for the end; stops at a signal. True when all was spoken.
-    bool wait() {
-        while (!isOver()) {
-            runtime_.runUntil([this] { return isOver() || rests(); }, kSignalLatency);
-            if (rests()) {
-                restFromWords();
-            }
+    // Throws Failure when it can't be spoken to the end, but for a signal or without a reader of the events.
+    void run() {
+        try {
+            const bool isComplete = options_.output ? write(*options_.output) : play();
+            finish(isComplete);
+        } catch (...) {
+            finish(false);
+            throw;
         }
-        if (!finished_) {
-            synthesizer_.call("stopSpeaking");
-            runtime_.runUntil([this] { return finished_.has_value(); }, kStopDeadline);
-        }
-        progress_.clear();
-        return finished_.value_or(false);
     }
 
 private:
-    // Nor does it go on for a reader of the events who has left.
-    bool isOver() const { return finished_ || Interruption::signalNumber() != 0 || std::ferror(stdout) != 0; }
-
-    void listenToWords() {
-        if (options_.events || hasProgress_) {
-            synthesizer_.on("willSpeakWord", [this](const host::Arguments& event) {
-                showWord(event[0].asInteger(), event[1].asInteger());
-            });
-        }
+    // Nor does it go on for a reader who has left.
+    bool isWanted() const {
+        const bool isRead = options_.output == "-" ? hasReader() : std::ferror(stdout) == 0;
+        return isRead && Interruption::signalNumber() == 0;
     }
 
-    // Every event carries the whole text, so those that nobody would see are better not raised.
-    bool rests() const { return hasProgress_ && !options_.events && !progress_.isDue(); }
-
-    void restFromWords() {
-        synthesizer_.off("willSpeakWord");
-        runtime_.runUntil([this] { return isOver() || progress_.isDue(); }, kSignalLatency);
-        listenToWords();
+    bool play() {
+        if (!speech_.start(text_, std::nullopt)) {
+            return fallBack("no sound can be played: " + reason());
+        }
+        const bool isComplete = speech_.wait([this] { return isWanted(); });
+        seconds_ = speech_.seconds();
+        if (!isComplete && isWanted()) {
+            throw Failure("the speech broke off: " + reason());
+        }
+        return isComplete;
     }
 
-    void showWord(std::int64_t position, std::int64_t length) {
-        const std::string word = spokenText_.cut(position, length);
-        if (options_.events) {
-            std::printf("word %" PRId64 " %" PRId64 " %s\n", position, length, word.c_str());
+    bool fallBack(const std::string& noSound) {
+        if (!options_.fallback) {
+            throw Failure(noSound + " (-o FILE writes a sound file)");
         }
-        if (hasProgress_ && progress_.isDue()) {
-            progress_.show(spokenText_.shareBefore(position + length), word);
+        const std::string& path = *options_.fallback;
+        std::optional<SoundJoiner> joiner;
+        try {
+            joiner.emplace(path, std::nullopt);
+        } catch (const Failure& failure) {
+            throw Failure(noSound + "; and " + failure.what());
+        }
+        std::fprintf(stderr, "No sound can be played here: the speech goes to %s\n", oneLine(path).c_str());
+        return write(*joiner, path);
+    }
+
+    bool write(const std::string& path) {
+        SoundJoiner joiner(path, options_.format);
+        return write(joiner, path);
+    }
+
+    // Piece by piece, so that what is held of the sound does not grow with the text.
+    bool write(SoundJoiner& joiner, const std::string& path) {
+        const TemporaryFolder folder(kLosslessFile);
+        TextPieces pieces(spokenText_.units(), speech_.language(),
+                          hasCommands(text_) ? std::numeric_limits<std::size_t>::max()
+                                             : TextPieces::kMostWords);
+        bool isComplete = true;
+        for (auto piece = pieces.next(); piece && isComplete; piece = pieces.next()) {
+            position_ = piece->position;
+            begin_ = joiner.seconds();
+            isComplete = isWanted() &&
+                         writePiece(spokenText_.cut(piece->position, piece->length), folder.file(), path);
+            if (access(folder.file().c_str(), F_OK) == 0) {
+                joiner.append(folder.file());
+                folder.removeFile();
+            }
+            seconds_ = joiner.seconds();
+        }
+        joiner.finish();
+        joiner.putInPlace();
+        return isComplete;
+    }
+
+    bool writePiece(const std::string& text, const std::string& file, const std::string& path) {
+        if (!speech_.start(text, file)) {
+            throw Failure("the speech can't be written: " + reason());
+        }
+        const bool isComplete = speech_.wait([this] { return isWanted(); });
+        if (!isComplete && isWanted()) {
+            throw Failure("the speech broke off: " + reason() + "; " + path + " is not written");
+        }
+        return isComplete;
+    }
+
+    // Of a piece; from here on it is of the whole.
+    void take(SpeakingEvent event) {
+        event.position += position_;
+        if (event.time) {
+            *event.time += begin_;
+        }
+        print(event);
+        if (hasProgress_ && event.kind == SpeakingEvent::Kind::Word && progress_.isDue()) {
+            progress_.show(spokenText_.shareBefore(event.position + event.length),
+                           spokenText_.cut(event.position, event.length));
         }
     }
 
     void finish(bool isComplete) {
-        finished_ = isComplete;
-        if (options_.events) {
-            std::printf("finish %s\n", isComplete ? "true" : "false");
+        progress_.clear();
+        print({.kind = SpeakingEvent::Kind::Finished, .time = seconds_, .completed = isComplete});
+    }
+
+    void print(const SpeakingEvent& event) const {
+        if (options_.printsEvents()) {
+            const std::string line =
+                options_.json ? jsonLine(event, spokenText_) : textLine(event, spokenText_);
+            if (!line.empty()) {
+                printLine(line);
+            }
         }
     }
 
-    host::Runtime& runtime_;
     const SayOptions& options_;
     const std::string& text_;
     SpokenText spokenText_;
     ProgressLine progress_;
-    host::Object synthesizer_;
+    Speech speech_;
     bool hasProgress_ = false;
-    std::optional<bool> finished_;
+    std::size_t position_ = 0; // of the piece being spoken, in the text and in the sound
+    double begin_ = 0;
+    std::optional<double> seconds_ = 0; // of sound so far
 };
 
-// Begins, into the fallback file where no sound can be played. Answers the file that is written, if any.
-std::optional<std::string> begin(Speech& speech, const SayOptions& options) {
-    if (speech.start(options.output)) {
-        return options.output;
+int listFormats() {
+    for (const SoundFormat& format : soundFormats()) {
+        std::printf("%-6s  %s\n", format.extension.c_str(), format.description.c_str());
     }
-    if (options.output) {
-        throw Failure("the speech can't be written: " + PlatformLog::reason());
+    return kDone;
+}
+
+int listDevices() {
+    const auto devices = soundDevices();
+    if (!devices) {
+        throw Failure("no sound server answers");
     }
-    const std::string noSound = "no sound can be played: " + PlatformLog::reason();
-    if (!options.fallback) {
-        throw Failure(noSound + " (-o FILE writes a sound file)");
+    for (const SoundDevice& device : *devices) {
+        std::printf("%s  %s\n", device.name.c_str(), device.description.c_str());
     }
-    if (!speech.start(options.fallback)) {
-        throw Failure(noSound + "; and the speech can't be written: " + PlatformLog::reason());
+    return kDone;
+}
+
+// A terminal would show the bytes of a sound file.
+void checkStandardOutput(const SayOptions& options) {
+    if (options.output == "-" && isatty(STDOUT_FILENO) != 0) {
+        throw Failure(
+            "a sound file is nothing for a terminal: -o FILE names a file, and -o - goes into a pipe");
     }
-    std::fprintf(stderr, "No sound can be played here: the speech goes to %s\n", options.fallback->c_str());
-    return options.fallback;
 }
 
 } // namespace
 
 int say(const SayOptions& options) {
+    if (options.listsFormats) {
+        return listFormats();
+    }
+    if (options.listsDevices) {
+        return listDevices();
+    }
+    checkStandardOutput(options);
     const std::string text = readText(options);
     for (const auto& [argument, what] : {std::pair(options.voice, "the name of the voice"),
                                          std::pair(options.output, "the name of the sound file"),
@@ -173,25 +214,15 @@ int say(const SayOptions& options) {
             requireUtf8(*argument, what);
         }
     }
-    // Whoever reads the events sees each as it comes.
-    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-
+    const Interruption interruption;
     const PlatformLog log;
     host::Runtime runtime;
     loadPlugin(runtime);
-    const Interruption interruption;
-    Speech speech(runtime, options, text);
-    const std::optional<std::string> file = begin(speech, options);
-    const bool isComplete = speech.wait();
-    if (Interruption::signalNumber() != 0) {
-        return kSignalled + Interruption::signalNumber();
+    if (options.device) {
+        playOn(*options.device);
     }
-    const bool hasReader = std::ferror(stdout) == 0; // else the caller says so
-    if (!isComplete && hasReader) {
-        throw Failure("the speech broke off: " + PlatformLog::reason() +
-                      (file ? "; " + *file + " is not written" : ""));
-    }
-    return kDone;
+    Saying(runtime, options, text).run();
+    return Interruption::signalNumber() == 0 ? kDone : kSignalled + Interruption::signalNumber();
 }
 
 } // namespace zqm::cli

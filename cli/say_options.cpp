@@ -1,6 +1,7 @@
 #include "cli/say_options.h"
 
 #include "cli/failure.h"
+#include "cli/sound_formats.h"
 
 #include <vector>
 
@@ -18,6 +19,28 @@ std::string joined(const std::vector<std::string>& words) {
     return text;
 }
 
+CLI::Validator soundFormat() {
+    return {[](const std::string& argument) {
+                return !argument.empty() && findSoundFormat(argument)
+                           ? ""
+                           : argument + " is not a sound file format; zqmspeech say --formats lists them";
+            },
+            ""};
+}
+
+// What can't be had together.
+void check(const SayOptions& options) {
+    if (options.format && !options.output) {
+        throw UsageError("--format needs -o FILE");
+    }
+    if (options.device && options.output) {
+        throw UsageError("--device and --output can't both be given: a file is not played");
+    }
+    if (options.output == "-" && options.printsEvents()) {
+        throw UsageError("the sound and the events can't both go to standard output");
+    }
+}
+
 } // namespace
 
 constexpr Syntax kSaySyntax{
@@ -27,7 +50,19 @@ constexpr Syntax kSaySyntax{
     .word = "text",
     .notes =
         "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input.\n"
-        "Texts are UTF-8. A text that begins with - goes after --.",
+        "Texts are UTF-8. A text that begins with - goes after --.\n"
+        "\n"
+        "With -o, a text of more than 2,000 words is spoken in pieces that end with sentences and are "
+        "joined\n"
+        "into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is there\n"
+        "is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there.\n"
+        "\n"
+        "--events prints on standard output, times being seconds of sound:\n"
+        "  word POSITION LENGTH TIME WORD  as it begins; in UTF-16 units of the text\n"
+        "  sync MESSAGE TIME               at a command [[sync MESSAGE]]\n"
+        "  problem POSITION TIME REASON    at a command that is wrong\n"
+        "  finish COMPLETED TIME           last: true, or false when it ended early, and how long it was\n"
+        "--json prints the same and phonemes, a JSON object on each line.",
     .done = "all was spoken",
     .failed = "that failed",
 };
@@ -38,13 +73,24 @@ std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
         ->check(notEmpty())
         ->type_name("FILE");
     app->add_option("-o,--output", options.output,
-                    "Writes a sound file instead of playing; its extension picks the format")
+                    "Writes a sound file instead of playing; its extension picks the format.\n"
+                    "- is standard output")
         ->check(notEmpty())
         ->type_name("FILE");
+    app->add_option("--format", options.format,
+                    "Writes this format, whatever the file's extension; on standard output it is\n"
+                    "wav without this")
+        ->check(soundFormat())
+        ->type_name("FORMAT");
+    app->add_flag("--formats", options.listsFormats, "Lists the formats")->check(noValue());
     app->add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
         ->check(notEmpty())
         ->type_name("FILE")
         ->take_last();
+    app->add_option("--device", options.device, "Plays on this device")
+        ->check(notEmpty())
+        ->type_name("DEVICE");
+    app->add_flag("--devices", options.listsDevices, "Lists the devices")->check(noValue());
     app->add_option("-v,--voice", options.voice, "Speaks with this voice")
         ->check(notEmpty())
         ->type_name("VOICE");
@@ -52,10 +98,8 @@ std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
         ->check(numberFrom(kSlowestRate, kFastestRate))
         ->type_name("NUMBER");
     app->add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1))->type_name("NUMBER");
-    app->add_flag("--events", options.events,
-                  "Prints each event: \"word POSITION LENGTH WORD\", counted in UTF-16 units, and\n"
-                  "\"finish true\", or false when it ended early")
-        ->check(noValue());
+    app->add_flag("--events", options.events, "Prints each event on a line, as told below")->check(noValue());
+    app->add_flag("--json", options.json, "Prints each event as a JSON object on a line")->check(noValue());
     return app;
 }
 
@@ -74,6 +118,7 @@ std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* cons
     if (!words.empty() && !isStandardInput) {
         options.text = joined(words);
     }
+    check(options);
     return options;
 }
 

@@ -1,9 +1,10 @@
 #include "cli/spoken_text.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <cstdint>
 
 #include <unicode/unistr.h>
+#include <unicode/utf16.h>
 
 namespace zqm::cli {
 
@@ -13,20 +14,32 @@ SpokenText::SpokenText(std::string_view utf8) {
     units_.assign(text.getBuffer(), static_cast<std::size_t>(text.length()));
 }
 
-std::string SpokenText::cut(std::int64_t position, std::int64_t length) const {
-    const auto size = static_cast<std::int64_t>(units_.size());
-    const std::int64_t begin = std::clamp<std::int64_t>(position, 0, size);
-    const std::int64_t count = std::clamp<std::int64_t>(length, 0, size - begin);
-    const icu::UnicodeString word(units_.data() + begin, static_cast<std::int32_t>(count));
+std::string SpokenText::cut(std::size_t position, std::size_t length) const {
+    const std::size_t begin = std::min(position, units_.size());
+    const std::size_t count = std::min(length, units_.size() - begin);
+    const icu::UnicodeString words(false, units_.data() + begin, static_cast<std::int32_t>(count)); // aliased
     std::string utf8;
-    return word.toUTF8String(utf8);
+    return words.toUTF8String(utf8);
 }
 
-double SpokenText::shareBefore(std::int64_t position) const {
+std::size_t SpokenText::codePointsBefore(std::size_t position) const {
+    position = std::min(position, units_.size());
+    while (counted_ < position) {
+        U16_FWD_1(units_.data(), counted_, units_.size());
+        ++codePoints_;
+    }
+    while (counted_ > position) {
+        U16_BACK_1(units_.data(), 0, counted_);
+        --codePoints_;
+    }
+    return codePoints_;
+}
+
+double SpokenText::shareBefore(std::size_t position) const {
     if (units_.empty()) {
         return 1;
     }
-    return std::clamp(static_cast<double>(position) / static_cast<double>(units_.size()), 0.0, 1.0);
+    return static_cast<double>(std::min(position, units_.size())) / static_cast<double>(units_.size());
 }
 
 } // namespace zqm::cli

@@ -2,6 +2,8 @@
 
 #include "tests/support/pulse_server.h"
 
+#include <regex>
+
 namespace zqm::tests {
 
 support::ProcessOptions bareOptions() {
@@ -29,6 +31,11 @@ support::ProcessResult sayInShell(const std::string& script, const std::vector<s
     std::vector<std::string> all{"-c", script, ZQMSPEECH_PROGRAM};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return support::runProcess("/bin/sh", all, options);
+}
+
+std::string withoutTimes(const std::string& lines) {
+    static const std::regex time(" [0-9]+\\.[0-9]{3}( |\r|\n|$)");
+    return std::regex_replace(lines, time, "$1");
 }
 
 } // namespace zqm::tests

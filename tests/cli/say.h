@@ -23,4 +23,7 @@ support::ProcessResult sayInShell(const std::string& script, const std::vector<s
 // "say" and the arguments.
 std::vector<std::string> sayArguments(const std::vector<std::string>& arguments);
 
+// The lines of --events without their times.
+std::string withoutTimes(const std::string& lines);
+
 } // namespace zqm::tests

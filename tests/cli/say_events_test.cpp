@@ -1,5 +1,6 @@
 // `zqmspeech say --events`.
 
+#include "tests/cli/json_schema.h"
 #include "tests/cli/say.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
@@ -7,7 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace zqm::tests {
 namespace {
@@ -21,7 +27,7 @@ protected:
         const support::ProcessResult result = say(all, options);
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_EQ(result.errors, "");
-        return result.output;
+        return withoutTimes(result.output);
     }
 
     support::TemporaryFolder folder_;
@@ -71,6 +77,59 @@ TEST_F(SayEvents, OfATextWithoutAWord) {
     EXPECT_EQ(events({"..."}), "finish true\n");
 }
 
+// A problem comes with the word behind it.
+TEST_F(SayEvents, OfCommandsInTheText) {
+    EXPECT_EQ(events({"One [[sync 0x61]] two [[nothing 1]] three"}),
+              "word 0 3 One\nsync 97\nword 18 3 two\nproblem 24 \"nothing\" is no command.\n"
+              "word 36 5 three\nfinish true\n");
+}
+
+std::vector<nlohmann::json> objects(const std::string& lines) {
+    std::vector<nlohmann::json> all;
+    std::istringstream stream(lines);
+    for (std::string line; std::getline(stream, line);) {
+        all.push_back(nlohmann::json::parse(line));
+    }
+    return all;
+}
+
+TEST_F(SayEvents, AsJsonAreAsTheSchemaSays) {
+    const std::string lines = events({"--json", "👋 grüße [[sync 7]] two [[nothing]] three"});
+    EXPECT_EQ(schemaErrors(lines, ZQM_SAY_SCHEMA), "");
+    EXPECT_NE(schemaErrors(R"({"event":"word","position":1,"utf16":1,"word":"x"})", ZQM_SAY_SCHEMA), "")
+        << "what lacks the lengths is taken";
+    EXPECT_NE(schemaErrors(R"({"event":"finish","completed":true,"more":1})", ZQM_SAY_SCHEMA), "")
+        << "what has more is taken";
+}
+
+TEST_F(SayEvents, AsJsonCountCodePointsToo) {
+    const auto all = objects(events({"--json", "👋 grüße [[sync 7]] two"}));
+    ASSERT_GT(all.size(), 8U);
+    const auto is = [](const char* kind) {
+        return [kind](const nlohmann::json& event) { return event["event"] == kind; };
+    };
+    std::vector<nlohmann::json> words;
+    std::ranges::copy_if(all, std::back_inserter(words), is("word"));
+    ASSERT_EQ(words.size(), 3U);
+    EXPECT_EQ(words[1]["word"], "grüße");
+    EXPECT_EQ(words[1]["position"], 2);
+    EXPECT_EQ(words[1]["length"], 5);
+    EXPECT_EQ(words[1]["utf16"], 3);
+    EXPECT_EQ(words[1]["utf16Length"], 5);
+    EXPECT_EQ(words[0]["length"], 1);
+    EXPECT_EQ(words[0]["utf16Length"], 2);
+    EXPECT_EQ(std::ranges::find_if(all, is("sync"))->at("message"), 7);
+    EXPECT_TRUE(all.back()["completed"]);
+    const auto phoneme = std::ranges::find_if(all, [](const nlohmann::json& event) {
+        return event["event"] == "phoneme" && event["symbol"] == "t";
+    });
+    ASSERT_NE(phoneme, all.end());
+    EXPECT_GE(phoneme->at("time"), words[2]["time"]);
+    EXPECT_TRUE(std::ranges::is_sorted(
+        all, {}, [](const nlohmann::json& event) { return event["time"].get<double>(); }));
+    EXPECT_NEAR(all.back()["time"].get<double>(), support::SoundFile(folder_ / "x.wav").seconds(), 0.001);
+}
+
 TEST_F(SayEvents, AreNotPrintedUnasked) {
     EXPECT_EQ(say({"-o", (folder_ / "x.wav").string(), "Hello"}).output, "");
 }
@@ -91,7 +150,7 @@ TEST_F(SayEvents, EndTheSpeechWithTheirReader) {
     const std::string file = (folder_ / "x.wav").string();
     const support::ProcessResult result =
         sayInShell("{ \"$0\" say --events -o \"$1\"; echo $? >&2; } | head -n 1", {file}, options);
-    EXPECT_EQ(result.output, "word 0 4 word\n");
+    EXPECT_EQ(withoutTimes(result.output), "word 0 4 word\n");
     EXPECT_EQ(result.errors, "zqmspeech: can't write to standard output\n1\n");
     constexpr double kWholeText = 3'000; // seconds at the least, at 400 words a minute
     EXPECT_LT(support::SoundFile(file).seconds(), kWholeText / 2);

@@ -28,11 +28,17 @@ TEST(SayOptions, NothingGivenMeansStandardInputAloud) {
     EXPECT_FALSE(options.rate);
     EXPECT_FALSE(options.volume);
     EXPECT_FALSE(options.events);
+    EXPECT_FALSE(options.json);
+    EXPECT_FALSE(options.format);
+    EXPECT_FALSE(options.device);
+    EXPECT_FALSE(options.listsFormats);
+    EXPECT_FALSE(options.listsDevices);
 }
 
 TEST(SayOptions, EveryOptionIsTaken) {
-    const SayOptions options = parse({"-o", "out.wav", "--fallback", "f.wav", "-v", "de", "--rate", "200",
-                                      "--volume", "0.5", "--events", "Guten", "Tag"});
+    const SayOptions options =
+        parse({"-o", "out.wav", "--fallback", "f.wav", "-v", "de", "--rate", "200", "--volume", "0.5",
+               "--events", "--json", "--format", "FLAC", "Guten", "Tag"});
     EXPECT_EQ(options.text, "Guten Tag");
     EXPECT_EQ(options.output, "out.wav");
     EXPECT_EQ(options.fallback, "f.wav");
@@ -40,6 +46,11 @@ TEST(SayOptions, EveryOptionIsTaken) {
     EXPECT_EQ(options.rate, 200);
     EXPECT_EQ(options.volume, 0.5);
     EXPECT_TRUE(options.events);
+    EXPECT_TRUE(options.json);
+    EXPECT_EQ(options.format, "FLAC");
+    EXPECT_EQ(parse({"--device", "speakers", "Hello"}).device, "speakers");
+    EXPECT_TRUE(parse({"--formats"}).listsFormats);
+    EXPECT_TRUE(parse({"--devices"}).listsDevices);
 }
 
 TEST(SayOptions, LongFormsWithEqualSigns) {
@@ -108,7 +119,8 @@ TEST(SayOptions, HelpNamesEveryOption) {
         const std::string& help = std::get<std::string>(parsed);
         EXPECT_THAT(help, HasSubstr("Usage: zqmspeech say [OPTIONS] [TEXT...]"));
         for (const char* name : {"-f,--file", "-o,--output", "--fallback", "-v,--voice", "--rate", "--volume",
-                                 "--events", "50 to 500", "0 to 1", "130 for Ctrl-C"}) {
+                                 "--format ", "--formats", "--device ", "--devices", "--events", "--json",
+                                 "50 to 500", "0 to 1", "130 for Ctrl-C"}) {
             EXPECT_THAT(help, HasSubstr(name));
         }
     }
@@ -155,6 +167,13 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"-f", "file", "--", "text"}, "can't both be given"},
         WrongUse{{"-o", "a.wav", "-o", "b.wav", "x"}, "--output"},
         WrongUse{{"--rate", "0x64", "x"}, "0x64 is not a number"},
+        WrongUse{{"-o", "x.wav", "--format", "xyz", "x"}, "xyz is not a sound file format"},
+        WrongUse{{"-o", "x.wav", "--format", "", "x"}, "is not a sound file format"},
+        WrongUse{{"--format", "wav", "x"}, "--format needs -o FILE"},
+        WrongUse{{"-o", "x.wav", "--device", "y", "x"}, "can't both be given"},
+        WrongUse{{"--device", "", "x"}, "it is empty"},
+        WrongUse{{"-o", "-", "--events", "x"}, "can't both go to standard output"},
+        WrongUse{{"-o", "-", "--json", "x"}, "can't both go to standard output"},
         WrongUse{{"--events=maybe", "x"}, "--events"}, WrongUse{{"--events=2", "x"}, "--events"}));
 
 } // namespace
