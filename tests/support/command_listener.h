@@ -40,6 +40,7 @@ public:
 
     void setCommands(const std::vector<std::string>& commands) {
         std::vector<host::Value> values;
+        values.reserve(commands.size());
         for (const std::string& command : commands) {
             values.emplace_back(command);
         }
