@@ -1,6 +1,7 @@
 // `zqmspeech say` through a real sound server: what is heard, progress on a terminal, signals, a lost
 // engine.
 
+#include "tests/cli/one_line.h"
 #include "tests/cli/say.h"
 #include "tests/cli/terminal.h"
 #include "tests/support/monitor_recording.h"
@@ -88,6 +89,34 @@ TEST_F(SayAloud, IsHeard) {
     EXPECT_EQ(result.errors, "");
     ASSERT_TRUE(recording.catchUp());
     EXPECT_GT(support::rms(recording.samples()), 0.001);
+}
+
+TEST_F(SayAloud, ADeviceIsPlayedOn) {
+    ASSERT_TRUE(
+        support::runProcess("pactl", {"load-module", "module-null-sink", "sink_name=second"}, options())
+            .succeeded());
+    const support::MonitorRecording recording(server_);
+    EXPECT_EQ(say({"--device", "second", "Hello world"}, options()).exitCode, 0);
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_EQ(support::rms(recording.samples()), 0) << "the other device sounds";
+    EXPECT_EQ(say({"--device", "zqm", "Hello world"}, options()).exitCode, 0);
+    ASSERT_TRUE(recording.catchUp());
+    EXPECT_GT(support::rms(recording.samples()), 0.001);
+    const ProcessResult list = say({"--devices"}, options());
+    EXPECT_EQ(list.exitCode, 0);
+    EXPECT_THAT(list.output, testing::MatchesRegex("zqm  [^\n]+\nsecond  [^\n]+\n"));
+}
+
+TEST_F(SayAloud, AnUnknownDeviceIsSaid) {
+    const support::TemporaryFolder folder;
+    expectOneLine(say({"--device", "nobody", "--fallback", (folder / "x.wav").string(), "Hello"}, options()),
+                  1, "there is no sound device \"nobody\" (there are: zqm)");
+    EXPECT_FALSE(exists(folder / "x.wav"));
+}
+
+TEST(SayDevices, AreUnknownWithoutASoundServer) {
+    expectOneLine(say({"--devices"}), 1, "no sound server answers");
+    expectOneLine(say({"--device", "x", "Hello"}), 1, "no sound can be played: no sound server answers");
 }
 
 TEST_F(SayAloud, TheFallbackIsNotNeeded) {
