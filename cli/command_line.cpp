@@ -1,7 +1,9 @@
 #include "cli/command_line.h"
 
-#include "cli/exit_codes.h"
+#include "cli/closest.h"
 #include "cli/failure.h"
+#include "cli/help.h"
+#include "cli/option_description.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,44 +14,40 @@
 namespace zqm::cli {
 namespace {
 
-class UsageFormatter : public CLI::Formatter {
+class HelpFormatter : public CLI::FormatterBase {
 public:
-    explicit UsageFormatter(const Syntax& syntax)
-        : usage_("Usage: zqmspeech " + std::string(syntax.name) + " [OPTIONS]") {
-        if (!syntax.words.empty()) {
-            usage_.append(" ").append(syntax.words);
-        }
-    }
+    explicit HelpFormatter(const Syntax& syntax) : syntax_(syntax) {}
 
-    std::string make_usage(const CLI::App* /*app*/, std::string /*name*/) const override {
-        return usage_ + "\n";
+    std::string make_help(const CLI::App* app, std::string /*name*/,
+                          CLI::AppFormatMode /*mode*/) const override {
+        return helpText(syntax_, describeOptions(*app), helpColumns());
     }
 
 private:
-    std::string usage_;
+    const Syntax& syntax_;
 };
 
-std::string footer(const Syntax& syntax) {
-    std::string text(syntax.notes);
-    text += text.empty() ? "Exit codes:" : "\n\nExit codes:";
-    const auto add = [&text](int code, std::string_view meaning) {
-        text.append("\n  ").append(std::to_string(code)).append("      ").append(meaning);
-    };
-    add(kDone, syntax.done);
-    add(kFailed, syntax.failed);
-    add(kWrongUsage, "the command line is wrong");
-    if (!syntax.fruitless.empty()) {
-        add(kFruitless, syntax.fruitless);
+// What may be meant by an option that there is not.
+std::string hintFor(const std::string& unknown, const CLI::App& app, const Syntax& syntax) {
+    std::vector<std::string> names;
+    for (const OptionDescription& option : describeOptions(app)) {
+        names.insert(names.end(), option.names.begin(), option.names.end());
     }
-    return text + "\n  128+N  signal N ended it (130 for Ctrl-C)";
+    const std::string near = nearest(unknown.substr(0, unknown.find('=')), names);
+    std::string hint = near.empty() ? "" : "near it: " + near;
+    if (!syntax.word.empty()) {
+        hint.append(hint.empty() ? "" : "; ").append("a ").append(syntax.word);
+        hint += " that begins with - goes after --";
+    }
+    return hint.empty() ? "" : " (" + hint + ")";
 }
 
 } // namespace
 
 std::unique_ptr<CLI::App> newCommandLine(const Syntax& syntax) {
-    auto app = std::make_unique<CLI::App>(std::string(syntax.summary) + ".");
-    app->formatter(std::make_shared<UsageFormatter>(syntax));
-    app->footer(footer(syntax));
+    auto app = std::make_unique<CLI::App>();
+    app->formatter(std::make_shared<HelpFormatter>(syntax));
+    app->set_help_flag("-h,--help", "Prints this help");
     app->allow_extras();
     return app;
 }
@@ -81,6 +79,18 @@ CLI::Validator noValue() {
             ""};
 }
 
+CLI::Validator oneOf(std::vector<std::string> values) {
+    std::string list;
+    for (const std::string& value : values) {
+        list.append(list.empty() ? "" : (&value == &values.back() ? " or " : ", ")).append(value);
+    }
+    return {[values = std::move(values), list](const std::string& argument) {
+                return std::ranges::find(values, argument) != values.end() ? ""
+                                                                           : argument + " is not " + list;
+            },
+            list};
+}
+
 // The parser leaves words alone that it doesn't know; as arguments it would take "[a,b]" and "{}" for lists.
 std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax,
                                              std::span<const char* const> arguments) {
@@ -101,20 +111,37 @@ std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax
     Words words{app.remaining(), !afterDashes.empty()};
     for (const std::string& unknown : words.all) {
         if (unknown.size() > 1 && unknown.front() == '-') {
-            throw UsageError(unknown + " is not an option" +
-                             (syntax.word.empty() ? ""
-                                                  : " (a " + std::string(syntax.word) +
-                                                        " that begins with - goes after --)"));
+            throw UsageError(unknown + " is not an option" + hintFor(unknown, app, syntax));
         }
     }
     words.all.insert(words.all.end(), afterDashes.begin(), afterDashes.end());
     return words;
 }
 
+std::optional<std::string> joined(const std::vector<std::string>& words) {
+    if (words.empty()) {
+        return std::nullopt;
+    }
+    std::string text = words.front();
+    for (const std::string& word : std::span(words).subspan(1)) {
+        text.append(" ").append(word);
+    }
+    return text;
+}
+
+std::optional<std::string> textOf(const Words& words, bool hasFile) {
+    if (!words.all.empty() && hasFile) {
+        throw UsageError("a text and --file can't both be given");
+    }
+    const bool isStandardInput = words.all.size() == 1 && words.all.front() == "-" && !words.hasDashes;
+    return isStandardInput ? std::nullopt : joined(words.all);
+}
+
 void requireNoWords(const Words& words, const Syntax& syntax) {
     if (!words.all.empty()) {
-        throw UsageError(std::string(syntax.name) + " takes no " + words.all.front() + "; zqmspeech " +
-                         std::string(syntax.name) + " --help tells more");
+        const std::string name(syntax.name);
+        throw UsageError(name + " takes options only, not \"" + words.all.front() + "\"; zqmspeech " + name +
+                         " --help lists them");
     }
 }
 

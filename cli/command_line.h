@@ -2,36 +2,27 @@
 
 #pragma once
 
+#include "cli/syntax.h"
+
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
 namespace zqm::cli {
 
-// How a command is called and ends, but for its options: the parts of its help.
-struct Syntax {
-    std::string_view name;
-    std::string_view summary;        // a sentence without its period
-    std::string_view words;          // those that belong to no option, as the usage has them: "[TEXT...]"
-    std::string_view word;           // what people call one of them
-    std::string_view notes;          // paragraphs below the options; may be empty
-    std::string_view done;           // when the exit code is 0: "all was spoken"
-    std::string_view failed;         // when it is 1
-    std::string_view fruitless = {}; // when it is 3, if that happens
-};
-
 // A command line of this syntax, to which options can be added. The name of an option's type tells shells how
-// to complete its value (completion.cpp).
+// to complete its value (value_types.h).
 std::unique_ptr<CLI::App> newCommandLine(const Syntax& syntax);
 
 CLI::Validator numberFrom(double least, double most); // in decimal
 CLI::Validator notEmpty();
 CLI::Validator noValue(); // of flags
+CLI::Validator oneOf(std::vector<std::string> values);
 
 // The words of a command line that belong to no option.
 struct Words {
@@ -43,6 +34,13 @@ struct Words {
 // UsageError.
 std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax,
                                              std::span<const char* const> arguments);
+
+// With blanks between; none of no words.
+std::optional<std::string> joined(const std::vector<std::string>& words);
+
+// The text to be read off the command line; none: from the file or standard input. Throws UsageError when a
+// file is named as well.
+std::optional<std::string> textOf(const Words& words, bool hasFile);
 
 // Takes no words. Throws UsageError.
 void requireNoWords(const Words& words, const Syntax& syntax);

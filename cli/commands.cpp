@@ -1,15 +1,24 @@
 #include "cli/commands.h"
 
+#include "cli/command_line.h"
+#include "cli/completion_command.h"
 #include "cli/exit_codes.h"
+#include "cli/help.h"
 #include "cli/inspect_command.h"
 #include "cli/inspect_options.h"
 #include "cli/listen_command.h"
 #include "cli/listen_options.h"
+#include "cli/manual_page_command.h"
+#include "cli/phonemes_command.h"
 #include "cli/say_command.h"
 #include "cli/say_options.h"
+#include "cli/voice_command.h"
+#include "cli/voices_command.h"
+#include "cli/wrapped_text.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 #include <variant>
 
 namespace zqm::cli {
@@ -42,15 +51,10 @@ Command makeCommand(const Syntax& syntax, std::unique_ptr<CLI::App> (*newCommand
             }};
 }
 
-constexpr const char* kHelpBegin = "The platform's speech services, from the command line.\n"
-                                   "Usage: zqmspeech COMMAND [OPTIONS]\n"
-                                   "\n"
-                                   "Commands (zqmspeech COMMAND --help tells more of each):\n";
-constexpr const char* kHelpEnd = "\n"
-                                 "Options:\n"
-                                 "  -h,--help   prints this help\n"
-                                 "  --version   prints the version\n";
-constexpr std::size_t kNameWidth = 12;
+Command hidden(Command command) {
+    command.isHidden = true;
+    return command;
+}
 
 } // namespace
 
@@ -58,9 +62,25 @@ const std::vector<Command>& commands() {
     static const std::vector<Command> all{
         makeCommand(kSaySyntax, newSayCommandLine, parseSayOptions, say),
         makeCommand(kListenSyntax, newListenCommandLine, parseListenOptions, listen),
+        makeCommand(kVoicesSyntax, newVoicesCommandLine, parseVoicesOptions, listVoices),
+        makeCommand(kVoiceSyntax, newVoiceCommandLine, parseVoiceOptions, showVoice),
+        makeCommand(kPhonemesSyntax, newPhonemesCommandLine, parsePhonemesOptions, printPhonemes),
         makeCommand(kInspectSyntax, newInspectCommandLine, parseInspectOptions, inspect),
+        makeCommand(kCompletionSyntax, newCompletionCommandLine, parseCompletionOptions, printCompletion),
+        hidden(makeCommand(kManualPageSyntax, newManualPageCommandLine, parseManualPageOptions,
+                           printManualPage)),
     };
     return all;
+}
+
+std::vector<std::string> commandNames() {
+    std::vector<std::string> names;
+    for (const Command& command : commands()) {
+        if (!command.isHidden) {
+            names.emplace_back(command.syntax.name);
+        }
+    }
+    return names;
 }
 
 const Command* findCommand(std::string_view name) {
@@ -69,16 +89,24 @@ const Command* findCommand(std::string_view name) {
     return found == commands().end() ? nullptr : &*found;
 }
 
-std::string programHelp() {
-    std::string help = kHelpBegin;
+std::vector<OptionDescription> programOptions() {
+    return {{{"-h", "--help"}, "", "", "Prints this help"}, {{"--version"}, "", "", "Prints the version"}};
+}
+
+std::string programHelp(std::size_t columns) {
+    std::vector<std::pair<std::string, std::string>> names;
     for (const Command& command : commands()) {
         if (!command.isHidden) {
-            std::string name(command.syntax.name);
-            name.resize(kNameWidth, ' ');
-            help.append("  ").append(name).append(command.syntax.summary).append("\n");
+            names.emplace_back(command.syntax.name, command.syntax.summary);
         }
     }
-    return help + kHelpEnd;
+    std::vector<std::pair<std::string, std::string>> options;
+    for (const OptionDescription& option : programOptions()) {
+        options.emplace_back(nameOf(option), option.summary);
+    }
+    return wrapped(std::string(kProgramSummary) + ".", columns) + "Usage: zqmspeech COMMAND [OPTIONS]\n\n" +
+           wrapped("Commands (zqmspeech COMMAND --help tells more of each):", columns) +
+           nameList(names, columns) + "\nOptions:\n" + nameList(options, columns);
 }
 
 } // namespace zqm::cli

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "cli/command_line.h"
+#include "cli/option_description.h"
+#include "cli/syntax.h"
 
 #include <functional>
 #include <memory>
@@ -24,10 +25,15 @@ struct Command {
 // All, in the order in which people are told of them.
 const std::vector<Command>& commands();
 
+std::vector<std::string> commandNames(); // but for the hidden ones
+
 // None of this name: null.
 const Command* findCommand(std::string_view name);
 
-// The help of zqmspeech itself.
-std::string programHelp();
+inline constexpr const char* kProgramSummary = "The platform's speech services, from the command line";
+
+// The options of zqmspeech itself, and its help.
+std::vector<OptionDescription> programOptions();
+std::string programHelp(std::size_t columns);
 
 } // namespace zqm::cli

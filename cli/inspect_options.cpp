@@ -1,5 +1,6 @@
 #include "cli/inspect_options.h"
 
+#include "cli/command_line.h"
 #include "cli/failure.h"
 
 #include <utility>
@@ -12,8 +13,8 @@ constexpr Syntax kInspectSyntax{
     .words = "LIBRARY",
     .word = "library",
     .notes =
-        "LIBRARY is the file of a plugin, such as libZQMNSSpeech.so. It is loaded, as a host program loads\n"
-        "it; no object is made. What the host finds wrong in it goes to standard error. A library that\n"
+        "LIBRARY is the file of a plugin, such as libZQMNSSpeech.so. It is loaded, as a host program loads "
+        "it; no object is made. What the host finds wrong in it goes to standard error. A library that "
         "begins with - goes after --.",
     .done = "the library was inspected, and nothing is wrong in it",
     .failed = "it can't be loaded, or something is wrong in it",

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/command_line.h"
+#include "cli/syntax.h"
 
 #include <memory>
 #include <span>

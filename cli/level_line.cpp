@@ -1,9 +1,10 @@
 #include "cli/level_line.h"
 
+#include "cli/colours.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 
 namespace zqm::cli {
 namespace {
@@ -47,11 +48,6 @@ std::string barText(double decibels, std::size_t cells, bool isColoured) {
     return bar.append(cells - full, '-').append("]");
 }
 
-bool areColoursWanted() {
-    const char* none = std::getenv("NO_COLOR");
-    return none == nullptr || *none == '\0';
-}
-
 } // namespace
 
 std::string levelText(double decibels, std::string_view state, std::size_t columns, bool isColoured) {
@@ -65,6 +61,6 @@ std::string levelText(double decibels, std::string_view state, std::size_t colum
            fitted(state, columns - cells - kAround - kBetween);
 }
 
-LevelLine::LevelLine(int descriptor) : TerminalLine(descriptor), isColoured_(areColoursWanted()) {}
+LevelLine::LevelLine(int descriptor) : TerminalLine(descriptor), isColoured_(areColoursWanted(descriptor)) {}
 
 } // namespace zqm::cli

@@ -1,5 +1,6 @@
 #include "cli/listen_options.h"
 
+#include "cli/command_line.h"
 #include "cli/failure.h"
 
 namespace zqm::cli {
@@ -10,10 +11,10 @@ constexpr Syntax kListenSyntax{
     .words = "COMMAND...",
     .word = "command",
     .notes =
-        "Each COMMAND is one command: some words of English, such as \"Open the door\" or \"channel 5\".\n"
+        "Each COMMAND is one command: some words of English, such as \"Open the door\" or \"channel 5\". "
         "A command that begins with - goes after --.\n"
         "\n"
-        "Without --once and --timeout it listens until Ctrl-C or, with --from, to the file's end.\n"
+        "Without --once and --timeout it listens until Ctrl-C or, with --from, to the file's end. "
         "On a terminal, a meter shows how loud it is (without colours if NO_COLOR is set).",
     .done = "a command was recognised",
     .failed = "listening failed",

@@ -1,8 +1,10 @@
 // zqmspeech, the command for people.
 
+#include "cli/closest.h"
 #include "cli/commands.h"
 #include "cli/exit_codes.h"
 #include "cli/failure.h"
+#include "cli/help.h"
 #include "cli/message.h"
 #include "cli/standard_descriptors.h"
 
@@ -23,7 +25,7 @@ int runCommand(std::span<const char* const> arguments) {
     }
     const std::string_view name = arguments.front();
     if (name == "--help" || name == "-h") {
-        std::fputs(programHelp().c_str(), stdout);
+        std::fputs(programHelp(helpColumns()).c_str(), stdout);
         return kDone;
     }
     if (name == "--version") {
@@ -32,7 +34,9 @@ int runCommand(std::span<const char* const> arguments) {
     }
     const Command* command = findCommand(name);
     if (command == nullptr) {
-        throw UsageError(std::string(name) + " is not a command; zqmspeech --help lists them");
+        const std::string near = nearest(name, commandNames());
+        throw UsageError(std::string(name) + " is not a command" +
+                         (near.empty() ? "" : " (near it: " + near + ")") + "; zqmspeech --help lists them");
     }
     return command->run(arguments.subspan(1));
 }

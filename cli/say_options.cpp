@@ -1,23 +1,11 @@
 #include "cli/say_options.h"
 
+#include "cli/command_line.h"
 #include "cli/failure.h"
 #include "cli/sound_formats.h"
 
-#include <vector>
-
 namespace zqm::cli {
 namespace {
-
-std::string joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) {
-        if (&word != &words.front()) {
-            text += ' ';
-        }
-        text += word;
-    }
-    return text;
-}
 
 CLI::Validator soundFormat() {
     return {[](const std::string& argument) {
@@ -49,12 +37,12 @@ constexpr Syntax kSaySyntax{
     .words = "[TEXT...]",
     .word = "text",
     .notes =
-        "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input.\n"
+        "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input. "
         "Texts are UTF-8. A text that begins with - goes after --.\n"
         "\n"
         "With -o, a text of more than 2,000 words is spoken in pieces that end with sentences and are "
-        "joined\n"
-        "into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is there\n"
+        "joined into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is "
+        "there "
         "is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there.\n"
         "\n"
         "--events prints on standard output, times being seconds of sound:\n"
@@ -110,14 +98,7 @@ std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* cons
     if (const auto* help = std::get_if<std::string>(&read)) {
         return *help;
     }
-    const auto& [words, hasDashes] = std::get<Words>(read);
-    if (!words.empty() && app->count("--file") > 0) {
-        throw UsageError("a text and --file can't both be given");
-    }
-    const bool isStandardInput = words.size() == 1 && words.front() == "-" && !hasDashes;
-    if (!words.empty() && !isStandardInput) {
-        options.text = joined(words);
-    }
+    options.text = textOf(std::get<Words>(read), app->count("--file") > 0);
     check(options);
     return options;
 }

@@ -3,6 +3,7 @@
 #include "cli/failure.h"
 #include "cli/file_url.h"
 #include "cli/interruption.h"
+#include "cli/synthesizer.h"
 
 #include <utility>
 
@@ -11,29 +12,6 @@ namespace {
 
 // How long the end of a stopped speech is waited for.
 constexpr host::Seconds kStopDeadline{15};
-
-bool isConstructed(const host::Object& synthesizer) {
-    return !synthesizer.get("voice").asText().empty();
-}
-
-host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::string>& voice) {
-    host::Object synthesizer = runtime.create("NSSpeechSynthesizerZQM");
-    if (voice) {
-        synthesizer.call("Constructor", *voice);
-        if (isConstructed(synthesizer)) {
-            return synthesizer;
-        }
-    }
-    synthesizer.call("Constructor");
-    if (!isConstructed(synthesizer)) {
-        throw Failure("there are no voices: the speech engine is missing or does not answer");
-    }
-    if (voice) {
-        throw Failure("there is no voice \"" + *voice +
-                      "\" (they are named such as gmw/en-US or gmw/de; README.md tells more)");
-    }
-    return synthesizer;
-}
 
 } // namespace
 

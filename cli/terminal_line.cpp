@@ -77,6 +77,11 @@ std::optional<std::size_t> terminalColumns(int descriptor) {
     return isTold ? std::optional<std::size_t>(size.ws_col) : std::nullopt;
 }
 
+// The last column stays free: a character there makes some terminals go on to the next line.
+std::size_t lineColumns(int descriptor) {
+    return terminalColumns(descriptor).value_or(kUsualColumns) - 1;
+}
+
 TerminalLine::TerminalLine(int descriptor) : descriptor_(descriptor), isPossible_(canRedraw(descriptor)) {}
 
 TerminalLine::~TerminalLine() {
@@ -92,11 +97,6 @@ void TerminalLine::clear() {
         write(toFirstLine().append(kClearLine).append(shown_.size() > 1 ? kClearBelow : ""));
         shown_.clear();
     }
-}
-
-// The last column stays free: a character there makes some terminals go on to the next line.
-std::size_t TerminalLine::columns() const {
-    return terminalColumns(descriptor_).value_or(kUsualColumns) - 1;
 }
 
 void TerminalLine::draw(std::string_view line) {

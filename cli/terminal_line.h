@@ -16,6 +16,9 @@ std::string fitted(std::string_view text, std::size_t columns);
 // How wide the terminal is; none: the descriptor is no terminal, or one that doesn't tell.
 std::optional<std::size_t> terminalColumns(int descriptor);
 
+// The columns that a line of the terminal may take; those of a usual one where it doesn't tell.
+std::size_t lineColumns(int descriptor);
+
 std::size_t terminalRows(int descriptor);
 
 // One line of a terminal, or some, redrawn in place.
@@ -33,7 +36,7 @@ public:
 
 protected:
     bool isShown() const { return !shown_.empty(); }
-    std::size_t columns() const; // that a line may take
+    std::size_t columns() const { return lineColumns(descriptor_); }
     void draw(std::string_view line);
     void draw(std::span<const std::string> lines); // at least one
     std::size_t rows() const { return terminalRows(descriptor_); }

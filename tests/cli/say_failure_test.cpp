@@ -64,7 +64,7 @@ TEST(SayFailure, OfTheText) {
 
 TEST(SayFailure, OfTheVoice) {
     expectOneLine(say({"-v", "nobody", "Hello"}), 1,
-                  "there is no voice \"nobody\" (they are named such as gmw/en-US");
+                  "there is no voice \"nobody\" (zqmspeech voices lists them)");
     expectOneLine(say({"-v", "\xFF", "Hello"}), 1, "the name of the voice is not valid UTF-8 at byte 0");
 }
 

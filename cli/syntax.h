@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string_view>
+
+namespace CLI {
+class App;
+}
+
+namespace zqm::cli {
+
+// How a command is called and ends, but for its options: the parts of its help.
+struct Syntax {
+    std::string_view name;
+    std::string_view summary;        // a sentence without its period
+    std::string_view words;          // those that belong to no option, as the usage has them: "[TEXT...]"
+    std::string_view word;           // what people call one of them
+    std::string_view notes;          // paragraphs below the options; may be empty
+    std::string_view done;           // when the exit code is 0: "all was spoken"
+    std::string_view failed;         // when it is 1
+    std::string_view fruitless = {}; // when it is 3, if that happens
+};
+
+} // namespace zqm::cli

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <zqmhost/object.h>
+
+#include <optional>
+#include <string>
+
+namespace zqm::host {
+class Runtime;
+}
+
+namespace zqm::cli {
+
+// With this voice, or the default one. Throws Failure when there is none.
+host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::string>& voice);
+
+} // namespace zqm::cli
