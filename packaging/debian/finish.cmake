@@ -31,6 +31,11 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     zqm_compress("${page}")
   endforeach()
 
+  # Debian's zsh doesn't look below /usr where it does below /usr/local.
+  if(EXISTS "${tree}/share/zsh/site-functions")
+    file(RENAME "${tree}/share/zsh/site-functions" "${tree}/share/zsh/vendor-completions")
+  endif()
+
   if(EXISTS "${CPACK_ZQM_SOURCES}/${package}.lintian-overrides")
     configure_file("${CPACK_ZQM_SOURCES}/${package}.lintian-overrides" "${tree}/share/lintian/overrides/${package}" COPYONLY)
   endif()

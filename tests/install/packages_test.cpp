@@ -45,10 +45,14 @@ std::string contentOf(const fs::path& file) {
 std::string pathInPackage(const std::string& path, const std::string& package) {
     static const std::regex document(kDocuments + "(.*)");
     static const std::regex manualPage(ZQM_SHARE "/man/.*");
+    static const std::regex zshFunction(ZQM_SHARE "/zsh/site-functions/(.*)");
     std::smatch match;
     if (std::regex_match(path, match, document)) {
         const std::string name = match[1] == "CHANGELOG.md" ? "changelog.gz" : match.str(1);
         return "usr/" ZQM_SHARE "/doc/" + package + "/" + name;
+    }
+    if (std::regex_match(path, match, zshFunction)) {
+        return "usr/" ZQM_SHARE "/zsh/vendor-completions/" + match.str(1);
     }
     return "usr/" + path + (std::regex_match(path, manualPage) ? ".gz" : "");
 }
