@@ -116,6 +116,13 @@ def test_references_to_variants_hold_any_value(echo):
     assert reference.value == 7
 
 
+def test_references_hold_what_a_call_that_raised_left_in_them(echo, echoes):
+    reference = zqm.ByRef("before")
+    with pytest.raises(echoes.EchoException):
+        echo.MakeSevenAndRaise(reference)
+    assert reference.value == 7
+
+
 def test_properties_are_attributes(widgets):
     widget = widgets.Widget()
     widget.Count, widget.Scale, widget.Enabled, widget.Factor = 7, 1.25, True, 0.5

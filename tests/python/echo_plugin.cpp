@@ -127,6 +127,14 @@ std::int64_t exceptionCode(REALobject) {
     return 77;
 }
 
+// Its reference counts although it raises.
+void makeSevenAndRaise(REALobject, REALobject* value) {
+    makeVariant(nullptr, value);
+    REALobject exception = host<REALobject>("PluginNewInstance", "EchoException");
+    host<void>("RuntimeRaiseException", exception);
+    host<void>("REALUnlockObject", exception);
+}
+
 // ---- events
 
 EventRecord echoEvents[] = {
@@ -195,6 +203,7 @@ const MethodRecord echoMethods[] = {
     {.function = method(countStrings), .declaration = "Measure(values() as String) as Integer"},
     {.function = method(countIntegers), .declaration = "Measure(values() as Integer) as Integer"},
     {.function = method(makeVariant), .declaration = "MakeSeven(byref value as Variant)"},
+    {.function = method(makeSevenAndRaise), .declaration = "MakeSevenAndRaise(byref value as Variant)"},
     {.function = method(negated), .declaration = "from(import as Integer = 5) as Integer"},
     {.function = method(keep), .declaration = "Keep(object as Echo)"},
     {.function = method(kept), .declaration = "Kept as Echo"},
