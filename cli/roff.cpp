@@ -68,14 +68,20 @@ std::string subheading(std::string_view text) {
 }
 
 std::string paragraphs(std::string_view text) {
-    std::string lines;
+    std::string lines = ".PP\n";
     for (;;) {
-        const std::size_t end = text.find("\n\n");
-        lines.append(".PP\n").append(escaped(text.substr(0, end))).append("\n");
+        const std::size_t end = text.find('\n');
+        lines.append(escaped(text.substr(0, end))).append("\n");
         if (end == std::string_view::npos) {
             return lines;
         }
-        text.remove_prefix(end + 2);
+        text.remove_prefix(end + 1);
+        if (text.starts_with('\n')) {
+            lines += ".PP\n";
+            text.remove_prefix(1);
+        } else {
+            lines += kLineBreak;
+        }
     }
 }
 

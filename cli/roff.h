@@ -21,7 +21,7 @@ std::string title(std::string_view name, std::string_view section, std::string_v
                   std::string_view manual);
 std::string heading(std::string_view text);
 std::string subheading(std::string_view text);
-std::string paragraphs(std::string_view text); // blank lines are between them
+std::string paragraphs(std::string_view text); // a blank line is between them; other line breaks stay
 std::string item(std::string_view name, std::string_view text);
 
 } // namespace zqm::cli::roff

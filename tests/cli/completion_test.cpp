@@ -123,6 +123,10 @@ TEST(Roff, TakesNoTextForARequest) {
     EXPECT_EQ(roff::heading("a \"b\""), ".SH \"a \\(dqb\\(dq\"\n");
 }
 
+TEST(Roff, KeepsLinesAndParagraphs) {
+    EXPECT_EQ(roff::paragraphs("one\n  two\n\nthree"), ".PP\none\n.br\n  two\n.PP\nthree\n");
+}
+
 TEST(Quoted, IsOneWordOfTheShell) {
     EXPECT_EQ(quoted("it's"), "'it'\\''s'");
     EXPECT_EQ(escaped("a[b]", "[]"), "a\\[b\\]");
