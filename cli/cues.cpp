@@ -233,7 +233,7 @@ std::vector<Cue> sentenceCues(const SpeechTiming& timing) {
     std::vector<Cue> cues;
     std::size_t begin = 0;
     auto word = timing.words.begin();
-    for (const std::size_t end : sentenceEnds(timing.text)) {
+    for (const std::size_t end : sentenceEnds(timing.text, timing.language)) {
         const auto next = std::find_if(word, timing.words.end(), [end](const TimedWord& candidate) {
             return candidate.position >= end;
         });

@@ -1,5 +1,7 @@
 #include "cli/progress_line.h"
 
+#include "cli/terminal_line.h"
+
 #include <cmath>
 
 namespace zqm::cli {

@@ -6,12 +6,13 @@
 #include "cli/message.h"
 #include "cli/platform_log.h"
 #include "cli/plugin_location.h"
-#include "cli/progress_line.h"
 #include "cli/say_lines.h"
 #include "cli/sound_devices.h"
 #include "cli/sound_formats.h"
 #include "cli/sound_joiner.h"
 #include "cli/speech.h"
+#include "cli/speech_record.h"
+#include "cli/speech_view.h"
 #include "cli/spoken_text.h"
 #include "cli/standard_output.h"
 #include "cli/temporary_folder.h"
@@ -39,10 +40,10 @@ std::string reason() {
 class Saying {
 public:
     Saying(host::Runtime& runtime, const SayOptions& options, const std::string& text)
-        : options_(options), text_(text), spokenText_(text), progress_(STDERR_FILENO),
+        : options_(options), text_(text), spokenText_(text), view_(STDERR_FILENO, spokenText_.units()),
           speech_(runtime, options, [this](const SpeakingEvent& event) { take(event); }) {
-        // On one terminal the line of progress would run into those of the events.
-        hasProgress_ = progress_.isPossible() && !(options.printsEvents() && isatty(STDOUT_FILENO) != 0);
+        // On one terminal the view would run into the lines of the events.
+        hasView_ = view_.isPossible() && !(options.printsEvents() && isatty(STDOUT_FILENO) != 0);
     }
     Saying(const Saying&) = delete;
     Saying& operator=(const Saying&) = delete;
@@ -60,7 +61,10 @@ public:
 
 private:
     // Nor does it go on for a reader who has left.
-    bool isWanted() const {
+    bool isWanted() {
+        if (hasView_) {
+            view_.refresh();
+        }
         const bool isRead = options_.output == "-" ? hasReader() : std::ferror(stdout) == 0;
         return isRead && Interruption::signalNumber() == 0;
     }
@@ -99,6 +103,8 @@ private:
 
     // Piece by piece, so that what is held of the sound does not grow with the text.
     bool write(SoundJoiner& joiner, const std::string& path) {
+        SpeechRecord record(options_, spokenText_.units(), speech_.language());
+        record_ = &record;
         const TemporaryFolder folder(kLosslessFile);
         TextPieces pieces(spokenText_.units(), speech_.language(),
                           hasCommands(text_) ? std::numeric_limits<std::size_t>::max()
@@ -116,7 +122,12 @@ private:
             seconds_ = joiner.seconds();
         }
         joiner.finish();
+        if (record.needsSound()) {
+            record.takeSound(joiner.reader());
+        }
         joiner.putInPlace();
+        record.write(joiner.seconds());
+        record_ = nullptr;
         return isComplete;
     }
 
@@ -138,14 +149,16 @@ private:
             *event.time += begin_;
         }
         print(event);
-        if (hasProgress_ && event.kind == SpeakingEvent::Kind::Word && progress_.isDue()) {
-            progress_.show(spokenText_.shareBefore(event.position + event.length),
-                           spokenText_.cut(event.position, event.length));
+        if (record_ != nullptr) {
+            record_->take(event);
+        }
+        if (hasView_ && event.kind == SpeakingEvent::Kind::Word) {
+            view_.show(event.position, event.length);
         }
     }
 
     void finish(bool isComplete) {
-        progress_.clear();
+        view_.clear();
         print({.kind = SpeakingEvent::Kind::Finished, .time = seconds_, .completed = isComplete});
     }
 
@@ -162,10 +175,11 @@ private:
     const SayOptions& options_;
     const std::string& text_;
     SpokenText spokenText_;
-    ProgressLine progress_;
+    SpeechView view_;
     Speech speech_;
-    bool hasProgress_ = false;
-    std::size_t position_ = 0; // of the piece being spoken, in the text and in the sound
+    bool hasView_ = false;
+    SpeechRecord* record_ = nullptr; // while a file is written
+    std::size_t position_ = 0;       // of the piece being spoken, in the text and in the sound
     double begin_ = 0;
     std::optional<double> seconds_ = 0; // of sound so far
 };

@@ -3,6 +3,7 @@
 #include "cli/command_line.h"
 #include "cli/failure.h"
 #include "cli/sound_formats.h"
+#include "cli/subtitles.h"
 
 namespace zqm::cli {
 namespace {
@@ -16,10 +17,30 @@ CLI::Validator soundFormat() {
             ""};
 }
 
+CLI::Validator subtitleFile() {
+    return {[](const std::string& argument) {
+                return subtitleFormat(argument) ? "" : argument + " does not end in .vtt, .srt or .lrc";
+            },
+            ""};
+}
+
+CLI::Validator timelineFile() {
+    return {[](const std::string& argument) {
+                return hasExtension(argument, ".svg") ? "" : argument + " does not end in .svg";
+            },
+            ""};
+}
+
 // What can't be had together.
 void check(const SayOptions& options) {
     if (options.format && !options.output) {
         throw UsageError("--format needs -o FILE");
+    }
+    if (options.subtitles && !options.output) {
+        throw UsageError("--subtitles needs -o FILE");
+    }
+    if (options.timeline && !options.output) {
+        throw UsageError("--timeline needs -o FILE");
     }
     if (options.device && options.output) {
         throw UsageError("--device and --output can't both be given: a file is not played");
@@ -71,6 +92,15 @@ std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
         ->check(soundFormat())
         ->type_name("FORMAT");
     app->add_flag("--formats", options.listsFormats, "Lists the formats")->check(noValue());
+    app->add_option("--subtitles", options.subtitles,
+                    "Writes what is heard when beside the sound file, with the times of sentences and\n"
+                    "words: WebVTT (.vtt), SubRip (.srt) or LRC (.lrc), by its extension")
+        ->check(subtitleFile())
+        ->type_name("FILE");
+    app->add_option("--timeline", options.timeline,
+                    "Draws the sound with its words and phonemes beside the sound file (.svg)")
+        ->check(timelineFile())
+        ->type_name("FILE");
     app->add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
         ->check(notEmpty())
         ->type_name("FILE")

@@ -11,10 +11,12 @@
 namespace zqm::cli {
 
 struct SayOptions {
-    std::optional<std::string> text;   // none: from the input
-    std::string input = "-";           // file to read the text from; "-" is standard input
-    std::optional<std::string> output; // sound file, "-" being standard output; none: played
-    std::optional<std::string> format; // extension of the sound file's format; none: the file's own
+    std::optional<std::string> text;      // none: from the input
+    std::string input = "-";              // file to read the text from; "-" is standard input
+    std::optional<std::string> output;    // sound file, "-" being standard output; none: played
+    std::optional<std::string> format;    // extension of the sound file's format; none: the file's own
+    std::optional<std::string> subtitles; // files beside the sound file
+    std::optional<std::string> timeline;
     std::optional<std::string> fallback;
     std::optional<std::string> device; // to play on; none: the sound server's choice
     std::optional<std::string> voice;  // identifier; none: the default voice

@@ -12,7 +12,10 @@ namespace zqm::cli {
 // Keeps what is heard when, event by event, of positions and times of the whole.
 class SayTiming {
 public:
-    explicit SayTiming(std::u16string text) { timing_.text = std::move(text); }
+    explicit SayTiming(std::u16string text, std::string language = "en") {
+        timing_.text = std::move(text);
+        timing_.language = std::move(language);
+    }
 
     void add(const SpeakingEvent& event);
     // The sound ended.

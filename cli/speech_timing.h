@@ -26,8 +26,9 @@ struct TimedPhoneme {
 // The words and the phonemes in the order in which they are heard.
 struct SpeechTiming {
     std::u16string text;
-    std::vector<TimedWord> words;
-    std::vector<TimedPhoneme> phonemes;
+    std::string language = "en"; // BCP 47, by which its sentences are found
+    std::vector<TimedWord> words = {};
+    std::vector<TimedPhoneme> phonemes = {};
     double duration = 0;
 };
 

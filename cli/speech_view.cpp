@@ -89,11 +89,12 @@ void SpeechView::show(std::size_t position, std::size_t length) {
     position_ = std::min(position, text_.size());
     length_ = std::min(length, text_.size() - position_);
     wordBegan_ = Clock::now();
+    began_ = began_.value_or(wordBegan_);
     refresh();
 }
 
 void SpeechView::refresh() {
-    if (!isDue()) {
+    if (!began_ || !isDue()) {
         return;
     }
     const Screen screen = this->screen();
@@ -113,14 +114,14 @@ SpeechView::Screen SpeechView::screen() {
     if (rows < kFewestRows) {
         std::string word;
         icu::UnicodeString(text_.data() + position_, static_cast<std::int32_t>(length_)).toUTF8String(word);
-        screen.lines.push_back(progressText(share(), word, screen.columns));
+        screen.lines.push_back(progressText(shareBefore(position_ + length_), word, screen.columns));
         return screen;
     }
     const std::size_t columns = std::min(screen.columns, kMostColumns);
     for (const TextLine& line : linesFor(columns).around(position_, std::min(kMostTextRows, rows - 2))) {
         screen.lines.push_back(textLine(text_, line, position_, position_ + length_));
     }
-    screen.lines.push_back(progressBar(share(), timeLeft(), columns, isColoured_));
+    screen.lines.push_back(progressBar(shareBefore(position_ + length_), timeLeft(), columns, isColoured_));
     return screen;
 }
 
@@ -140,19 +141,20 @@ TextLines& SpeechView::linesFor(std::size_t columns) {
     return *lines_;
 }
 
-double SpeechView::share() const {
-    return text_.empty() ? 1 : static_cast<double>(position_) / static_cast<double>(text_.size());
+double SpeechView::shareBefore(std::size_t position) const {
+    return text_.empty() ? 1 : static_cast<double>(position) / static_cast<double>(text_.size());
 }
 
 // As fast as until now; unknown at first.
 std::optional<std::chrono::seconds> SpeechView::timeLeft() const {
-    constexpr std::chrono::duration<double> kFirst{1};
+    constexpr std::chrono::duration<double> kFirst{2};
     constexpr double kFirstShare = 0.02;
-    const std::chrono::duration<double> untilWord = wordBegan_ - began_;
-    if (untilWord < kFirst || share() < kFirstShare) {
+    const std::chrono::duration<double> untilWord = wordBegan_ - *began_;
+    const double share = shareBefore(position_);
+    if (untilWord < kFirst || share < kFirstShare) {
         return std::nullopt;
     }
-    const std::chrono::duration<double> left = untilWord / share() - (Clock::now() - began_);
+    const std::chrono::duration<double> left = untilWord / share - (Clock::now() - *began_);
     if (left.count() < 0) {
         return std::chrono::seconds(0);
     }

@@ -26,10 +26,10 @@ class SpeechView : public TerminalLine {
 public:
     using Clock = std::chrono::steady_clock;
 
-    // The text outlives this. The speech begins now.
+    // The text outlives this.
     SpeechView(int descriptor, const std::u16string& text);
 
-    // The word that is spoken now, in UTF-16 units.
+    // The word that is spoken now, in UTF-16 units. With the first one the speech begins.
     void show(std::size_t position, std::size_t length);
     // Draws the same anew where time has passed or the terminal has changed.
     void refresh();
@@ -42,13 +42,13 @@ private:
 
     Screen screen();
     TextLines& linesFor(std::size_t columns);
-    double share() const;
+    double shareBefore(std::size_t position) const;
     std::optional<std::chrono::seconds> timeLeft() const;
 
     const std::u16string& text_;
     bool isColoured_;
-    Clock::time_point began_ = Clock::now();
-    Clock::time_point wordBegan_ = began_;
+    std::optional<Clock::time_point> began_;
+    Clock::time_point wordBegan_;
     std::size_t position_ = 0;
     std::size_t length_ = 0;
     std::size_t linesColumns_ = 0;

@@ -175,13 +175,18 @@ constexpr std::array kFormats{Format{".vtt", SubtitleFormat::WebVtt, writeWebVtt
 
 } // namespace
 
+bool hasExtension(std::string_view fileName, std::string_view extension) {
+    return fileName.size() >= extension.size() &&
+           std::ranges::equal(fileName.substr(fileName.size() - extension.size()), extension, {},
+                              [](unsigned char character) {
+                                  return static_cast<char>(character < 0x80 ? std::tolower(character)
+                                                                            : character);
+                              });
+}
+
 std::optional<SubtitleFormat> subtitleFormat(std::string_view fileName) {
-    std::string name(fileName);
-    std::ranges::transform(name, name.begin(), [](unsigned char character) {
-        return static_cast<char>(character < 0x80 ? std::tolower(character) : character);
-    });
     for (const Format& format : kFormats) {
-        if (name.ends_with(format.extension)) {
+        if (hasExtension(fileName, format.extension)) {
             return format.format;
         }
     }

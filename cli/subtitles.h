@@ -10,6 +10,9 @@ namespace zqm::cli {
 
 enum class SubtitleFormat { WebVtt, Srt, Lrc };
 
+// Whether a file's name ends so, in upper or lower case; the extension is in lower case, ".vtt".
+bool hasExtension(std::string_view fileName, std::string_view extension);
+
 // By the extension of the file's name, in upper or lower case; none when it is none of .vtt, .srt and .lrc.
 std::optional<SubtitleFormat> subtitleFormat(std::string_view fileName);
 

@@ -15,7 +15,7 @@ namespace zqm::tests {
 inline cli::SpeechTiming markedTiming(std::string_view marked, double begin = 0) {
     constexpr double kSecondsPerWord = 0.5;
     const support::MarkedText text = support::parseMarkedText(marked);
-    cli::SpeechTiming timing{support::toUtf16(text.text), {}, {}, begin};
+    cli::SpeechTiming timing{.text = support::toUtf16(text.text), .duration = begin};
     for (const support::WordRange& word : text.words) {
         const double end = timing.duration + kSecondsPerWord;
         timing.words.push_back({word.position, word.length, timing.duration, end});

@@ -1,4 +1,5 @@
 #include "cli/progress_line.h"
+#include "cli/terminal_line.h"
 
 #include "tests/cli/terminal.h"
 #include "tests/support/scoped_environment.h"
@@ -44,11 +45,18 @@ TEST(ProgressText, LeavesOutWhatWouldSpoilTheTerminal) {
     EXPECT_EQ(progressText(0.5, "a\xFF\x80z", 79), " 50%  az");
 }
 
-TEST(ProgressLine, IsRedrawnInPlaceAndCleared) {
+class Line : public TerminalLine {
+public:
+    using TerminalLine::TerminalLine;
+
+    void show(double share, std::string_view word) { draw(progressText(share, word, columns())); }
+};
+
+TEST(TerminalLine, IsRedrawnInPlaceAndCleared) {
     const support::ScopedEnvironment kind("TERM", "xterm");
     const Terminal terminal(20);
     {
-        ProgressLine line(terminal.descriptor());
+        Line line(terminal.descriptor());
         ASSERT_TRUE(line.isPossible());
         EXPECT_TRUE(line.isDue());
         line.show(0.5, "Donaudampfschifffahrt");
@@ -65,28 +73,28 @@ TEST(ProgressLine, IsRedrawnInPlaceAndCleared) {
     EXPECT_EQ(terminal.written(), "\r\x1b[K");
 }
 
-TEST(ProgressLine, TakesATerminalOfUnknownWidthForAnUsualOne) {
+TEST(TerminalLine, TakesATerminalOfUnknownWidthForAnUsualOne) {
     const support::ScopedEnvironment kind("TERM", "xterm");
     const Terminal terminal(0);
-    ProgressLine line(terminal.descriptor());
+    Line line(terminal.descriptor());
     line.show(0.5, std::string(200, 'x'));
     EXPECT_EQ(terminal.written(), "\r\x1b[K 50%  " + std::string(73, 'x'));
 }
 
-TEST(ProgressLine, SurvivesATerminalOfOneColumn) {
+TEST(TerminalLine, SurvivesATerminalOfOneColumn) {
     const support::ScopedEnvironment kind("TERM", "xterm");
     const Terminal terminal(1);
-    ProgressLine line(terminal.descriptor());
+    Line line(terminal.descriptor());
     line.show(0.5, "word");
     EXPECT_EQ(terminal.written(), "\r\x1b[K");
 }
 
-TEST(ProgressLine, IsNotDrawnWhereItCannotBe) {
+TEST(TerminalLine, IsNotDrawnWhereItCannotBe) {
     const Terminal terminal(20);
     for (const std::optional<std::string>& value :
          {std::optional<std::string>("dumb"), std::optional<std::string>()}) {
         const support::ScopedEnvironment kind("TERM", value);
-        ProgressLine line(terminal.descriptor());
+        Line line(terminal.descriptor());
         EXPECT_FALSE(line.isPossible());
         EXPECT_FALSE(line.isDue());
         line.show(0.5, "word");
@@ -96,10 +104,10 @@ TEST(ProgressLine, IsNotDrawnWhereItCannotBe) {
     const support::ScopedEnvironment kind("TERM", "xterm");
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
-    EXPECT_FALSE(ProgressLine(ends[1]).isPossible());
+    EXPECT_FALSE(Line(ends[1]).isPossible());
     close(ends[0]);
     close(ends[1]);
-    EXPECT_FALSE(ProgressLine(-1).isPossible());
+    EXPECT_FALSE(Line(-1).isPossible());
 }
 
 } // namespace

@@ -136,8 +136,25 @@ std::vector<std::string> frames(const std::string& written) {
     return all;
 }
 
-TEST_F(SayAloud, ProgressIsOneLineRedrawn) {
+TEST_F(SayAloud, OnATerminalItsWordIsHighlightedAboveABar) {
+    const Terminal terminal(40);
+    std::string written;
+    const ProcessResult result =
+        sayOnTerminal(terminal, {"One two", "Donaudampfschifffahrtsgesellschaft", "四 five"}, written);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(written,
+                StartsWith("\r\x1b[K\x1b[7mOne\x1b[27m two\r\n\r\x1b[KDonaudampfschifffahrtsgesellschaft "
+                           "四\r\n\r\x1b[Kfive\r\n\r\x1b[K["));
+    EXPECT_THAT(written, HasSubstr("\r\x1b[K\x1b[7mDonaudampfschifffahrtsgesellschaft\x1b[27m 四\r\n"));
+    EXPECT_THAT(written, HasSubstr("\x1b[7mfive\x1b[27m\r\n"));
+    EXPECT_THAT(written, HasSubstr("] 100%  "));
+    EXPECT_THAT(written, EndsWith("\x1b[3A\r\x1b[K\x1b[J"));
+}
+
+TEST_F(SayAloud, OnAFlatTerminalALineIsRedrawn) {
     const Terminal terminal(16);
+    terminal.resize(16, 2);
     std::string written;
     const ProcessResult result =
         sayOnTerminal(terminal, {"One two", "Donaudampfschifffahrtsgesellschaft", "四 five"}, written);
@@ -154,15 +171,15 @@ TEST_F(SayAloud, ProgressIsOneLineRedrawn) {
     EXPECT_EQ(shown.back(), "");
 }
 
-TEST_F(SayAloud, ProgressStandsBesideEventsInAPipe) {
+TEST_F(SayAloud, TheViewStandsBesideEventsInAPipe) {
     const Terminal terminal(80);
     std::string written;
     const ProcessResult result = sayOnTerminal(terminal, {"--events", "Hello world"}, written);
     EXPECT_EQ(withoutTimes(result.output), "word 0 5 Hello\nword 6 5 world\nfinish true\n");
-    EXPECT_THAT(frames(written), testing::Contains("100%  world"));
+    EXPECT_THAT(written, HasSubstr("Hello \x1b[7mworld\x1b[27m\r\n"));
 }
 
-TEST_F(SayAloud, ProgressGivesWayToEventsOnTheSameTerminal) {
+TEST_F(SayAloud, TheViewGivesWayToEventsOnTheSameTerminal) {
     const Terminal terminal(80);
     support::ProcessOptions onTerminal = options();
     onTerminal.environment["TERM"] = "xterm";
@@ -174,7 +191,7 @@ TEST_F(SayAloud, ProgressGivesWayToEventsOnTheSameTerminal) {
     EXPECT_EQ(withoutTimes(terminal.written()), "word 0 5 Hello\r\nword 6 5 world\r\nfinish true\r\n");
 }
 
-TEST_F(SayAloud, NoProgressOnADumbTerminal) {
+TEST_F(SayAloud, NoViewOnADumbTerminal) {
     const Terminal terminal(80);
     std::string written;
     EXPECT_EQ(sayOnTerminal(terminal, {"Hello world"}, written, "dumb").exitCode, 0);

@@ -30,6 +30,8 @@ TEST(SayOptions, NothingGivenMeansStandardInputAloud) {
     EXPECT_FALSE(options.events);
     EXPECT_FALSE(options.json);
     EXPECT_FALSE(options.format);
+    EXPECT_FALSE(options.subtitles);
+    EXPECT_FALSE(options.timeline);
     EXPECT_FALSE(options.device);
     EXPECT_FALSE(options.listsFormats);
     EXPECT_FALSE(options.listsDevices);
@@ -37,8 +39,9 @@ TEST(SayOptions, NothingGivenMeansStandardInputAloud) {
 
 TEST(SayOptions, EveryOptionIsTaken) {
     const SayOptions options =
-        parse({"-o", "out.wav", "--fallback", "f.wav", "-v", "de", "--rate", "200", "--volume", "0.5",
-               "--events", "--json", "--format", "FLAC", "Guten", "Tag"});
+        parse({"-o",          "out.wav",  "--fallback", "f.wav",    "-v",     "de",       "--rate",
+               "200",         "--volume", "0.5",        "--events", "--json", "--format", "FLAC",
+               "--subtitles", "out.VTT",  "--timeline", "out.svg",  "Guten",  "Tag"});
     EXPECT_EQ(options.text, "Guten Tag");
     EXPECT_EQ(options.output, "out.wav");
     EXPECT_EQ(options.fallback, "f.wav");
@@ -48,6 +51,8 @@ TEST(SayOptions, EveryOptionIsTaken) {
     EXPECT_TRUE(options.events);
     EXPECT_TRUE(options.json);
     EXPECT_EQ(options.format, "FLAC");
+    EXPECT_EQ(options.subtitles, "out.VTT");
+    EXPECT_EQ(options.timeline, "out.svg");
     EXPECT_EQ(parse({"--device", "speakers", "Hello"}).device, "speakers");
     EXPECT_TRUE(parse({"--formats"}).listsFormats);
     EXPECT_TRUE(parse({"--devices"}).listsDevices);
@@ -174,6 +179,11 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"--device", "", "x"}, "it is empty"},
         WrongUse{{"-o", "-", "--events", "x"}, "can't both go to standard output"},
         WrongUse{{"-o", "-", "--json", "x"}, "can't both go to standard output"},
+        WrongUse{{"--subtitles", "x.vtt", "x"}, "--subtitles needs -o FILE"},
+        WrongUse{{"--timeline", "x.svg", "--fallback", "f.wav", "x"}, "--timeline needs -o FILE"},
+        WrongUse{{"-o", "a.wav", "--subtitles", "a.txt", "x"}, "a.txt does not end in .vtt, .srt or .lrc"},
+        WrongUse{{"-o", "a.wav", "--subtitles", "", "x"}, "does not end in .vtt, .srt or .lrc"},
+        WrongUse{{"-o", "a.wav", "--timeline", "a.png", "x"}, "a.png does not end in .svg"},
         WrongUse{{"--events=maybe", "x"}, "--events"}, WrongUse{{"--events=2", "x"}, "--events"}));
 
 } // namespace

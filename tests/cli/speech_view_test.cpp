@@ -99,26 +99,26 @@ TEST_F(SpeechViewOnATerminal, ShowsTheTextAroundTheWord) {
                                 "\r\x1b[K\x1b[7mfour\x1b[27m\r\n"
                                 "\r\x1b[Kfive\r\n"
                                 "\r\x1b[Ksix\r\n"
-                                "\r\x1b[K 42%  \x1b[J");
+                                "\r\x1b[K 55%  \x1b[J");
 }
 
 TEST_F(SpeechViewOnATerminal, HasFewerLinesOnFewerRows) {
     EXPECT_EQ(shown(4, 14, 4), "\r\x1b[K\x1b[7mfour\x1b[27m\r\n"
                                "\r\x1b[Kfive\r\n"
-                               "\r\x1b[K 42%  \x1b[J");
+                               "\r\x1b[K 55%  \x1b[J");
     EXPECT_EQ(shown(3, 14, 4), "\r\x1b[K\x1b[7mfour\x1b[27m\r\n"
-                               "\r\x1b[K 42%  \x1b[J");
+                               "\r\x1b[K 55%  \x1b[J");
 }
 
 TEST_F(SpeechViewOnATerminal, IsALineOnTwoRows) {
-    EXPECT_EQ(shown(2, 14, 4), "\r\x1b[K 42%  four");
-    EXPECT_EQ(shown(1, 14, 4), "\r\x1b[K 42%  four");
+    EXPECT_EQ(shown(2, 14, 4), "\r\x1b[K 55%  four");
+    EXPECT_EQ(shown(1, 14, 4), "\r\x1b[K 55%  four");
 }
 
 TEST_F(SpeechViewOnATerminal, HasNoMoreLinesThanTheText) {
     text_ = u"one two";
     EXPECT_EQ(shown(24, 4, 3), "\r\x1b[Kone \x1b[7mtwo\x1b[27m\r\n"
-                               "\r\x1b[K 57%  \x1b[J");
+                               "\r\x1b[K100%  \x1b[J");
 }
 
 TEST_F(SpeechViewOnATerminal, IsRedrawnInPlaceAndCleared) {
@@ -158,7 +158,7 @@ TEST_F(SpeechViewOnATerminal, FollowsAnotherSize) {
                                    "\r\x1b[Kabcdefghi\r\n"
                                    "\r\x1b[Kabcdefghi\r\n"
                                    "\r\x1b[Kabcdefghi\r\n"
-                                   "\r\x1b[K  0%  \x1b[J");
+                                   "\r\x1b[K  9%  \x1b[J");
 }
 
 TEST_F(SpeechViewOnATerminal, FindsItsPlaceInALongTextAtAnotherSize) {
