@@ -5,6 +5,10 @@
 #include "cli/sound_formats.h"
 #include "cli/subtitles.h"
 
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
 namespace zqm::cli {
 namespace {
 
@@ -32,6 +36,17 @@ CLI::Validator timelineFile() {
 }
 
 // What can't be had together.
+// Whichever way each is named, as far as they are there.
+bool nameOneFile(const std::string& one, const std::string& other) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const auto place = [&](const std::string& file) {
+        return fs::weakly_canonical(fs::absolute(file, error), error);
+    };
+    const fs::path first = place(one);
+    return fs::equivalent(one, other, error) || (!first.empty() && first == place(other));
+}
+
 void check(const SayOptions& options) {
     if (options.format && !options.output) {
         throw UsageError("--format needs -o FILE");
@@ -41,6 +56,12 @@ void check(const SayOptions& options) {
     }
     if (options.timeline && !options.output) {
         throw UsageError("--timeline needs -o FILE");
+    }
+    for (const auto& [name, file] :
+         {std::pair("--subtitles", options.subtitles), std::pair("--timeline", options.timeline)}) {
+        if (file && nameOneFile(*file, *options.output)) {
+            throw UsageError(std::string(name) + " and --output name the same file");
+        }
     }
     if (options.device && options.output) {
         throw UsageError("--device and --output can't both be given: a file is not played");

@@ -94,8 +94,7 @@ class Object:
         """
         if callback is None:
             return functools.partial(_decorate, self, event)
-        _set_callback(self, event, callback)
-        return callback
+        return _decorate(self, event, callback)
 
     def off(self, event: str) -> None:
         """Drops the callback of the event."""
@@ -186,6 +185,8 @@ def _set_callback(host_object: Object, event: str, callback: Callable[..., objec
 
 
 def _decorate(host_object: Object, event: str, callback: Callable[..., object]) -> Callable[..., object]:
+    if not callable(callback):
+        raise TypeError(f"{callback!r} can't be called")
     _set_callback(host_object, event, callback)
     return callback
 

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import math
 import time
 from collections.abc import Callable
 
@@ -18,6 +19,8 @@ def run(until: Callable[[], object] | None = None, timeout: float | None = None)
     whether it has become true is the answer. What a handler raises leaves this call, as does Ctrl-C. Other
     threads run while it waits.
     """
+    if timeout is not None and math.isnan(timeout):
+        raise ValueError("the timeout is not a number")
     end = None if timeout is None else time.monotonic() + timeout
     while until is None or not until():
         delivered = _zqm.deliver()

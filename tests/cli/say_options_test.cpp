@@ -181,6 +181,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"-o", "-", "--json", "x"}, "can't both go to standard output"},
         WrongUse{{"--subtitles", "x.vtt", "x"}, "--subtitles needs -o FILE"},
         WrongUse{{"--timeline", "x.svg", "--fallback", "f.wav", "x"}, "--timeline needs -o FILE"},
+        WrongUse{{"-o", "a.vtt", "--format", "wav", "--subtitles", "a.vtt", "x"}, "name the same file"},
+        WrongUse{{"-o", "a.svg", "--format", "wav", "--timeline", "./b/../a.svg", "x"}, "name the same file"},
         WrongUse{{"-o", "a.wav", "--subtitles", "a.txt", "x"}, "a.txt does not end in .vtt, .srt or .lrc"},
         WrongUse{{"-o", "a.wav", "--subtitles", "", "x"}, "does not end in .vtt, .srt or .lrc"},
         WrongUse{{"-o", "a.wav", "--timeline", "a.png", "x"}, "a.png does not end in .svg"},

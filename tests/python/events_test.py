@@ -55,6 +55,11 @@ def test_callbacks_come_and_go(echo):
     assert heard == [1, -2]
 
 
+def test_what_cannot_be_called_is_refused(echo):
+    with pytest.raises(TypeError, match="3 can't be called"):
+        echo.on("Heard", 3)
+
+
 def test_on_decorates(echo):
     heard = []
 

@@ -66,6 +66,11 @@ def test_the_time_ends_the_run(speaker):
     assert zqm.run(timeout=0) is False
 
 
+def test_a_time_that_is_no_number_is_refused(speaker):
+    with pytest.raises(ValueError, match="not a number"):
+        zqm.run(lambda: False, float("nan"))
+
+
 def test_the_last_answer_counts(speaker):
     answers = iter([False, True])
     assert zqm.run(lambda: next(answers), 0) is True
