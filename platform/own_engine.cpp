@@ -5,8 +5,9 @@
 namespace zqm::platform {
 namespace {
 
-// Read at one go; what is beyond is read in the next round of the run loop.
-constexpr int kMostMessages = 100'000;
+// Read at one go: more than a socket holds, so that all is read that had come by then, and a stop has not
+// long to wait where the engine goes on talking. What is beyond is read in the next round of the run loop.
+constexpr int kMostMessages = 10'000;
 
 } // namespace
 
