@@ -40,6 +40,16 @@ std::optional<Status> statusOf(pid_t process) {
     return status;
 }
 
+std::size_t threadsOf(pid_t process) {
+    std::size_t count = 0;
+    std::error_code error; // it may end meanwhile
+    fs::directory_iterator thread("/proc/" + std::to_string(process) + "/task", error);
+    for (; !error && thread != fs::directory_iterator(); thread.increment(error)) {
+        ++count;
+    }
+    return count;
+}
+
 } // namespace
 
 std::vector<pid_t> childrenOf(pid_t process) {
@@ -75,7 +85,9 @@ std::vector<pid_t> childrenThatRun(const std::string& program) {
 
 bool isAlive(pid_t process) {
     const std::optional<Status> status = statusOf(process);
-    return status && status->state != 'Z' && status->state != 'X';
+    const bool hasEnded = !status || status->state == 'Z' || status->state == 'X';
+    // The first thread may end before others, which still hold the process's files and locks.
+    return !hasEnded || (status && threadsOf(process) > 1);
 }
 
 std::size_t openDescriptors() {
