@@ -96,10 +96,10 @@ void ListeningSession::stop() {
     if (!engine_.isOurs() || !isListening_) {
         return;
     }
-    takeMessages();
-    isListening_ = false;
-    events_.clear();
+    isListening_ = false; // an engine whose end is noticed only now is not replaced
     timer_.stop();
+    takeMessages();
+    events_.clear();
     if (engine_.isOpen()) {
         engine_.post(protocol::StopListening{session_});
     }

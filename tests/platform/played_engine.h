@@ -41,6 +41,8 @@ public:
     // SIGKILL.
     void kill() const;
 
+    [[nodiscard]] pid_t process() const { return process_; }
+
 private:
     void waitFor(short condition) const;
 

@@ -3,8 +3,10 @@
 #include "tests/platform/observed_listening.h"
 #include "tests/platform/recognizer_fixture.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace {
 
@@ -129,6 +131,7 @@ TEST_F(RecognizerEngineLoss, AfterTheStopIsOfNoInterest) {
     engine = replacement(2);
 }
 
+// Whether the engine is gone by then, or only soon.
 TEST_F(RecognizerEngineLoss, ThatIsNotNoticedYetDoesNotKeepFromStoppingOrStarting) {
     Listener listener(Texts{"open"});
     auto engine = start(listener);
@@ -138,6 +141,38 @@ TEST_F(RecognizerEngineLoss, ThatIsNotNoticedYetDoesNotKeepFromStoppingOrStartin
     engine = replacement(2);
     engine->say(phrase(2, 1, 0));
     EXPECT_TRUE(listener.runUntilHeard(1));
+}
+
+TEST_F(RecognizerEngineLoss, ThatIsNoticedByTheStopIsNotMadeUpFor) {
+    Listener listener(Texts{"open"});
+    auto engine = start(listener);
+    const auto log = logged([&] {
+        engine->kill();
+        ASSERT_TRUE(waitUntil([&] { return !zqm::support::isAlive(engine->process()); }));
+        [listener.recognizer stopListening];
+        EXPECT_TRUE(zqm::support::childrenOfThisProcess().empty());
+        [listener.recognizer startListening];
+        engine = replacement(2);
+    });
+    EXPECT_THAT(log, IsEmpty());
+}
+
+// Its turn comes while nobody looks; then the recognizer is stopped.
+TEST_F(RecognizerEngineLoss, WhoseReplacementIsDueAtTheStopIsNotMadeUpFor) {
+    Listener listener(Texts{"open"});
+    auto engine = start(listener);
+    for (int losses = 0; losses < 2; ++losses) {
+        engine->kill();
+        ASSERT_TRUE(waitUntil([&] { return !zqm::support::isAlive(engine->process()); }));
+        [listener.recognizer setCommands:[listener.recognizer commands]]; // it is noticed
+        if (losses == 0) {
+            engine = replacement();
+        }
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(300)); // longer than the first pause
+    [listener.recognizer stopListening];
+    EXPECT_TRUE(zqm::support::childrenOfThisProcess().empty());
+    EXPECT_FALSE(stage_.hasNext());
 }
 
 TEST_F(RecognizerEngineLoss, TellsOfRefusedCommandsOnce) {
