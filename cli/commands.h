@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/option_description.h"
-#include "cli/syntax.h"
+#include "cli/command_line/option_description.h"
+#include "cli/command_line/syntax.h"
 
 #include <functional>
 #include <memory>

@@ -1,12 +1,12 @@
 // zqmspeech, the command for people.
 
-#include "cli/closest.h"
+#include "cli/command_line/closest.h"
+#include "cli/command_line/exit_codes.h"
+#include "cli/command_line/failure.h"
+#include "cli/command_line/help.h"
+#include "cli/command_line/message.h"
 #include "cli/commands.h"
-#include "cli/exit_codes.h"
-#include "cli/failure.h"
-#include "cli/help.h"
-#include "cli/message.h"
-#include "cli/standard_descriptors.h"
+#include "cli/system/standard_descriptors.h"
 
 #include <csignal>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "cli/closest.h"
+#include "cli/command_line/closest.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "cli/command_list.h"
+#include "cli/listen/command_list.h"
 
-#include "cli/failure.h"
+#include "cli/command_line/failure.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 
-#include "cli/exit_codes.h"
-#include "cli/failure.h"
+#include "cli/command_line/exit_codes.h"
+#include "cli/command_line/failure.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

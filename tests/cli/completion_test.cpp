@@ -1,10 +1,10 @@
 // What is made of the commands' declarations: nothing of them is left out.
 
+#include "cli/command_line/value_types.h"
 #include "cli/commands.h"
-#include "cli/completion.h"
-#include "cli/manual_page.h"
-#include "cli/roff.h"
-#include "cli/value_types.h"
+#include "cli/documents/completion.h"
+#include "cli/documents/manual_page.h"
+#include "cli/documents/roff.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "cli/cues.h"
+#include "cli/subtitles/cues.h"
 
-#include "cli/display_width.h"
+#include "cli/text/display_width.h"
 #include "tests/cli/marked_timing.h"
 
 #include <gmock/gmock.h>

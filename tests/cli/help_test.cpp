@@ -1,7 +1,7 @@
+#include "cli/command_line/help.h"
 #include "cli/commands.h"
-#include "cli/display_width.h"
-#include "cli/help.h"
-#include "cli/wrapped_text.h"
+#include "cli/text/display_width.h"
+#include "cli/text/wrapped_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The three documents that `zqmspeech inspect` prints, of a library made up here.
 
-#include "cli/inspect_json.h"
-#include "cli/inspect_markdown.h"
-#include "cli/inspect_text.h"
+#include "cli/inspect/inspect_json.h"
+#include "cli/inspect/inspect_markdown.h"
+#include "cli/inspect/inspect_text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

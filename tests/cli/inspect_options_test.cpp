@@ -1,6 +1,6 @@
-#include "cli/inspect_options.h"
+#include "cli/inspect/inspect_options.h"
 
-#include "cli/failure.h"
+#include "cli/command_line/failure.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "cli/level_line.h"
+#include "cli/listen/level_line.h"
 
 #include "tests/cli/terminal.h"
 #include "tests/support/scoped_environment.h"

@@ -1,6 +1,6 @@
-#include "cli/listen_options.h"
+#include "cli/listen/listen_options.h"
 
-#include "cli/failure.h"
+#include "cli/command_line/failure.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

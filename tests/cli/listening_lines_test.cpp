@@ -1,4 +1,4 @@
-#include "cli/listening_lines.h"
+#include "cli/listen/listening_lines.h"
 
 #include <gtest/gtest.h>
 

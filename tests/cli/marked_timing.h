@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "cli/speech_timing.h"
+#include "cli/say/speech_timing.h"
 
 #include "tests/support/utf16.h"
 #include "tests/support/word_fixtures.h"

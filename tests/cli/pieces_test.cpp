@@ -1,9 +1,9 @@
 // The small pieces of the command: URLs, words, where things are.
 
-#include "cli/failure.h"
-#include "cli/file_url.h"
-#include "cli/plugin_location.h"
-#include "cli/spoken_text.h"
+#include "cli/command_line/failure.h"
+#include "cli/system/file_url.h"
+#include "cli/system/plugin_location.h"
+#include "cli/text/spoken_text.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>

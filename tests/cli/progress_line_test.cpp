@@ -1,5 +1,5 @@
-#include "cli/progress_line.h"
-#include "cli/terminal_line.h"
+#include "cli/say/progress_line.h"
+#include "cli/terminal/terminal_line.h"
 
 #include "tests/cli/terminal.h"
 #include "tests/support/scoped_environment.h"

@@ -1,4 +1,4 @@
-#include "cli/say_lines.h"
+#include "cli/say/say_lines.h"
 
 #include <gtest/gtest.h>
 

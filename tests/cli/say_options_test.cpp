@@ -1,6 +1,6 @@
-#include "cli/say_options.h"
+#include "cli/say/say_options.h"
 
-#include "cli/failure.h"
+#include "cli/command_line/failure.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

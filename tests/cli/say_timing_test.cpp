@@ -1,4 +1,4 @@
-#include "cli/say_timing.h"
+#include "cli/say/say_timing.h"
 
 #include <gtest/gtest.h>
 

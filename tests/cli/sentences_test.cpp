@@ -1,4 +1,4 @@
-#include "cli/sentences.h"
+#include "cli/text/sentences.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

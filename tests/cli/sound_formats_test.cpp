@@ -1,4 +1,4 @@
-#include "cli/sound_formats.h"
+#include "cli/sound/sound_formats.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

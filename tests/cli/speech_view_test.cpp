@@ -1,6 +1,6 @@
-#include "cli/speech_view.h"
+#include "cli/say/speech_view.h"
 
-#include "cli/display_width.h"
+#include "cli/text/display_width.h"
 #include "tests/cli/terminal.h"
 #include "tests/support/scoped_environment.h"
 

@@ -1,9 +1,9 @@
 // The subtitles, read by a player's library: ffmpeg finds the same cues at the same times with the same
 // texts.
 
-#include "cli/cues.h"
-#include "cli/subtitles.h"
-#include "cli/timeline.h"
+#include "cli/subtitles/cues.h"
+#include "cli/subtitles/subtitles.h"
+#include "cli/timeline/timeline.h"
 
 #include "tests/cli/marked_timing.h"
 #include "tests/support/process.h"

@@ -1,4 +1,4 @@
-#include "cli/subtitles.h"
+#include "cli/subtitles/subtitles.h"
 
 #include "tests/cli/marked_timing.h"
 

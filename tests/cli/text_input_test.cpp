@@ -1,6 +1,6 @@
-#include "cli/text_input.h"
+#include "cli/text/text_input.h"
 
-#include "cli/failure.h"
+#include "cli/command_line/failure.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "cli/text_lines.h"
+#include "cli/text/text_lines.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

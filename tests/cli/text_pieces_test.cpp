@@ -1,4 +1,4 @@
-#include "cli/text_pieces.h"
+#include "cli/say/text_pieces.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "cli/timeline.h"
+#include "cli/timeline/timeline.h"
 
-#include "cli/svg_label.h"
+#include "cli/timeline/svg_label.h"
 #include "tests/cli/marked_timing.h"
 
 #include <gmock/gmock.h>

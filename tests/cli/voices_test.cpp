@@ -3,7 +3,7 @@
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
 
-#include "cli/display_width.h"
+#include "cli/text/display_width.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "cli/waveform.h"
+#include "cli/timeline/waveform.h"
 
 #include <gtest/gtest.h>
 

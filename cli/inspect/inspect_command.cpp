@@ -1,0 +1,61 @@
+#include "cli/inspect/inspect_command.h"
+
+#include "cli/command_line/exit_codes.h"
+#include "cli/command_line/message.h"
+#include "cli/inspect/inspect_json.h"
+#include "cli/inspect/inspect_markdown.h"
+#include "cli/inspect/inspect_text.h"
+#include "cli/inspect/inspected_library.h"
+#include "cli/terminal/terminal_line.h"
+
+#include <zqmhost/zqmhost.h>
+
+#include <cstdio>
+#include <string>
+
+#include <unistd.h>
+
+namespace zqm::cli {
+namespace {
+
+void tellBreaches(const host::Runtime& runtime) {
+    for (const host::Report& report : runtime.reports()) {
+        tell(std::string(host::nameOf(report.kind)) + ": " + report.text);
+    }
+}
+
+// Where loading fails, what the host noted before may say why.
+void load(host::Runtime& runtime, const std::string& library) {
+    try {
+        runtime.load(library);
+    } catch (...) {
+        tellBreaches(runtime);
+        throw;
+    }
+    tellBreaches(runtime);
+}
+
+std::string documentOf(const InspectedLibrary& library, const InspectOptions& options) {
+    if (options.json) {
+        return inspectionJson(library);
+    }
+    if (options.markdown) {
+        return inspectionMarkdown(library);
+    }
+    return inspectionText(library, terminalColumns(STDOUT_FILENO));
+}
+
+} // namespace
+
+int inspect(const InspectOptions& options) {
+    host::Runtime runtime;
+    load(runtime, options.library);
+    const std::string document = documentOf({.name = options.library.substr(options.library.rfind('/') + 1),
+                                             .revision = runtime.announcedRevision(),
+                                             .classes = runtime.describeClasses()},
+                                            options);
+    std::fwrite(document.data(), 1, document.size(), stdout);
+    return runtime.reports().empty() ? kDone : kFailed;
+}
+
+} // namespace zqm::cli
