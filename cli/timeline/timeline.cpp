@@ -228,8 +228,8 @@ public:
 
     void drawWord(const std::string& text, double begin, double end) {
         const Span part = within(span_, begin, end);
-        line(part.begin, 0, kWordTop);
-        line(part.end, 0, kWordTop);
+        line(x(part.begin), 0, kWordTop);
+        line(x(part.end), 0, kWordTop);
         cell("word", kWordTop, kWordHeight, part, text, begin, end);
         label(words_, text, kWordFont, part, kWordTop + kWordHeight / 2 + kWordFont.size * kHalfHeight);
     }
@@ -284,8 +284,8 @@ private:
         return std::string("<g class=\"").append(name).append("\">\n").append(content).append("</g>\n");
     }
 
-    void line(double time, double top, double bottom) {
-        lines_ += "M" + number(x(time)) + " " + number(top) + "V" + number(bottom);
+    void line(double left, double top, double bottom) {
+        lines_ += "M" + number(left) + " " + number(top) + "V" + number(bottom);
     }
 
     void cell(std::string_view kind, double top, double height, Span part, const std::string& text,

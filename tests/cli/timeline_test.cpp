@@ -25,6 +25,7 @@ using testing::Not;
 using tests::markedTiming;
 
 constexpr int kRate = 8000;
+constexpr double kLeftOfRows = 28;
 
 Waveform tone(double seconds) {
     std::vector<float> samples(static_cast<std::size_t>(seconds * kRate));
@@ -190,6 +191,22 @@ TEST(Timeline, PutsThePhonemesOfNarrowCellsBelow) {
     EXPECT_EQ(labels[1].text, "t");
     EXPECT_GT(labels[1].base, labels[0].base);
     EXPECT_EQ(labels[2].base, labels[0].base);
+}
+
+// From the cell to its name.
+TEST(Timeline, DrawsALineToWhatStandsBelow) {
+    SpeechTiming timing = markedTiming("");
+    timing.phonemes = {{"OW", 15, 0, 0.5}, {"t", 35, 0.5, 0.505}, {"AE", 2, 0.505, 1}};
+    const std::string svg = timelineSvg(timing, tone(1));
+    static const std::regex kLine(R"re(<path class="line"[^>]*M([\d.]+) ([\d.]+)V([\d.]+)"/>)re");
+    std::smatch line;
+    ASSERT_TRUE(std::regex_search(svg, line, kLine));
+    const std::vector<Label> labels = labelsOf(svg);
+    ASSERT_GE(labels.size(), 3);
+    const Label& below = labels[1];
+    EXPECT_NEAR(std::stod(line[1]) + kLeftOfRows, (below.left + below.right) / 2, 0.02);
+    EXPECT_GT(std::stod(line[2]), labels[0].base);
+    EXPECT_LT(std::stod(line[3]), below.base);
 }
 
 TEST(Timeline, EscapesTexts) {
