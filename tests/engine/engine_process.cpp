@@ -117,8 +117,12 @@ void EngineProcess::pump(short events) {
 }
 
 void EngineProcess::send(const protocol::Request& request, std::vector<Descriptor> descriptors) {
-    channel_->send(protocol::encode(request), std::move(descriptors));
+    queue(request, std::move(descriptors));
     channel_->flush();
+}
+
+void EngineProcess::queue(const protocol::Request& request, std::vector<Descriptor> descriptors) {
+    channel_->send(protocol::encode(request), std::move(descriptors));
 }
 
 void EngineProcess::sendRaw(std::string_view bytes) {

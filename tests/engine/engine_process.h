@@ -38,6 +38,8 @@ public:
     [[nodiscard]] pid_t pid() const { return pid_; }
 
     void send(const protocol::Request& request, std::vector<protocol::Descriptor> descriptors = {});
+    // Goes with the next request that is sent: the engine reads both at one go, however busy the machine is.
+    void queue(const protocol::Request& request, std::vector<protocol::Descriptor> descriptors = {});
     void sendRaw(std::string_view bytes);
 
     // Sends what is queued without waiting for room.

@@ -23,17 +23,19 @@ const Environment kNoServer{{"PULSE_SERVER", "unix:/nonexistent/pulse"}};
 
 class FileHeld : public testing::Test {
 protected:
-    static void start(EngineProcess& engine, std::uint64_t utterance, Target& target) {
-        Speak request = speakParted(utterance, kSentences);
+    // Sent with the next request, so that this finds the speech at its beginning.
+    static void start(EngineProcess& engine, Target& target, std::size_t sentences = kSentences) {
+        Speak request = speakParted(1, sentences);
         request.output = target.output;
-        engine.send(request, std::move(target.descriptors));
+        engine.queue(request, std::move(target.descriptors));
     }
 
     // By an engine of its own: what one spoke before shows in its sound.
     SoundFile whole() {
         EngineProcess other{kNoServer};
         Target target(folder.path(), "whole.wav");
-        start(other, 1, target);
+        start(other, target);
+        other.flush();
         EXPECT_TRUE(finished(other.untilEnd(1))->completed);
         return SoundFile(target.file);
     }
@@ -53,7 +55,7 @@ class FileBoundary : public FileHeld, public testing::WithParamInterface<Boundar
 
 TEST_P(FileBoundary, endsAStoppedFileWithTheWordToldLast) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
+    start(engine, target);
     engine.send(Stop{1, GetParam()});
     const std::vector<Event> events = engine.untilEnd(1);
     EXPECT_THAT(faults(events, 1), IsEmpty());
@@ -71,7 +73,7 @@ TEST_P(FileBoundary, endsAStoppedFileWithTheWordToldLast) {
 
 TEST_P(FileBoundary, holdsAFileAndGoesOnWithoutASeam) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
+    start(engine, target);
     engine.send(Pause{1, GetParam()});
     std::vector<Event> events = until<Paused>(engine);
     const std::size_t told = wordsIn(events).size();
@@ -94,7 +96,7 @@ TEST_P(FileBoundary, holdsAFileAndGoesOnWithoutASeam) {
 TEST_P(FileBoundary, stopsAPausedFileWithTheWordToldLast) {
     for (const Boundary stop : {Boundary::Immediate, Boundary::Word, Boundary::Sentence}) {
         Target target(folder.path(), "a.wav");
-        start(engine, 1, target);
+        start(engine, target);
         engine.send(Pause{1, GetParam()});
         const std::vector<Event> events = until<Paused>(engine);
         engine.send(Stop{1, stop});
@@ -105,8 +107,8 @@ TEST_P(FileBoundary, stopsAPausedFileWithTheWordToldLast) {
 
 TEST_P(FileBoundary, aPauseCanBeTakenBack) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
-    engine.send(Pause{1, GetParam()});
+    start(engine, target);
+    engine.queue(Pause{1, GetParam()});
     engine.send(Continue{1});
     const std::vector<Event> events = engine.untilEnd(1);
     EXPECT_THAT(faults(events, 1), IsEmpty());
@@ -119,11 +121,13 @@ TEST_P(FileBoundary, aPauseCanBeTakenBack) {
 
 TEST_P(FileBoundary, aNewUtteranceEndsAPausedOne) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
+    start(engine, target);
     engine.send(Pause{1, GetParam()});
     until<Paused>(engine);
     Target second(folder.path(), "b.wav");
-    start(engine, 2, second);
+    Speak request = speakParted(2, kSentences);
+    request.output = second.output;
+    engine.send(request, std::move(second.descriptors));
     EXPECT_THAT(finished(engine.untilEnd(1)), kStopped);
     EXPECT_TRUE(finished(engine.untilEnd(2))->completed);
     EXPECT_TRUE(std::filesystem::exists(target.file));
@@ -131,16 +135,16 @@ TEST_P(FileBoundary, aNewUtteranceEndsAPausedOne) {
 
 TEST_P(FileBoundary, aStopIsNotTakenBack) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
-    engine.send(Stop{1, GetParam()});
-    engine.send(Pause{1, GetParam()});
+    start(engine, target);
+    engine.queue(Stop{1, GetParam()});
+    engine.queue(Pause{1, GetParam()});
     engine.send(Continue{1});
     EXPECT_THAT(finished(engine.untilEnd(1)), kStopped);
 }
 
 TEST_P(FileBoundary, whatChangesInAPauseHoldsFromThereOn) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
+    start(engine, target);
     engine.send(Pause{1, GetParam()});
     const std::size_t told = wordsIn(until<Paused>(engine)).size();
     engine.send(Adjust{1, {.volume = 0}});
@@ -153,7 +157,7 @@ TEST_P(FileBoundary, whatChangesInAPauseHoldsFromThereOn) {
 
 TEST_P(FileBoundary, whatIsMadeAnewInAPauseIsWhole) {
     Target target(folder.path(), "a.wav");
-    start(engine, 1, target);
+    start(engine, target);
     engine.send(Pause{1, GetParam()});
     std::vector<Event> events = until<Paused>(engine);
     const std::size_t told = wordsIn(events).size();
@@ -181,9 +185,7 @@ INSTANTIATE_TEST_SUITE_P(Boundaries, FileBoundary,
 // The last sentence is followed by none that would show its end.
 TEST_F(FileHeld, theLastSentenceIsHeldAtItsEnd) {
     Target target(folder.path(), "a.wav");
-    Speak request = speakParted(1, 1);
-    request.output = target.output;
-    engine.send(request, std::move(target.descriptors));
+    start(engine, target, 1);
     engine.send(Pause{1, Boundary::Sentence});
     EXPECT_EQ(wordsIn(until<Paused>(engine)).size(), kWordsOfSentence);
     engine.send(Continue{1});

@@ -56,10 +56,11 @@ protected:
         return {std::move(events), SoundFile(target.file)};
     }
 
+    // Sent with the next request, or by the first wait for an event.
     void start(const std::string& text, Target& target) {
         Speak request = speak(++number, text);
         request.output = target.output;
-        engine.send(request, std::move(target.descriptors));
+        engine.queue(request, std::move(target.descriptors));
     }
 
     std::uint64_t number = 0;
@@ -186,8 +187,8 @@ TEST_F(FileTimes, theEndOfAStoppedFileHasItsLength) {
 TEST_F(FileTimes, areRightWhenTheRateChangesOnTheWay) {
     Target target(folder.path(), "a.wav");
     start("One two three four five six seven eight.[[slnc 700]]Nine.", target);
-    engine.send(Pause{number, Boundary::Word});
-    engine.send(Adjust{number, {.rate = 90}});
+    engine.queue(Pause{number, Boundary::Word});
+    engine.queue(Adjust{number, {.rate = 90}});
     engine.send(Continue{number});
     const std::vector<Event> events = engine.untilEnd(number);
     EXPECT_THAT(faults(events, number), IsEmpty());

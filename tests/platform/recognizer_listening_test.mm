@@ -36,8 +36,20 @@ protected:
     }
     static void TearDownTestSuite() { delete folder_; }
 
-    void SetUp() override { ZQMPlatformListenToFile(phrases().c_str()); }
+    // The engines of earlier tests may take a moment to end.
+    void SetUp() override {
+        waitForNoEngine();
+        ZQMPlatformListenToFile(phrases().c_str());
+    }
     void TearDown() override { ZQMPlatformListenToFile(nullptr); }
+
+    static void waitForNoEngine() {
+        const Listener last; // later calls reap
+        ASSERT_TRUE(waitUntil([&] {
+            [last.recognizer setCommands:nil];
+            return zqm::support::childrenOfThisProcess().empty();
+        }));
+    }
 
     static std::filesystem::path path(const char* name) { return folder_->path() / name; }
     static std::filesystem::path phrases() { return path("phrases.wav"); }
@@ -249,11 +261,7 @@ TEST_F(Hearing, ListeningLosesNothing) {
             [pool drain];
         }
         observed_.events.clear();
-        Listener last;
-        EXPECT_TRUE(waitUntil([&] {
-            [last.recognizer setCommands:nil];
-            return zqm::support::childrenOfThisProcess().empty();
-        }));
+        waitForNoEngine();
         return zqm::support::openDescriptors();
     };
     const std::size_t before = listenTo(1);

@@ -1,13 +1,10 @@
 // Dictionaries of pronunciations, as programs give them.
 
 #include "tests/platform/speech_fixture.h"
-#include "tests/platform/speech_listener.h"
 #include "tests/support/process_table.h"
 #include "tests/support/sound_file.h"
-#include "tests/support/temporary_folder.h"
 
 #include <csignal>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -50,12 +47,11 @@ std::string logOf(NSSpeechSynthesizer* synthesizer, NSDictionary* dictionary) {
     return testing::internal::GetCapturedStderr();
 }
 
-class SpeechDictionary : public testing::Test {
+class SpeechDictionary : public Speech {
 protected:
     double secondsOf(const std::string& text) {
-        const std::string path = (folder_ / "a.wav").string();
-        EXPECT_TRUE(speaker_.say(text, path) && speaker_.runToEnd(++spoken_));
-        return zqm::support::SoundFile(path).seconds();
+        EXPECT_TRUE(speaker_.say(text, path("a.wav")) && speaker_.runToEnd(++spoken_));
+        return zqm::support::SoundFile(path("a.wav")).seconds();
     }
 
     // Since it was asked last.
@@ -65,7 +61,6 @@ protected:
         return [[errors objectForKey:NSSpeechErrorCount] intValue];
     }
 
-    zqm::support::TemporaryFolder folder_;
     Speaker speaker_{@"gmw/en-US"};
     std::size_t spoken_ = 0;
 };

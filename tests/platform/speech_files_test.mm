@@ -4,13 +4,17 @@
 #include "tests/support/process_table.h"
 #include "tests/support/sound_file.h"
 
+#include <cstdint>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -29,13 +33,43 @@ TEST_F(Speech, TheExtensionDecidesTheFormat) {
     }
 }
 
+// What is done to the files of a folder, as the system notes it, whenever one looks.
+class FolderWatch {
+public:
+    explicit FolderWatch(const std::filesystem::path& folder)
+        : descriptor_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+        EXPECT_GE(::inotify_add_watch(descriptor_, folder.c_str(), IN_MODIFY | IN_MOVED_TO | IN_DELETE), 0);
+    }
+    FolderWatch(const FolderWatch&) = delete;
+    FolderWatch& operator=(const FolderWatch&) = delete;
+    ~FolderWatch() { ::close(descriptor_); }
+
+    std::vector<std::uint32_t> happenedTo(const std::string& name) const {
+        const std::string bytes = waitingIn(descriptor_);
+        std::vector<std::uint32_t> kinds;
+        for (std::size_t at = 0; at < bytes.size();) {
+            inotify_event event{};
+            std::memcpy(&event, bytes.data() + at, sizeof event);
+            if (name == bytes.data() + at + sizeof event) {
+                kinds.push_back(event.mask);
+            }
+            at += sizeof event + event.len;
+        }
+        return kinds;
+    }
+
+private:
+    int descriptor_;
+};
+
 TEST_F(Speech, AnExistingFileIsReplacedWhenTheNewOneIsWhole) {
     std::ofstream(path("a.wav")) << "old";
     std::filesystem::permissions(path("a.wav"), std::filesystem::perms(0640));
+    const FolderWatch watch(folder_.path());
     Speaker speaker;
-    ASSERT_TRUE(speaker.say(manyWords(3000), path("a.wav")));
-    EXPECT_EQ(3U, std::filesystem::file_size(path("a.wav")));
-    ASSERT_TRUE(speaker.runToEnd());
+    ASSERT_TRUE(speaker.say(manyWords(3000), path("a.wav")) && speaker.runToEnd());
+    EXPECT_EQ((std::vector<std::uint32_t>{IN_MOVED_TO}), watch.happenedTo("a.wav"))
+        << "neither was written into, the old one before nor the new one behind that";
     EXPECT_GT(SoundFile(path("a.wav")).seconds(), 300);
     EXPECT_EQ(std::filesystem::perms(0640), std::filesystem::status(path("a.wav")).permissions());
     EXPECT_EQ(1U, filesIn(folder_));
