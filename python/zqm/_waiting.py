@@ -22,7 +22,7 @@ class _Delivery:
         self._loop = loop
         self._users = 0
         self._descriptor: int | None = None
-        self._timer: asyncio.TimerHandle | None = None
+        self._next_look: asyncio.Handle | None = None
         self._waiting: list[tuple[Object, asyncio.Future[Any]]] = []  # oldest first
 
     @contextlib.contextmanager
@@ -50,7 +50,7 @@ class _Delivery:
     def _begin(self) -> None:
         self._descriptor = _zqm.event_descriptor()
         if self._descriptor is None:
-            self._look_later()
+            self._next_look = self._loop.call_soon(self._look)
         else:
             # Called again as long as there is more, with a turn of everything else in between.
             self._loop.add_reader(self._descriptor, self._deliver)
@@ -58,17 +58,17 @@ class _Delivery:
     def _end(self) -> None:
         if self._descriptor is not None:
             self._loop.remove_reader(self._descriptor)
-        if self._timer is not None:
-            self._timer.cancel()
-            self._timer = None
-
-    def _look_later(self) -> None:
-        self._timer = self._loop.call_later(_BETWEEN_LOOKS, self._look)
+        if self._next_look is not None:
+            self._next_look.cancel()
+            self._next_look = None
 
     def _look(self) -> None:
-        self._look_later()
-        while self._users and self._deliver():
-            pass
+        # Set before, since what a handler raises may leave this.
+        self._next_look = self._loop.call_later(_BETWEEN_LOOKS, self._look)
+        if self._deliver():
+            # There may be more, but all else has its turn first: what awaited this event may await the next.
+            self._next_look.cancel()
+            self._next_look = self._loop.call_soon(self._look)
 
     def _deliver(self) -> bool:
         try:
@@ -112,10 +112,12 @@ async def events() -> Any:
 
 async def wait_for_event(host_object: Object, event: str) -> tuple[Any, ...]:
     """Waits until the event is raised once more, and answers its arguments; raises what handlers raise."""
-    future: asyncio.Future[tuple[Any, ...]] = asyncio.get_running_loop().create_future()
+    loop = asyncio.get_running_loop()
+    future: asyncio.Future[tuple[Any, ...]] = loop.create_future()
 
     def observe(arguments: tuple[Any, ...]) -> None:
-        if not future.done():
+        # A loop that was closed under its tasks has nobody to be told.
+        if not future.done() and not loop.is_closed():
             future.set_result(arguments)
 
     _objects.add_observer(host_object, event, observe)

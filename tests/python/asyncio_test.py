@@ -2,6 +2,8 @@
 
 import asyncio
 import functools
+import gc
+import weakref
 
 import pytest
 
@@ -112,7 +114,7 @@ async def test_an_unknown_event_is_told(echo):
 
 
 @in_loop
-async def test_each_word_can_be_awaited(speech, tmp_path):
+async def test_each_word_can_be_awaited(speech, tmp_path, way):
     reader = speech.NSSpeechSynthesizerZQM()
     assert reader.startSpeakingString("one two three", tmp_path / "speech.wav")
     for word in ("one", "two", "three"):
@@ -205,6 +207,75 @@ async def test_nothing_is_watched_when_nobody_waits(echo):
         assert loop.remove_reader(descriptor) is True
         loop.add_reader(descriptor, print)
     assert loop.remove_reader(descriptor) is False
+
+
+@in_loop
+async def test_a_task_cancelled_in_mid_speech_leaves_the_speech_as_it_is(speech, tmp_path, way):
+    reader = speech.NSSpeechSynthesizerZQM()
+    assert reader.startSpeakingString("word " * 20000, tmp_path / "speech.wav")
+    task = asyncio.ensure_future(reader.finished())
+    await reader.raised("willSpeakWord")
+    task.cancel()
+    with pytest.raises(asyncio.CancelledError):
+        await task
+    assert reader.isSpeaking
+    await reader.raised("willSpeakWord")
+    reader.stopSpeaking()
+    assert await reader.finished() is False
+    assert not _waiting._delivery()._waiting
+
+
+@in_loop
+async def test_a_cancelled_task_that_held_the_object_ends_the_speech(speech, tmp_path):
+    ends = weakref.WeakSet()
+
+    async def read():
+        reader = speech.NSSpeechSynthesizerZQM()
+        ends.add(reader)
+        assert reader.startSpeakingString("word " * 20000, tmp_path / "speech.wav")
+        await reader.finished()
+
+    task = asyncio.ensure_future(read())
+    await asyncio.sleep(0.05)
+    assert len(ends) == 1
+    task.cancel()
+    await asyncio.wait([task])
+    assert task.cancelled()
+    del task
+    gc.collect()
+    assert len(ends) == 0
+
+
+def test_loops_take_turns(speech, tmp_path):
+    async def start():
+        assert reader.startSpeakingString("one two three", tmp_path / "speech.wav")
+        await reader.raised("willSpeakWord")
+
+    reader = speech.NSSpeechSynthesizerZQM()
+    first, second = asyncio.new_event_loop(), asyncio.new_event_loop()
+    first.run_until_complete(asyncio.wait_for(start(), LIMIT))
+    waiting = first.create_task(reader.finished())
+    first.run_until_complete(asyncio.sleep(0))
+    assert second.run_until_complete(asyncio.wait_for(reader.finished(), LIMIT)) is True
+    assert first.run_until_complete(asyncio.wait_for(waiting, LIMIT)) is True
+    first.close()
+    second.close()
+
+
+@pytest.mark.filterwarnings("ignore::pytest.PytestUnraisableExceptionWarning")
+def test_a_loop_that_was_closed_under_its_tasks_disturbs_no_other(echo):
+    closed = asyncio.new_event_loop()
+    waiting = closed.create_task(echo.raised("Heard"))
+    closed.run_until_complete(asyncio.sleep(0))
+    closed.close()
+
+    async def hear():
+        asyncio.get_running_loop().call_later(0.01, echo.Tell, "news")
+        return await echo.raised("Heard")
+
+    assert asyncio.run(asyncio.wait_for(hear(), LIMIT)) == ("news",)
+    waiting._log_destroy_pending = False
+    echo.off("Heard")
 
 
 def test_another_loop_does_as_well(speech, tmp_path):
