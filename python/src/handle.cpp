@@ -46,6 +46,13 @@ Handle::~Handle() {
     Py_AddPendingCall(releasePending, nullptr);
 }
 
+host::Object& Handle::object() {
+    if (forks_ != forks()) {
+        throw host::CallError("this object belongs to the process that this one was forked from");
+    }
+    return object_;
+}
+
 void releaseDropped() {
     std::vector<host::Object> objects;
     {

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "runtime.h"
+
 #include <zqmhost/zqmhost.h>
 
 #include <cstdint>
@@ -12,18 +14,20 @@ namespace zqm::python {
 
 class Handle {
 public:
-    explicit Handle(host::Object object) : object_(std::move(object)) {}
+    explicit Handle(host::Object object) : object_(std::move(object)), forks_(forks()) {}
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     // What the object's end raises is told as Python tells what a `__del__` raised.
     ~Handle();
 
-    host::Object& object() { return object_; }
+    // Throws CallError in a process that was forked since.
+    host::Object& object();
     // The same for all handles of one object.
     std::uintptr_t address() const { return reinterpret_cast<std::uintptr_t>(object_.handle()); }
 
 private:
     host::Object object_;
+    unsigned forks_; // at its beginning
 };
 
 // Lets go what other threads have dropped; on the main thread.

@@ -106,6 +106,11 @@ void bindObjects(py::module_& module) {
                                    enter();
                                    return handle.object().className();
                                })
+        .def("check",
+             [](Handle& handle) {
+                 enter();
+                 handle.object();
+             })
         .def("call", call)
         .def("get",
              [](Handle& handle, const std::string& property) {
@@ -126,6 +131,8 @@ void bindObjects(py::module_& module) {
 }
 
 void bindRuntime(py::module_& module) {
+    module.def("enter", enter);
+    module.def("after_fork", afterFork);
     module.def("load", [](const std::string& plugin) {
         enter();
         runtime().load(plugin);

@@ -11,6 +11,7 @@ namespace zqm::python {
 namespace {
 
 unsigned long mainThread = 0;
+unsigned forkCount = 0;
 bool ended = false;
 // Not destroyed with the process's other statics: the interpreter, which handlers need, has ended by then.
 host::Runtime* theRuntime = nullptr;
@@ -23,6 +24,14 @@ void findMainThread() {
 
 bool onMainThread() {
     return PyThread_get_thread_ident() == mainThread;
+}
+
+void afterFork() {
+    ++forkCount;
+}
+
+unsigned forks() {
+    return forkCount;
 }
 
 void enter() {

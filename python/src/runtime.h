@@ -16,6 +16,11 @@ public:
 void findMainThread();
 bool onMainThread();
 
+// To be called in each process that Python forks, since objects of before are the parent's alone.
+void afterFork();
+// How many forks are between the process that loaded the module and this one.
+unsigned forks();
+
 // What every call into the host begins with: throws ThreadError elsewhere than on the main thread, where it
 // lets go what other threads have dropped.
 void enter();

@@ -17,6 +17,7 @@
 """
 
 import atexit as _atexit
+import os as _os
 
 from . import _zqm
 from ._errors import (
@@ -69,3 +70,5 @@ __all__ = [
 
 # Handlers, and what host objects run as they end, need the interpreter.
 _atexit.register(_zqm.end_runtime)
+# Objects of before a fork are the parent's alone.
+_os.register_at_fork(after_in_child=_zqm.after_fork)

@@ -10,6 +10,7 @@ from typing import Any
 from . import _zqm
 from ._errors import add_exception_class, exception_class
 from ._finishing import add_finished
+from ._handlers import mark_as_event
 from ._objects import Object, add_class, class_of, handle_of
 
 CONSTRUCTOR = "constructor"
@@ -25,7 +26,6 @@ def make_class(description: _zqm.ClassDescription, module: str) -> type[Object]:
     above = bases[-1]
     methods = overloads_by_name(description.methods, above._methods)
     shared = overloads_by_name(description.shared_methods, above._shared_methods)
-    events = [event.name for event in description.events]
     members: dict[str, Any] = {
         "__doc__": _class_doc(description),
         "__module__": module,
@@ -33,7 +33,9 @@ def make_class(description: _zqm.ClassDescription, module: str) -> type[Object]:
         "_host_class": description.name,
         "_methods": methods,
         "_shared_methods": shared,
-        "_declared_events": tuple(dict.fromkeys([*above._declared_events, *events])),
+        "_declared_events": {**above._declared_events, **{event.name: event for event in description.events}},
+        "_event_names": {**above._event_names, **_by_lowered_name(description.events)},
+        "_property_names": {**above._property_names, **_by_lowered_name(description.properties)},
     }
     if CONSTRUCTOR in methods:
         members["_constructor"] = _expected(methods[CONSTRUCTOR])
@@ -53,6 +55,10 @@ def make_class(description: _zqm.ClassDescription, module: str) -> type[Object]:
     if issubclass(made, BaseException):
         add_exception_class(made)
     return made
+
+
+def _by_lowered_name(described: Iterable[Any]) -> dict[str, str]:
+    return {one.name.lower(): one.name for one in described}
 
 
 def constant_value(text: str) -> Any:
@@ -160,7 +166,7 @@ def _event(description: _zqm.EventDescription) -> Callable[..., Any]:
 
     _documented(event, description.name, [description], ["self"])
     event.__doc__ = f"Event: {description.declaration}"
-    event._zqm_event = True  # type: ignore[attr-defined]
+    mark_as_event(event)
     return event
 
 

@@ -12,7 +12,7 @@ from typing import Any
 
 from . import _zqm
 from ._errors import CallError
-from ._objects import Object, add_observer
+from ._objects import Object, add_observer, check_alive
 from ._waiting import wait_for_event
 
 _EVENT_PREFIX = "didFinish"
@@ -72,6 +72,7 @@ def _counting(method: Callable[..., Any]) -> Callable[..., Any]:
 
 def _finished(event: str, start: str) -> Callable[..., Any]:
     async def finished(self: Any) -> bool:
+        check_alive(self)
         starts = self._starts
         wanted = starts.started
         if wanted == 0:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import stat
 import sys
 import sysconfig
 import types
@@ -48,7 +49,7 @@ def load(plugin: str | os.PathLike[str]) -> Library:
     A name is looked for in the folders that ZQM_PLUGIN_PATH names, beside this module, where the platform's
     library is, and in the system's folders for libraries.
     """
-    path = _find(os.fspath(plugin)).resolve()
+    path = _find(_name(plugin)).resolve()
     library = _loaded.get(path)
     if library is None:
         known = len(_zqm.describe_classes())
@@ -60,19 +61,48 @@ def load(plugin: str | os.PathLike[str]) -> Library:
 _loaded: dict[Path, Library] = {}
 
 
+def _name(plugin: object) -> str:
+    name = os.fspath(plugin) if isinstance(plugin, os.PathLike) else plugin
+    if not isinstance(name, str):
+        raise TypeError(f"a plugin library is named by a str or a path, not {plugin!r}")
+    if not name:
+        raise LoadError("the name of the plugin library is empty")
+    if "\0" in name:
+        raise LoadError(f"{name!r} is no name of a file")
+    return name
+
+
 def _find(plugin: str) -> Path:
-    file = plugin if plugin.endswith(_SUFFIX) else plugin + _SUFFIX
+    # Names may have a version behind what libraries end in.
+    file = plugin if plugin.endswith(_SUFFIX) or _SUFFIX + "." in plugin else plugin + _SUFFIX
     if os.sep in plugin:
-        candidates = [Path(plugin).absolute(), Path(file).absolute()]
-    else:
-        candidates = [folder / file for folder in dict.fromkeys(_folders())]
+        return _of_path(plugin, Path(plugin).absolute(), Path(file).absolute())
+    folders = list(dict.fromkeys(_folders()))
+    for folder in folders:
+        if _is_file(folder / file):
+            return folder / file
+    listed = ", ".join(map(str, folders))
+    raise LoadError(f"there is no {file} in {listed}; {PATH_VARIABLE} can name other folders")
+
+
+def _is_file(path: Path) -> bool:
+    try:
+        return path.is_file()
+    except OSError:  # its folder can't be looked into, for one
+        return False
+
+
+def _of_path(plugin: str, *candidates: Path) -> Path:
     for candidate in candidates:
-        if candidate.is_file():
+        if _is_file(candidate):
             return candidate
-    if os.sep in plugin:
-        raise LoadError(f"there is no plugin library {plugin}")
-    folders = ", ".join(str(candidate.parent) for candidate in candidates)
-    raise LoadError(f"there is no {file} in {folders}; {PATH_VARIABLE} can name other folders")
+    try:
+        mode = os.stat(plugin).st_mode
+    except FileNotFoundError:
+        raise LoadError(f"there is no plugin library {plugin}") from None
+    except OSError as error:
+        raise LoadError(f"there is no plugin library {plugin}: {error.strerror}") from None
+    raise LoadError(f"{plugin} is {'a folder' if stat.S_ISDIR(mode) else 'no file'}, not a plugin library")
 
 
 def _folders() -> Iterator[Path]:

@@ -5,12 +5,14 @@ from __future__ import annotations
 import functools
 import weakref
 from collections.abc import Callable
-from typing import Any, Generic, TypeVar
+from typing import TYPE_CHECKING, Any, Generic, TypeVar, overload
 
 from . import _zqm
 from ._errors import CallError
+from ._handlers import check_callback, check_methods, is_event
 
 T = TypeVar("T")
+Callback = TypeVar("Callback", bound=Callable[..., object])
 
 
 class ByRef(Generic[T]):
@@ -54,7 +56,9 @@ class Object:
     _constructor: _zqm.ExpectedTypes | None = None  # none: the host class has no Constructor
     _methods: dict[str, list[_zqm.MethodDescription]] = {}  # by lowered name; those of superclasses too
     _shared_methods: dict[str, list[_zqm.MethodDescription]] = {}
-    _declared_events: tuple[str, ...] = ()  # those of superclasses too
+    _declared_events: dict[str, _zqm.EventDescription] = {}  # by name; those of superclasses too
+    _event_names: dict[str, str] = {}  # by lowered name
+    _property_names: dict[str, str] = {}  # by lowered name; those of superclasses too
     _prepare: tuple[Callable[[Any], None], ...] = ()  # called with each new object
 
     # Of each object:
@@ -66,6 +70,7 @@ class Object:
             raise CallError(f"objects of {type(self).__name__} are not made by its name")
         if self._handle is not None:
             raise CallError(f"this {type(self).__name__} has been made already")
+        check_methods(type(self), self._declared_events)  # they may be newer than the class
         _adopt(self, _zqm.create(self._host_class))
         try:
             if self._constructor is not None:
@@ -78,25 +83,36 @@ class Object:
 
     def __init_subclass__(cls, **options: Any):
         super().__init_subclass__(**options)
-        events = {name.lower(): name for name in cls._declared_events}
         for name in vars(cls):
-            event = events.get(name.lower(), name)
+            event = cls._event_names.get(name.lower(), name)
             if event != name:
                 raise TypeError(f"{cls.__name__}.{name}: the event is called {event}")
+        check_methods(cls, cls._declared_events)
+
+    if not TYPE_CHECKING:  # which would take it for leave to set anything
+
+        def __setattr__(self, name: str, value: Any) -> None:
+            _check_name(type(self), name)
+            super().__setattr__(name, value)
 
     def __reduce_ex__(self, protocol: Any) -> Any:
         raise TypeError(f"a {type(self).__name__} can't be copied or pickled")
 
-    def on(self, event: str, callback: Callable[..., object] | None = None) -> Any:
+    @overload
+    def on(self, event: str, /) -> Callable[[Callback], Callback]: ...
+    @overload
+    def on(self, event: str, callback: Callback, /) -> Callback: ...
+    def on(self, event: str, /, *callback: Any) -> Any:
         """Calls the callback with the event's arguments, after the class's own method; in place of an earlier one.
 
         With the event alone it decorates the callback.
         """
-        if callback is None:
+        if not callback:
+            _state(self, event)  # which knows the event
             return functools.partial(_decorate, self, event)
-        return _decorate(self, event, callback)
+        return _decorate(self, event, *callback)
 
-    def off(self, event: str) -> None:
+    def off(self, event: str, /) -> None:
         """Drops the callback of the event."""
         _set_callback(self, event, None)
 
@@ -162,7 +178,7 @@ def _adopt(host_object: Object, handle: _zqm.Handle) -> None:
     host_object._events = {}
     _objects[handle.address] = host_object
     for name in host_object._declared_events:
-        if not hasattr(getattr(type(host_object), name), "_zqm_event"):
+        if not is_event(getattr(type(host_object), name)):
             state = _state(host_object, name)
             state.method = True
             _listen(host_object, state)
@@ -170,12 +186,35 @@ def _adopt(host_object: Object, handle: _zqm.Handle) -> None:
         prepare(host_object)
 
 
+def check_alive(host_object: Object) -> None:
+    """Raises what any call of the object would raise on this thread, in this process."""
+    handle_of(host_object).check()
+
+
 def _state(host_object: Object, event: str) -> EventState:
-    handle_of(host_object)
-    for name in host_object._declared_events:
-        if name.lower() == event.lower():
-            return host_object._events.setdefault(name, EventState(name))
-    raise CallError(f"{type(host_object).__name__} has no event {event}")
+    check_alive(host_object)
+    name = _declared_name(type(host_object), event)
+    if name is None:
+        known = ", ".join(host_object._declared_events) or "none at all"
+        raise CallError(f"{type(host_object).__name__} has no event {event}, but {known}")
+    return host_object._events.setdefault(name, EventState(name))
+
+
+def _declared_name(owner: type[Object], event: str) -> str | None:
+    """The host's names match whatever their case."""
+    if not isinstance(event, str):
+        raise TypeError(f"the name of an event is a str, not {event!r}")
+    return owner._event_names.get(event.lower())
+
+
+def _check_name(owner: type[Object], name: str) -> None:
+    """Refuses to set what the host would never look at."""
+    event = _declared_name(owner, name)
+    if event is not None:
+        raise AttributeError(f'{event} is an event of {owner.__name__}: on("{event}", callback) sets a callback')
+    known = owner._property_names.get(name.lower(), name)
+    if known != name and not hasattr(owner, name):
+        raise AttributeError(f"{owner.__name__}.{name}: the property is called {known}")
 
 
 def _set_callback(host_object: Object, event: str, callback: Callable[..., object] | None) -> None:
@@ -185,8 +224,8 @@ def _set_callback(host_object: Object, event: str, callback: Callable[..., objec
 
 
 def _decorate(host_object: Object, event: str, callback: Callable[..., object]) -> Callable[..., object]:
-    if not callable(callback):
-        raise TypeError(f"{callback!r} can't be called")
+    state = _state(host_object, event)
+    check_callback(type(host_object), host_object._declared_events[state.event], callback)
     _set_callback(host_object, event, callback)
     return callback
 

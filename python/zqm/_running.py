@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import inspect
 import math
+import numbers
 import time
 from collections.abc import Callable
 
@@ -19,6 +21,15 @@ def run(until: Callable[[], object] | None = None, timeout: float | None = None)
     whether it has become true is the answer. What a handler raises leaves this call, as does Ctrl-C. Other
     threads run while it waits.
     """
+    _zqm.enter()
+    if inspect.iscoroutine(until) or inspect.iscoroutinefunction(until):
+        raise TypeError("what to wait until is a coroutine, which asyncio.run runs")
+    if until is not None and not callable(until):
+        raise TypeError(
+            f"what to wait until is {until!r}, which can't be called; zqm.run(timeout=...) runs for so many seconds"
+        )
+    if timeout is not None and not isinstance(timeout, numbers.Real):
+        raise TypeError(f"the timeout is a number of seconds, not {timeout!r}")
     if timeout is not None and math.isnan(timeout):
         raise ValueError("the timeout is not a number")
     end = None if timeout is None else time.monotonic() + timeout

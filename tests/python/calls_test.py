@@ -147,6 +147,25 @@ def test_properties_that_can_not_be_read_or_set_say_so(widgets):
         widget.NoSuchProperty
 
 
+def test_a_property_in_another_case_is_not_set_in_vain(widgets):
+    widget = widgets.Widget()
+    with pytest.raises(AttributeError, match="Widget.count: the property is called Count"):
+        widget.count = 7
+    with pytest.raises(AttributeError, match="Gadget.SCALE: the property is called Scale"):
+        widgets.Gadget().SCALE = 7
+    assert widget.Count == 1
+
+
+def test_objects_have_what_else_a_program_gives_them(widgets):
+    class Counter(widgets.Widget):
+        count = 0  # its own
+
+    counter = Counter()
+    counter.count += 1
+    counter.other = 2
+    assert (counter.count, counter.other) == (1, 2)
+
+
 def test_shared_methods_belong_to_the_class(widgets):
     made = widgets.Widget.Make("by the class")
     assert type(made) is widgets.Widget

@@ -76,12 +76,6 @@ def test_a_host_exception_passes_through_a_handler(echo):
         echo.Tell(1)
 
 
-def test_a_handler_with_other_arguments_is_told(echo):
-    echo.on("Heard", lambda: None)
-    with pytest.raises(TypeError, match="positional argument"):
-        echo.Tell(1)
-
-
 def test_exceptions_leave_nothing_behind(echo, widgets):
     def fail(what):
         raise KeyError(what)

@@ -3,6 +3,7 @@
 import signal
 import subprocess
 import sys
+import wave
 
 import pytest
 
@@ -122,6 +123,39 @@ asyncio.run(main())
     _, errors = process.communicate(timeout=120)
     assert errors.splitlines()[-1] == "KeyboardInterrupt"
     assert process.returncode == -signal.SIGINT
+
+
+@pytest.mark.parametrize("way", ["zqm.run()", "asyncio.run(finished())"])
+def test_speech_goes_on_after_an_interruption_until_it_is_stopped(tmp_path, way):
+    program = PRELUDE + """
+async def finished():
+    await speaker.finished()
+
+def tell(*word):
+    words.append(word)
+    if len(words) == 1:
+        os.kill(os.getpid(), signal.SIGINT)
+
+words = []
+speaker = speech.NSSpeechSynthesizerZQM()
+speaker.on("willSpeakWord", tell)
+assert speaker.startSpeakingString("word " * 20000, url)
+try:
+    WAY
+except KeyboardInterrupt:
+    print("interrupted", speaker.isSpeaking)
+heard = len(words)
+assert zqm.run(lambda: len(words) > heard, 60)
+speaker.stopSpeaking()
+print(asyncio.run(speaker.finished()))
+"""
+    file = tmp_path / "speech.wav"
+    done = subprocess.run(
+        [sys.executable, "-c", program.replace("WAY", way), str(file)], capture_output=True, text=True, timeout=120
+    )
+    assert (done.stdout, done.stderr, done.returncode) == ("interrupted True\nFalse\n", "", 0)
+    with wave.open(str(file)) as sound:
+        assert sound.getnframes() > 0
 
 
 def test_a_module_that_other_threads_import_first_works(tmp_path):

@@ -78,6 +78,45 @@ def test_what_is_no_plugin_is_told(tmp_path):
         zqm.load(PLUGINS / "empty_plugin.so")
 
 
+@pytest.mark.parametrize("wrong", [b"libZQMNSSpeech", 3, None, ["libZQMNSSpeech"]])
+def test_what_is_no_name_is_told(wrong):
+    with pytest.raises(TypeError) as error:
+        zqm.load(wrong)
+    assert str(error.value) == f"a plugin library is named by a str or a path, not {wrong!r}"
+
+
+def test_names_that_no_file_can_have_are_told(tmp_path):
+    with pytest.raises(zqm.LoadError, match="the name of the plugin library is empty"):
+        zqm.load("")
+    with pytest.raises(zqm.LoadError, match=r"'lib\\x00None' is no name of a file"):
+        zqm.load("lib\0None")
+    long = "a" * 5000
+    with pytest.raises(zqm.LoadError, match="there is no plugin library .*/a: File name too long"):
+        zqm.load(f"{tmp_path}/{long}/a")
+    with pytest.raises(zqm.LoadError, match=f"there is no {long}.so in "):
+        zqm.load(long)
+
+
+def test_what_is_no_file_is_told(tmp_path):
+    with pytest.raises(zqm.LoadError) as error:
+        zqm.load(tmp_path)
+    assert str(error.value) == f"{tmp_path} is a folder, not a plugin library"
+    with pytest.raises(zqm.LoadError, match="/dev/null is no file"):
+        zqm.load("/dev/null")
+
+
+def test_a_library_with_its_version_is_found_by_its_name(widgets, monkeypatch, tmp_path):
+    (tmp_path / "libwidget.so.2").symlink_to(PLUGINS / "widget_plugin.so")
+    monkeypatch.setenv("ZQM_PLUGIN_PATH", str(tmp_path))
+    assert zqm.load("libwidget.so.2") is widgets
+
+
+def test_what_could_not_be_loaded_can_not_be_loaded_again(tmp_path):
+    for _ in range(2):
+        with pytest.raises(zqm.LoadError, match="registered no class"):
+            zqm.load(PLUGINS / "empty_plugin.so")
+
+
 def test_classes_tell_their_declarations(speech):
     synthesizer = speech.NSSpeechSynthesizerZQM
     assert "didFinishSpeaking(finishedSpeaking as Boolean)" in synthesizer.__doc__

@@ -4,6 +4,7 @@ import os
 import signal
 import threading
 import time
+import weakref
 
 import pytest
 
@@ -71,6 +72,33 @@ def test_a_time_that_is_no_number_is_refused(speaker):
         zqm.run(lambda: False, float("nan"))
 
 
+@pytest.mark.parametrize("wrong", ["3", [], 1j])
+def test_so_is_one_of_another_kind(speaker, wrong):
+    with pytest.raises(TypeError) as error:
+        zqm.run(lambda: False, wrong)
+    assert str(error.value) == f"the timeout is a number of seconds, not {wrong!r}"
+
+
+@pytest.mark.parametrize("wrong", [3, 0.5, True, "done"])
+def test_a_predicate_that_can_not_be_called_is_refused(wrong):
+    with pytest.raises(TypeError) as error:
+        zqm.run(wrong)
+    assert str(error.value) == (
+        f"what to wait until is {wrong!r}, which can't be called; zqm.run(timeout=...) runs for so many seconds"
+    )
+
+
+def test_coroutines_are_for_asyncio():
+    async def main():
+        pass
+
+    coroutine = main()
+    for wrong in (main, coroutine):
+        with pytest.raises(TypeError, match="a coroutine, which asyncio.run"):
+            zqm.run(wrong)
+    coroutine.close()
+
+
 def test_the_last_answer_counts(speaker):
     answers = iter([False, True])
     assert zqm.run(lambda: next(answers), 0) is True
@@ -96,6 +124,23 @@ def test_what_a_handler_raises_leaves_the_run(speaker, file):
         assert raised.value is error
         assert len(words) == count
     assert zqm.run(lambda: ends, 60)
+
+
+def test_a_handler_that_drops_the_last_reference_ends_the_speech(speech, file):
+    holder = [speech.NSSpeechSynthesizerZQM()]
+    words = []
+
+    def drop(*word):
+        words.append(word)
+        holder.clear()
+
+    gone = weakref.ref(holder[0])
+    holder[0].on("willSpeakWord", drop)
+    assert holder[0].startSpeakingString("word " * 20000, file)
+    assert zqm.run(lambda: words, 60)
+    assert gone() is None
+    zqm.run(timeout=0.2)
+    assert len(words) == 1
 
 
 def test_what_the_predicate_raises_leaves_the_run():

@@ -34,7 +34,9 @@ def in_thread(work):
         lambda widget: type(widget)(),
         lambda widget: widget.Make("title"),
         lambda widget: widget.on("pinged", print),
+        lambda widget: widget.off("pinged"),
         lambda widget: zqm.run(timeout=0),
+        lambda widget: zqm.run(lambda: True),
         lambda widget: zqm.reports(),
         lambda widget: zqm.load("libZQMFoundation"),
         lambda widget: asyncio.run(widget.raised("pinged")),
@@ -45,6 +47,38 @@ def test_calls_on_another_thread_are_told(widgets, call):
     error = in_thread(lambda: call(widget))
     assert isinstance(error, zqm.ThreadError)
     assert "main thread" in str(error)
+
+
+def test_a_refused_callback_is_not_called_later(echo):
+    heard = []
+    echo.on("Heard", heard.append)
+    in_thread(lambda: echo.on("Heard", lambda what: heard.append("wrong")))
+    in_thread(lambda: asyncio.run(echo.raised("Heard")))
+    echo.Tell(1)
+    assert heard == [1]
+    assert [len(state.observers) for state in echo._events.values()] == [1, 0]  # that of finished()
+
+
+def test_an_end_is_awaited_on_the_main_thread_alone(speech, tmp_path):
+    speaker = speech.NSSpeechSynthesizerZQM()
+    assert speaker.startSpeakingString("one", tmp_path / "speech.wav")
+    assert isinstance(in_thread(lambda: asyncio.run(speaker.finished())), zqm.ThreadError)
+    assert asyncio.run(speaker.finished()) is True
+    assert isinstance(in_thread(lambda: asyncio.run(speaker.finished())), zqm.ThreadError)
+
+
+def test_other_threads_hand_over_what_the_main_thread_shall_speak(speech, tmp_path):
+    async def main():
+        loop = asyncio.get_running_loop()
+        speaker = speech.NSSpeechSynthesizerZQM()
+        texts = asyncio.Queue()
+        thread = threading.Thread(target=loop.call_soon_threadsafe, args=(texts.put_nowait, "one"))
+        thread.start()
+        assert speaker.startSpeakingString(await texts.get(), tmp_path / "speech.wav")
+        assert await speaker.finished() is True
+        thread.join()
+
+    asyncio.run(asyncio.wait_for(main(), 60))
 
 
 def test_what_another_thread_drops_ends_on_the_main_thread(widgets):
