@@ -24,7 +24,11 @@ host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::st
     }
     synthesizer.call("Constructor", *voice);
     if (!isConstructed(synthesizer)) {
-        throw noSuchVoice(*voice, installedVoices(runtime));
+        // It may be the voice's name, or an identifier in another case.
+        synthesizer.call("Constructor", findVoice(installedVoices(runtime), *voice).identifier);
+        if (!isConstructed(synthesizer)) {
+            throw noVoices();
+        }
     }
     return synthesizer;
 }

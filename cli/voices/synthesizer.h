@@ -11,7 +11,7 @@ class Runtime;
 
 namespace zqm::cli {
 
-// With this voice, or the default one. Throws Failure when there is none.
+// With the voice of this identifier or name, or the default one. Throws Failure when there is none.
 host::Object makeSynthesizer(host::Runtime& runtime, const std::optional<std::string>& voice);
 
 } // namespace zqm::cli

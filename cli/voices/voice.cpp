@@ -44,6 +44,23 @@ std::size_t mistakesFor(std::string_view typed, const Voice& voice) {
                      mistakes(typed, identifier.substr(identifier.find('/') + 1))});
 }
 
+Failure noSuchVoice(std::string_view name, const std::vector<Voice>& voices) {
+    using Near = std::pair<std::size_t, std::string_view>;
+    std::vector<Near> near;
+    for (const Voice& voice : voices) {
+        near.emplace_back(mistakesFor(name, voice), voice.identifier);
+    }
+    std::ranges::stable_sort(near, {}, &Near::first);
+    std::string named;
+    for (std::size_t index = 0; index < near.size() && index < kMostNamed && near[index].first != kFar;
+         ++index) {
+        named.append(index == 0 ? "near it: " : ", ").append(near[index].second);
+    }
+    return Failure(
+        "there is no voice \"" + std::string(name) + "\" (" +
+        (named.empty() ? "zqmspeech voices lists them)" : named + "; zqmspeech voices lists all)"));
+}
+
 } // namespace
 
 std::vector<std::string> genderNames() {
@@ -87,23 +104,6 @@ bool speaks(const Voice& voice, std::string_view language) {
 
 Failure noVoices() {
     return Failure("there are no voices: the speech engine is missing or does not answer");
-}
-
-Failure noSuchVoice(std::string_view name, const std::vector<Voice>& voices) {
-    using Near = std::pair<std::size_t, std::string_view>;
-    std::vector<Near> near;
-    for (const Voice& voice : voices) {
-        near.emplace_back(mistakesFor(name, voice), voice.identifier);
-    }
-    std::ranges::stable_sort(near, {}, &Near::first);
-    std::string named;
-    for (std::size_t index = 0; index < near.size() && index < kMostNamed && near[index].first != kFar;
-         ++index) {
-        named.append(index == 0 ? "near it: " : ", ").append(near[index].second);
-    }
-    return Failure(
-        "there is no voice \"" + std::string(name) + "\" (" +
-        (named.empty() ? "zqmspeech voices lists them)" : named + "; zqmspeech voices lists all)"));
 }
 
 } // namespace zqm::cli

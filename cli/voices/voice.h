@@ -46,6 +46,5 @@ const Voice& findVoice(const std::vector<Voice>& voices, std::string_view name);
 bool speaks(const Voice& voice, std::string_view language);
 
 Failure noVoices();
-Failure noSuchVoice(std::string_view name, const std::vector<Voice>& voices);
 
 } // namespace zqm::cli

@@ -254,6 +254,12 @@ TEST(Phonemes, AreThoseOfTheVoice) {
     EXPECT_NE(german.output, english.output);
 }
 
+TEST(Phonemes, TakeAVoiceByItsName) {
+    const ProcessResult german = zqmspeech({"phonemes", "-v", "gmw/de", "good day"});
+    EXPECT_EQ(zqmspeech({"phonemes", "-v", "German", "good day"}).output, german.output);
+    EXPECT_EQ(zqmspeech({"phonemes", "-v", "GMW/DE", "good day"}).output, german.output);
+}
+
 TEST(Phonemes, OfStandardInput) {
     ProcessOptions options = bareOptions();
     options.input = "good day";
