@@ -63,15 +63,14 @@ protected:
 
 TEST_F(HostProgram, IsBuiltByPkgConfig) {
     const support::ProcessOptions options{
-        .environment = {{"PKG_CONFIG_PATH", (prefix / ZQM_LIB / "pkgconfig").string()},
-                        {"PREFIX", prefix.string()}},
+        .environment = {{"PKG_CONFIG_PATH", (prefix / ZQM_LIB / "pkgconfig").string()}},
         .folder = folder.path()};
     // The flags are quoted for the shell.
     const ProcessResult built =
         runProcess("bash",
                    {"-ec", "eval " ZQM_CXX_COMPILER " -std=c++20 " ZQM_SOURCE_FOLDER
                            "/examples/hello.cpp -o hello $(pkg-config --cflags --libs zqmhost) "
-                           "'-Wl,-rpath,\"$PREFIX/" ZQM_LIB "\"'"},
+                           "-Wl,-rpath,$(pkg-config --variable=libdir zqmhost)"},
                    options);
     ASSERT_TRUE(built.succeeded()) << built.errors;
     EXPECT_EQ(runProcess("pkg-config", {"--modversion", "zqmhost"}, options).output, ZQM_VERSION "\n");

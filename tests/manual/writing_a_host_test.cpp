@@ -4,6 +4,13 @@
 #include "tests/support/sound_file.h"
 #include "tests/support/temporary_folder.h"
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 namespace zqm::tests {
@@ -27,6 +34,34 @@ TEST(WritingAHost, SpeaksAndPrintsWords) {
     EXPECT_EQ(result.errors, "");
     EXPECT_GT(support::SoundFile(file).seconds(), 0.5);
 }
+
+// What is sanitized needs to be linked otherwise.
+#ifndef __SANITIZE_ADDRESS__
+std::string compilerLineOfThePage() {
+    std::ifstream page(ZQM_SOURCE_FOLDER "/docs/writing-a-host.md");
+    const std::string text{std::istreambuf_iterator<char>(page), {}};
+    std::smatch line;
+    return std::regex_search(text, line, std::regex(R"re(\n\n    (c\+\+ .*\\\n.*)\n\n)re")) ? line[1].str()
+                                                                                            : "";
+}
+
+TEST(WritingAHost, IsCompiledAsThePageSays) {
+    namespace fs = std::filesystem;
+    const support::TemporaryFolder folder;
+    for (const char* const sources : {"examples", "platform", "plugin"}) {
+        fs::create_directory_symlink(fs::path(ZQM_SOURCE_FOLDER) / sources, folder / sources);
+    }
+    fs::create_directory(folder / "build");
+    fs::create_directory_symlink(fs::path(ZQM_PLUGIN).parent_path(), folder / "build/release");
+    const std::string line = compilerLineOfThePage();
+    ASSERT_FALSE(line.empty());
+    const ProcessResult compiled = runProcess("bash", {"-ec", line}, {.folder = folder.path()});
+    ASSERT_TRUE(compiled.succeeded()) << line << '\n' << compiled.errors;
+    const ProcessResult run =
+        runProcess(folder / "writing_a_host", {ZQM_PLUGIN, "file://" + (folder / "a.wav").string(), "Hello"});
+    EXPECT_EQ(run.output, "Hello\n") << run.errors;
+}
+#endif
 
 TEST(WritingAHost, SaysWhatIsWrong) {
     const auto noFolder = runHost({ZQM_PLUGIN, "file:///nonexistent/speech.wav", "Hello"});
