@@ -1,5 +1,6 @@
 #include "tests/endtoend/speaking.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/unread_pipe.h"
 
 #include <gmock/gmock.h>
 
@@ -44,9 +45,28 @@ TEST_F(Events, StopEndsWithFalse) {
     speaker.speak("Hello again", file);
 }
 
-TEST_F(Events, StartWhileSpeakingEndsTheOldOneFirst) {
+TEST_F(Events, StopBeforeThePipeIsReadEndsWithFalse) {
+    const support::UnreadPipe pipe(folder / "speech.ogg");
+    ASSERT_TRUE(pipe.isMade());
     Speaker speaker(runtime);
-    ASSERT_TRUE(speaker.start(longText(), file));
+    ASSERT_TRUE(speaker.start(longText(), folder / "speech.ogg"));
+    ASSERT_TRUE(speaker.waitForWord());
+    ASSERT_TRUE(pipe.fillsUp());
+    EXPECT_TRUE(speaker.object.get("isSpeaking").asBool());
+    speaker.object.call("stopSpeaking");
+    EXPECT_FALSE(speaker.object.get("isSpeaking").asBool());
+    const std::size_t words = speaker.words.size();
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_THAT(speaker.ends, ElementsAre(false));
+    EXPECT_EQ(speaker.words.size(), words);
+    speaker.speak("Hello again", file);
+}
+
+TEST_F(Events, StartWhileSpeakingEndsTheOldOneFirst) {
+    const support::UnreadPipe pipe(folder / "first.ogg");
+    ASSERT_TRUE(pipe.isMade());
+    Speaker speaker(runtime);
+    ASSERT_TRUE(speaker.start(longText(), folder / "first.ogg"));
     ASSERT_TRUE(speaker.waitForWord());
     ASSERT_TRUE(speaker.start("Hello world", folder / "second.wav"));
     ASSERT_TRUE(speaker.waitForEnd());

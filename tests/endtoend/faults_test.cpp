@@ -18,7 +18,7 @@ using testing::ElementsAre;
 
 // Polls without a run loop; a deadline only keeps a failing test from hanging.
 bool eventually(const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto end = std::chrono::steady_clock::now() + kDeadline;
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) {
             return false;
