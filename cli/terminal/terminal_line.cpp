@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t kUsualColumns = 80;
 constexpr std::size_t kUsualRows = 24;
-constexpr std::chrono::milliseconds kRedrawInterval{50};
 constexpr UChar32 kEscape = 0x1B; // begins a sequence that ends with a letter
 constexpr std::string_view kClearLine = "\r\x1b[K";
 constexpr std::string_view kClearBelow = "\x1b[J"; // and the rest of the line

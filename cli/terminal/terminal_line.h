@@ -24,6 +24,8 @@ std::size_t terminalRows(int descriptor);
 // One line of a terminal, or some, redrawn in place.
 class TerminalLine {
 public:
+    static constexpr std::chrono::milliseconds kRedrawInterval{50};
+
     explicit TerminalLine(int descriptor);
     TerminalLine(const TerminalLine&) = delete;
     TerminalLine& operator=(const TerminalLine&) = delete;
