@@ -41,13 +41,13 @@ TEST_F(ServerFaults, AServerKilledInMidSpeechEndsTheSpeechAndTheNextOneIsUsed) {
     support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Speaker speaker(runtime_);
-    ASSERT_TRUE(speaker.start(text_.text));
+    ASSERT_TRUE(speaker.start(longText()));
     ASSERT_TRUE(speaker.waitForWords(3));
     server.kill();
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), false);
     EXPECT_EQ(speaker.timesFinished(), 1U);
-    EXPECT_LT(speaker.words().size(), text_.words.size());
+    EXPECT_LT(speaker.words().size(), kWordsOfLongText);
     EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
 
     EXPECT_FALSE(speaker.start(text_.text));
@@ -60,8 +60,8 @@ TEST_F(ServerFaults, EveryObjectHearsThatTheServerIsGone) {
     const support::ScopedPulseServer use(server);
     Speaker one(runtime_);
     Speaker other(runtime_);
-    ASSERT_TRUE(one.start(text_.text));
-    ASSERT_TRUE(other.start(text_.text));
+    ASSERT_TRUE(one.start(longText()));
+    ASSERT_TRUE(other.start(longText()));
     ASSERT_TRUE(one.waitForWords(2));
     ASSERT_TRUE(other.waitForWords(2));
     server.kill();
@@ -109,7 +109,7 @@ TEST_F(ServerFaults, AServerFrozenInMidSpeechIsNoReasonNotToStop) {
     support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Speaker speaker(runtime_);
-    ASSERT_TRUE(speaker.start(text_.text));
+    ASSERT_TRUE(speaker.start(longText()));
     ASSERT_TRUE(speaker.waitForWords(2));
     server.freeze();
     speaker.stop();

@@ -7,12 +7,21 @@ namespace zqm::live {
 
 namespace {
 
-constexpr host::Seconds kEndDeadline{120};
+constexpr host::Seconds kEndDeadline{300};
 
 } // namespace
 
 void loadPlugin(host::Runtime& runtime) {
     support::loadPlugin(runtime, ZQM_PLUGIN);
+}
+
+std::string longText() {
+    constexpr std::size_t kWords = 5; // of a sentence
+    std::string text;
+    for (std::size_t words = 0; words < kWordsOfLongText; words += kWords) {
+        text += "Word after word goes by. ";
+    }
+    return text;
 }
 
 Speaker::Speaker(host::Runtime& runtime)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -12,6 +13,10 @@ namespace zqm::live {
 
 // And before it the sibling library of this run.
 void loadPlugin(host::Runtime& runtime);
+
+// Spoken for minutes, so that on a busy machine, too, a test does something before half of it was heard.
+inline constexpr std::size_t kWordsOfLongText = 2000;
+std::string longText();
 
 // One synthesizer of a host program that notes down its events, with the time of each.
 class Speaker {
