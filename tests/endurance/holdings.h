@@ -9,6 +9,7 @@
 #include <malloc.h>
 #include <string>
 #include <sys/types.h>
+#include <zqmhost/zqmhost.h>
 
 namespace zqm::endurance {
 
@@ -23,6 +24,16 @@ inline std::size_t residentPagesOf(pid_t process) {
     std::size_t resident = 0;
     statm >> size >> resident;
     return resident;
+}
+
+// Until no engine is left. They end once their objects have, and are reaped when another speech begins.
+inline bool waitForEngines(host::Runtime& runtime, host::Seconds patience) {
+    return runtime.runUntil(
+        [&] {
+            runtime.construct("NSSpeechSynthesizerZQM").call("startSpeakingString", "");
+            return support::childrenOfThisProcess().empty();
+        },
+        patience);
 }
 
 struct Holdings {

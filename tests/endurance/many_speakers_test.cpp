@@ -88,16 +88,6 @@ protected:
         }
     }
 
-    // Engines end once their objects have, and are reaped when another speech begins.
-    void waitForEngines() {
-        EXPECT_TRUE(runtime.runUntil(
-            [&] {
-                runtime.construct("NSSpeechSynthesizerZQM").call("startSpeakingString", "");
-                return support::childrenOfThisProcess().empty();
-            },
-            kPatience));
-    }
-
     const std::vector<WordFixture> paragraphs = support::wordFixtureParagraphs();
     support::TemporaryFolder folder;
     host::Runtime runtime;
@@ -114,7 +104,7 @@ TEST_F(ManySpeakers, LoseNoEventAndGiveEverythingBack) {
     }
     const auto round = [&] {
         speakAtOnce();
-        waitForEngines();
+        EXPECT_TRUE(waitForEngines(runtime, kPatience));
     };
     round();
     const Holdings once;
