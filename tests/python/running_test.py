@@ -28,7 +28,7 @@ def test_events_come_while_the_run_loop_runs(speaker, file):
     speaker.on("willSpeakWord", lambda position, length, text: words.append(text[position:][:length]))
     speaker.on("didFinishSpeaking", ends.append)
     assert speaker.startSpeakingString(TEXT, file) is True
-    assert zqm.run(lambda: ends, 60) is True
+    assert zqm.run(lambda: ends, 250) is True
     assert words == TEXT.split()
     assert ends == [True]
     assert file.read_bytes()[:4] == b"RIFF"
@@ -43,7 +43,7 @@ def test_a_subclass_hears_as_well(speech, file):
 
     speaker = Speaker()
     assert speaker.startSpeakingString("Hello", file)
-    assert zqm.run(lambda: speaker.done is not None, 60)
+    assert zqm.run(lambda: speaker.done is not None, 250)
     assert speaker.done is True
 
 
@@ -51,7 +51,7 @@ def test_the_predicate_is_asked_between_events(speaker, file):
     words = []
     speaker.on("willSpeakWord", lambda *word: words.append(word))
     assert speaker.startSpeakingString(TEXT, file)
-    assert zqm.run(lambda: len(words) == 2, 60)
+    assert zqm.run(lambda: len(words) == 2, 250)
     assert len(words) == 2
 
 
@@ -63,8 +63,14 @@ def test_a_predicate_that_is_true_needs_no_time(speaker):
 def test_the_time_ends_the_run(speaker):
     asked = []
     assert zqm.run(lambda: asked.append(1), 0.3) is False
-    assert 2 < len(asked) < 30  # it waits in between
+    assert 0 < len(asked) < 30  # it waits in between
     assert zqm.run(timeout=0) is False
+
+
+def test_the_predicate_is_asked_again_and_again(speaker):
+    asked = []
+    assert zqm.run(lambda: asked.append(1) or len(asked) > 2, 250) is True
+    assert len(asked) == 3
 
 
 def test_a_time_that_is_no_number_is_refused(speaker):
@@ -120,10 +126,10 @@ def test_what_a_handler_raises_leaves_the_run(speaker, file):
     assert speaker.startSpeakingString("one two", file)
     for count in (1, 2):
         with pytest.raises(Stop) as raised:
-            zqm.run(timeout=60)
+            zqm.run(timeout=250)
         assert raised.value is error
         assert len(words) == count
-    assert zqm.run(lambda: ends, 60)
+    assert zqm.run(lambda: ends, 250)
 
 
 def test_a_handler_that_drops_the_last_reference_ends_the_speech(speech, file):
@@ -152,13 +158,13 @@ def test_a_handler_may_run_the_run_loop(speaker, file):
     def wait(position, length, text):
         if not words:
             words.append(position)
-            inner.append(zqm.run(lambda: ends, 60))
+            inner.append(zqm.run(lambda: ends, 250))
 
     words, inner, ends = [], [], []
     speaker.on("willSpeakWord", wait)
     speaker.on("didFinishSpeaking", ends.append)
     assert speaker.startSpeakingString(TEXT, file)
-    assert zqm.run(lambda: ends, 60)
+    assert zqm.run(lambda: ends, 250)
     assert inner == [True]
 
 
@@ -173,9 +179,9 @@ def test_other_threads_run_while_it_waits(speaker):
 
     thread = threading.Thread(target=work)
     thread.start()
-    assert zqm.run(lambda: asked.append(1) or done.is_set(), 60)
+    assert zqm.run(lambda: asked.append(1) or done.is_set(), 250)
     thread.join()
-    assert len(asked) < 100
+    assert len(asked) < 1000  # times that it waited; it would be as often as the thread goes on, if that had to wait
 
 
 def test_a_signal_ends_the_run(speaker):
@@ -197,7 +203,7 @@ def test_a_signal_ends_a_run_that_has_long_been_waiting(speaker):
     before = signal.signal(signal.SIGALRM, lambda *_: seen.append(True))
     try:
         signal.setitimer(signal.ITIMER_REAL, 0.05)
-        assert zqm.run(lambda: seen, 60)
+        assert zqm.run(lambda: seen, 250)
     finally:
         signal.setitimer(signal.ITIMER_REAL, 0)
         signal.signal(signal.SIGALRM, before)
