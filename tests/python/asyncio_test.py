@@ -3,7 +3,6 @@
 import asyncio
 import functools
 import gc
-import os
 import weakref
 
 import pytest
@@ -75,15 +74,11 @@ async def test_a_new_start_ends_the_old_one(speech, tmp_path):
 
 
 @in_loop
-async def test_what_was_stopped_has_not_finished(speech, tmp_path):
-    pipe = tmp_path / "unread.ogg"  # so that it can't be done before
-    os.mkfifo(pipe)
-    end = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+async def test_what_was_stopped_has_not_finished(speech, unread):
     reader = speech.NSSpeechSynthesizerZQM()
-    assert reader.startSpeakingString("word " * 20000, pipe)
+    assert reader.startSpeakingString("word " * 20000, unread)
     reader.stopSpeaking()
     assert await reader.finished() is False
-    os.close(end)
 
 
 @in_loop
@@ -231,13 +226,13 @@ async def test_a_task_cancelled_in_mid_speech_leaves_the_speech_as_it_is(speech,
 
 
 @in_loop
-async def test_a_cancelled_task_that_held_the_object_ends_the_speech(speech, tmp_path):
+async def test_a_cancelled_task_that_held_the_object_ends_the_speech(speech, unread):
     ends = weakref.WeakSet()
 
     async def read():
         reader = speech.NSSpeechSynthesizerZQM()
         ends.add(reader)
-        assert reader.startSpeakingString("word " * 20000, tmp_path / "speech.wav")
+        assert reader.startSpeakingString("word " * 20000, unread)
         await reader.finished()
 
     task = asyncio.ensure_future(read())

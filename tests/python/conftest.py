@@ -44,3 +44,13 @@ def echo(echoes):
 @pytest.fixture
 def speech():
     return zqm.load("libZQMNSSpeech")
+
+
+@pytest.fixture
+def unread(tmp_path):
+    """A pipe that nobody reads, so that no speech of some length into it is over before it is ended."""
+    pipe = tmp_path / "unread.ogg"
+    os.mkfifo(pipe)
+    reader = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+    yield pipe
+    os.close(reader)

@@ -143,7 +143,7 @@ def test_a_handler_that_drops_the_last_reference_ends_the_speech(speech, file):
     gone = weakref.ref(holder[0])
     holder[0].on("willSpeakWord", drop)
     assert holder[0].startSpeakingString("word " * 20000, file)
-    assert zqm.run(lambda: words, 60)
+    assert zqm.run(lambda: words, 250)
     assert gone() is None
     zqm.run(timeout=0.2)
     assert len(words) == 1
