@@ -5,6 +5,8 @@
 namespace {
 
 using zqm::host::Dictionary;
+using zqm::host::ElementType;
+using zqm::host::HostException;
 using zqm::host::Object;
 using zqm::host::String;
 
@@ -84,6 +86,28 @@ TEST_F(Speaking, SendsDictionariesConverted) {
         EXPECT_TRUE([[sentDictionary objectForKey:@"key"] isEqual:@"value"]);
         object.call("addSpeechDictionary", Object());
         EXPECT_EQ(sentDictionary, nil);
+    });
+}
+
+// The platform's arrays take no nil: their exception is the host's, and the platform object hears of nothing.
+TEST_F(Speaking, RaisesForADictionaryWhoseListHasANilElement) {
+    zqm::support::inFreshProcess([&] {
+        const std::string expectedClass = hostExceptionClass();
+        Object object = newSynthesizer();
+        replaceMethod(@selector(addSpeechDictionary:), takeDictionary);
+        NSDictionary* before = [NSDictionary dictionary];
+        keep(sentDictionary, before);
+        Dictionary dictionary = host->dictionary();
+        zqm::host::Array list = host->array(ElementType::Object, {host->dictionary()});
+        list.resize(2);
+        dictionary.setValue("key", list);
+        try {
+            object.call("addSpeechDictionary", dictionary);
+            ADD_FAILURE() << "nothing raised";
+        } catch (const HostException& exception) {
+            EXPECT_EQ(exception.className(), expectedClass);
+        }
+        EXPECT_EQ(sentDictionary, before);
     });
 }
 

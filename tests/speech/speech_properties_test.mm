@@ -10,6 +10,8 @@
 namespace {
 
 using zqm::host::ByRef;
+using zqm::host::ElementType;
+using zqm::host::HostException;
 using zqm::host::Object;
 using zqm::host::Value;
 using zqm::support::logged;
@@ -134,6 +136,26 @@ TEST_F(SpeechProperties, TakeNilForAValue) {
         const auto lines = logged([&] { object.call("setObjectForProperty", nullptr, "some key", ByRef{}); });
         EXPECT_EQ(givenValue, nil);
         EXPECT_THAT(lines, testing::ElementsAre("k: some key", "v: (null) 0", "e: (null)"));
+    });
+}
+
+// The platform's arrays take no nil: their exception is the host's, and the platform object hears of nothing.
+TEST_F(SpeechProperties, RaiseForAListWithANilElement) {
+    inProcess([&](Object& object) {
+        const std::string expectedClass = hostExceptionClass();
+        for (const ElementType type : {ElementType::String, ElementType::Object}) {
+            zqm::host::Array list = host->array(type, {});
+            list.resize(1);
+            Value error(host->create("NSErrorZQM"));
+            try {
+                object.call("setObjectForProperty", list, "some key", ByRef{&error});
+                ADD_FAILURE() << "nothing raised";
+            } catch (const HostException& exception) {
+                EXPECT_EQ(exception.className(), expectedClass);
+            }
+            EXPECT_TRUE(error.isNull());
+            EXPECT_EQ(askedName, nil);
+        }
     });
 }
 
