@@ -39,7 +39,8 @@ class Build(build_ext):
                 cmake("--install", folder, "--strip", "--component", component, "--prefix", stage)
             target.mkdir(parents=True, exist_ok=True)
             for file in pathlib.Path(stage).rglob("*"):
-                if file.is_file() and (file.suffix in (".so", ".dylib") or file.name == "zqmspeech-engine"):
+                is_library = {".so", ".dylib"} & set(file.suffixes)  # a version may follow
+                if file.is_file() and (is_library or file.name == "zqmspeech-engine"):
                     shutil.copy2(file, target)
         if not pathlib.Path(target, pathlib.Path(self.get_ext_filename("zqm._zqm")).name).exists():
             sys.exit(f"{folder} holds no module for this Python, {sys.executable}")

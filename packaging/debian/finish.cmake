@@ -22,7 +22,7 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   file(WRITE "${folder}/changelog.Debian"
     "zqmspeech (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium\n\n"
     "  * Version ${CPACK_PACKAGE_VERSION}, whose changes are listed in changelog.gz.\n\n"
-    " -- ${CPACK_DEBIAN_PACKAGE_MAINTAINER}  ${date}\n")
+    " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
   zqm_compress("${folder}/changelog")
   zqm_compress("${folder}/changelog.Debian")
 

@@ -1,10 +1,8 @@
 # The Debian packages, a component each: scripts/make-packages builds what is in them and has cpack make them.
-set(ZQM_MAINTAINER "the libZQMNSSpeech maintainers <maintainers@zqmspeech.example>"
-  CACHE STRING "Who answers for the Debian packages: name and address")
-
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zqmspeech)
 set(CPACK_PACKAGE_VENDOR "the libZQMNSSpeech maintainers")
+set(CPACK_PACKAGE_CONTACT "${ZQM_CONTACT}") # CPack names it as the maintainer
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/build/packages")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -15,7 +13,6 @@ set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
-set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZQM_MAINTAINER}")
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The libraries that belong to Debian; ours are named in the table.
@@ -43,7 +40,12 @@ macro(zqm_package component name section depends)
 endmacro()
 
 zqm_package(plugin zqmspeech-plugin sound "espeak-ng-data, pocketsphinx-en-us")
-set(CPACK_DEBIAN_PLUGIN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/triggers")
+# What others' packages depend on that are linked with the platform library: any version with that interface.
+get_target_property(platform_version zqmplatform SOVERSION)
+math(EXPR next_minor "${PROJECT_VERSION_MINOR} + 1")
+configure_file("${CMAKE_CURRENT_LIST_DIR}/shlibs.in" "${CMAKE_CURRENT_BINARY_DIR}/shlibs" @ONLY)
+set(CPACK_DEBIAN_PLUGIN_PACKAGE_CONTROL_EXTRA
+  "${CMAKE_CURRENT_LIST_DIR}/triggers;${CMAKE_CURRENT_BINARY_DIR}/shlibs")
 # For speech aloud and for listening; files need none.
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_SUGGESTS "pipewire-pulse | pulseaudio")
 zqm_package(command zqmspeech sound "${plugin_of_same_version}")

@@ -125,18 +125,18 @@ TEST(ListenFailure, OfEveryCommandOfALongList) {
 }
 
 TEST(ListenInstallation, LacksThePlugin) {
-    const Installation lacking({"libzqmplatform.so", "zqmspeech-engine"});
+    const Installation lacking({ZQM_PLATFORM_LIBRARY, "zqmspeech-engine"});
     expectOneLine(lacking.run({"listen", "stop"}), 1,
                   "libZQMNSSpeech.so is missing: it is neither in " + lacking.path().string());
 }
 
 TEST(ListenInstallation, LacksTheEngine) {
-    const Installation lacking({"libzqmplatform.so", "libZQMNSSpeech.so"});
+    const Installation lacking({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
     expectOneLine(lacking.run({"listen", "stop"}), 1, "nothing can be heard: ");
 }
 
 TEST(ListenInstallation, HasAnEngineThatEndsAtOnce) {
-    const Installation bad({"libzqmplatform.so", "libZQMNSSpeech.so"});
+    const Installation bad({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
     std::filesystem::copy(ZQM_BAD_ENGINE_PATH, bad.path());
     support::ProcessOptions options = bareOptions();
     options.environment["ZQM_BAD_ENGINE"] = "close at once";

@@ -127,7 +127,7 @@ ProcessResult sayIn(const Installation& installation,
 }
 
 TEST(SayInstallation, IsWhole) {
-    const Installation whole({"libzqmplatform.so", "libZQMNSSpeech.so", "zqmspeech-engine"});
+    const Installation whole({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so", "zqmspeech-engine"});
     const ProcessResult result = sayIn(whole);
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
@@ -135,19 +135,19 @@ TEST(SayInstallation, IsWhole) {
 }
 
 TEST(SayInstallation, LacksThePlugin) {
-    const Installation lacking({"libzqmplatform.so", "zqmspeech-engine"});
+    const Installation lacking({ZQM_PLATFORM_LIBRARY, "zqmspeech-engine"});
     expectOneLine(sayIn(lacking), 1,
                   "libZQMNSSpeech.so is missing: it is neither in " + lacking.path().string());
 }
 
 TEST(SayInstallation, HasADamagedPlugin) {
-    const Installation damaged({"libzqmplatform.so", "zqmspeech-engine"});
+    const Installation damaged({ZQM_PLATFORM_LIBRARY, "zqmspeech-engine"});
     std::ofstream(damaged.path() / "libZQMNSSpeech.so") << "no library";
     expectOneLine(sayIn(damaged), 1, "libZQMNSSpeech.so");
 }
 
 TEST(SayInstallation, LacksTheEngine) {
-    const Installation lacking({"libzqmplatform.so", "libZQMNSSpeech.so"});
+    const Installation lacking({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
     expectOneLine(sayIn(lacking), 1, "there are no voices: the speech engine is missing or does not answer");
 }
 
@@ -159,7 +159,7 @@ struct EngineFault {
 class SayWithABadEngine : public testing::TestWithParam<EngineFault> {};
 
 TEST_P(SayWithABadEngine, FailsWithOneLine) {
-    const Installation bad({"libzqmplatform.so", "libZQMNSSpeech.so"});
+    const Installation bad({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
     std::filesystem::copy(ZQM_BAD_ENGINE_PATH, bad.path());
     support::ProcessOptions options = bareOptions();
     options.environment["ZQM_BAD_ENGINE"] = GetParam().fault;
@@ -198,7 +198,7 @@ TEST(SayInstallation, LacksThePlatformLibrary) {
     const ProcessResult result = sayIn(lacking);
     EXPECT_NE(result.exitCode, 0);
     EXPECT_EQ(result.signal, 0);
-    EXPECT_THAT(result.errors, HasSubstr("libzqmplatform.so"));
+    EXPECT_THAT(result.errors, HasSubstr(ZQM_PLATFORM_LIBRARY));
     EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
 }
 

@@ -100,7 +100,7 @@ TEST_F(HostProgram, IsToldWhatItLacks) {
     EXPECT_FALSE(younger.succeeded());
     EXPECT_THAT(younger.errors, HasSubstr("zqmhost-config.cmake, version: " ZQM_VERSION));
 
-    fs::remove(prefix / ZQM_LIB / "libzqmplatform.so");
+    fs::remove(prefix / kPlatformLibrary);
     const ProcessResult withoutPlugin = configure(ZQM_VERSION);
     EXPECT_FALSE(withoutPlugin.succeeded());
     EXPECT_THAT(withoutPlugin.errors, HasSubstr("libzqmplatform.so"));

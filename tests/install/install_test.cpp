@@ -42,19 +42,26 @@ void expectItSpeaks(const fs::path& prefix, const fs::path& file) {
     fs::remove(file);
 }
 
-// The folders in which a program or library looks for others.
-std::vector<std::string> searchedFolders(const fs::path& file) {
+// What a program or library says to the linker, in entries of these kinds.
+std::vector<std::string> linkerEntries(const fs::path& file, const std::vector<std::string>& kinds) {
     const ProcessResult result = runProcess("readelf", {"--dynamic", "--wide", file.string()});
     EXPECT_TRUE(result.succeeded()) << result.errors;
     std::istringstream lines(result.output);
-    std::vector<std::string> folders;
+    std::vector<std::string> entries;
     for (std::string line; std::getline(lines, line);) {
-        if (line.find("(RPATH)") != std::string::npos || line.find("(RUNPATH)") != std::string::npos) {
-            const std::size_t begin = line.find('[') + 1;
-            folders.push_back(line.substr(begin, line.rfind(']') - begin));
+        for (const std::string& kind : kinds) {
+            if (line.find("(" + kind + ")") != std::string::npos) {
+                const std::size_t begin = line.find('[') + 1;
+                entries.push_back(line.substr(begin, line.rfind(']') - begin));
+            }
         }
     }
-    return folders;
+    return entries;
+}
+
+// The folders in which it looks for others.
+std::vector<std::string> searchedFolders(const fs::path& file) {
+    return linkerEntries(file, {"RPATH", "RUNPATH"});
 }
 
 class Installation : public testing::Test {
@@ -110,17 +117,31 @@ TEST_F(Installation, UsesWhatWasInstalled) {
     EXPECT_EQ(withoutPlugin.exitCode, 1);
     EXPECT_THAT(withoutPlugin.errors, HasSubstr("libZQMNSSpeech.so is missing"));
 
-    fs::remove(prefix / ZQM_LIB / "libzqmplatform.so");
+    fs::remove(prefix / kPlatformLibrary);
     const ProcessResult withoutPlatform = say(prefix, sound);
     EXPECT_EQ(withoutPlatform.exitCode, 127);
     EXPECT_THAT(withoutPlatform.errors, HasSubstr("libzqmplatform.so"));
+}
+
+// A program that was linked before must not run with another interface: until 1.0.0 each minor version has
+// its own.
+TEST_F(Installation, NamesThePlatformLibraryByTheVersionOfItsInterface) {
+    install(prefix);
+    const std::string name = fs::path(kPlatformLibrary).filename();
+    EXPECT_THAT(linkerEntries(prefix / kPlatformLibrary, {"SONAME"}), testing::ElementsAre(name));
+    for (const fs::path user :
+         {ZQM_BIN "/zqmspeech", ZQM_LIB "/libZQMNSSpeech.so", ZQM_LIB "/libZQMFoundation.so",
+          ZQM_PYTHON_FOLDER "/zqm/" ZQM_PYTHON_MODULE}) {
+        EXPECT_THAT(linkerEntries(prefix / user, {"NEEDED"}), testing::Contains(name)) << user;
+    }
+    EXPECT_EQ(fs::read_symlink(prefix / ZQM_LIB / "libzqmplatform.so"), name);
 }
 
 TEST_F(Installation, LooksForLibrariesInItsOwnFoldersOnly) {
     install(prefix);
     EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libZQMNSSpeech.so"), testing::ElementsAre("$ORIGIN"));
     EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libZQMFoundation.so"), testing::ElementsAre("$ORIGIN"));
-    EXPECT_THAT(searchedFolders(prefix / ZQM_LIB / "libzqmplatform.so"), testing::IsEmpty());
+    EXPECT_THAT(searchedFolders(prefix / kPlatformLibrary), testing::IsEmpty());
     EXPECT_THAT(searchedFolders(prefix / ZQM_LIBEXEC / "zqmspeech/zqmspeech-engine"), testing::IsEmpty());
     const fs::path upwards = fs::path(ZQM_LIB).lexically_relative(ZQM_PYTHON_FOLDER "/zqm");
     EXPECT_THAT(searchedFolders(prefix / ZQM_PYTHON_FOLDER "/zqm/" ZQM_PYTHON_MODULE),

@@ -121,7 +121,7 @@ TEST_F(Packages, SayWhatTheyAre) {
         EXPECT_EQ(field(package, "Package"), package + "\n");
         EXPECT_EQ(field(package, "Version"), std::string(kVersion) + "\n");
         EXPECT_EQ(field(package, "Section"), sections.at(package) + "\n");
-        EXPECT_THAT(field(package, "Maintainer"), testing::MatchesRegex(".+ <.+@.+>\n"));
+        EXPECT_EQ(field(package, "Maintainer"), ZQM_CONTACT "\n");
         // A line in short, then in full.
         EXPECT_THAT(field(package, "Description"),
                     testing::MatchesRegex("[a-z][^\n]{1,59}[^.]\n( [^\n]{1,79}\n)+"));
@@ -147,6 +147,19 @@ TEST_F(Packages, NameWhatTheyNeed) {
     EXPECT_THAT(field("libzqmhost-dev", "Depends"), HasSubstr("libffi-dev"));
 }
 
+// By this dpkg-shlibdeps knows what a program depends on that is linked with the platform library.
+TEST_F(Packages, TellWhichVersionsAProgramThatIsLinkedNeeds) {
+    const fs::path library = treeOf("zqmspeech-plugin") / "usr" / kPlatformLibrary;
+    const std::string soname = library.filename();
+    const std::string version = soname.substr(soname.find(".so.") + 4);
+    const std::size_t dot = version.find('.');
+    const std::string next =
+        version.substr(0, dot + 1) + std::to_string(std::stoi(version.substr(dot + 1)) + 1);
+    EXPECT_EQ(outputOf("dpkg-deb", {"--info", fileOf("zqmspeech-plugin"), "shlibs"}),
+              "libzqmplatform " + version + " zqmspeech-plugin (>= " + version + "~), zqmspeech-plugin (<< " +
+                  next + "~)\n");
+}
+
 TEST_F(Packages, BringTheirLicencesAndChanges) {
     for (const Component& component : kComponents) {
         const fs::path documents = treeOf(component.package) / "usr/" ZQM_SHARE "/doc" / component.package;
@@ -159,8 +172,11 @@ TEST_F(Packages, BringTheirLicencesAndChanges) {
         const fs::path debian = treeOf(component.package) / "changelog";
         std::ofstream(debian) << outputOf("gzip",
                                           {"--decompress", "--stdout", documents / "changelog.Debian.gz"});
-        EXPECT_EQ(outputOf("dpkg-parsechangelog", {"--file", debian, "--show-field", "Version"}),
-                  std::string(kVersion) + "\n");
+        for (const auto& [name, value] :
+             std::map<std::string, std::string>{{"Version", kVersion}, {"Maintainer", ZQM_CONTACT}}) {
+            EXPECT_EQ(outputOf("dpkg-parsechangelog", {"--file", debian, "--show-field", name}),
+                      value + "\n");
+        }
     }
 }
 
@@ -172,6 +188,14 @@ TEST_F(Packages, SpeakTogether) {
     const fs::path sound = root / "speech.wav";
     outputOf(root / "usr" / ZQM_BIN / "zqmspeech", {"say", "-o", sound, "Hello world"});
     EXPECT_GT(support::SoundFile(sound).seconds(), 0.4);
+}
+
+// The domains that RFC 2606 and 6761 keep for examples and for nobody.
+TEST(Contact, IsAnAddress) {
+    EXPECT_THAT(ZQM_CONTACT, testing::MatchesRegex("[^<>@]+ <[^<>@ ]+@[^<>@ ]+\\.[a-z]+>"));
+    EXPECT_THAT(ZQM_CONTACT,
+                testing::Not(testing::MatchesRegex(
+                    ".*[@.](example(\\.com|\\.net|\\.org)?|invalid|test|localhost|localdomain|local)>")));
 }
 
 TEST(Changelog, TellsOfThisVersionFirst) {

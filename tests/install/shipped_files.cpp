@@ -5,6 +5,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+const std::string kVersion = ZQM_VERSION;
 const std::string kLib = ZQM_LIB "/";
 const std::string kHeaders = ZQM_INCLUDE "/zqmhost/";
 const std::string kPlatformHeaders = ZQM_INCLUDE "/zqmplatform/";
@@ -37,6 +38,7 @@ Files pythonPackage() {
 } // namespace
 
 const std::string kDocuments = ZQM_SHARE "/doc/zqmspeech/";
+const std::string kPlatformLibrary = kLib + "libzqmplatform.so." + kVersion.substr(0, kVersion.rfind('.'));
 
 const Files kCommonDocuments = {kDocuments + "CHANGELOG.md", kDocuments + "README.md",
                                 kDocuments + "copyright"};
@@ -44,7 +46,7 @@ const Files kCommonDocuments = {kDocuments + "CHANGELOG.md", kDocuments + "READM
 const std::vector<Component> kComponents = {
     {"plugin",
      "zqmspeech-plugin",
-     {kLib + "libZQMFoundation.so", kLib + "libZQMNSSpeech.so", kLib + "libzqmplatform.so",
+     {kLib + "libZQMFoundation.so", kLib + "libZQMNSSpeech.so", kPlatformLibrary,
       ZQM_LIBEXEC "/zqmspeech/zqmspeech-engine"}},
     {"command",
      "zqmspeech",
@@ -53,6 +55,7 @@ const std::vector<Component> kComponents = {
       ZQM_SHARE "/zsh/site-functions/_zqmspeech"}},
     {"development", "libzqmhost-dev",
      joined({kLib + "libzqmhost.a",
+             kLib + "libzqmplatform.so",
              kLib + "pkgconfig/zqmhost.pc",
              kConfig + "config.cmake",
              kConfig + "config-version.cmake",
@@ -84,7 +87,7 @@ Files filesIn(const fs::path& folder) {
     Files files;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
         if (!entry.is_directory()) {
-            files.insert(fs::relative(entry.path(), folder).string());
+            files.insert(entry.path().lexically_relative(folder).string()); // of a link, not of what it names
         }
     }
     return files;

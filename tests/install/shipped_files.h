@@ -17,7 +17,8 @@ struct Component {
     Files files;         // but for the documents below, which each of them brings
 };
 
-extern const std::string kDocuments; // the folder of them
+extern const std::string kDocuments;       // the folder of them
+extern const std::string kPlatformLibrary; // the file that programs load, by its version
 extern const Files kCommonDocuments;
 extern const std::vector<Component> kComponents;
 
