@@ -28,6 +28,7 @@ struct Report {
     friend bool operator==(const Report&, const Report&) = default;
 };
 
+// In words, as "null handle".
 const char* nameOf(Report::Kind kind);
 
 // What is alive at one moment, and the locks on it. Two equal ledgers around a piece of work mean that it
