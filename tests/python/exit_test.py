@@ -139,13 +139,13 @@ def tell(*word):
 words = []
 speaker = speech.NSSpeechSynthesizerZQM()
 speaker.on("willSpeakWord", tell)
-assert speaker.startSpeakingString("word " * 20000, url)
+assert speaker.startSpeakingString("word " * 100000, url)  # a file that takes a while
 try:
     WAY
 except KeyboardInterrupt:
     print("interrupted", speaker.isSpeaking)
 heard = len(words)
-assert zqm.run(lambda: len(words) > heard, 60)
+assert zqm.run(lambda: len(words) > heard, 100)
 speaker.stopSpeaking()
 print(asyncio.run(speaker.finished()))
 """
