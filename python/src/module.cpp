@@ -3,6 +3,7 @@
 #include "conversion.h"
 #include "exceptions.h"
 #include "handle.h"
+#include "listening.h"
 #include "run_loop.h"
 #include "runtime.h"
 
@@ -163,6 +164,7 @@ void bindRuntime(py::module_& module) {
     module.def("event_descriptor", eventDescriptor);
     module.def("wait_for_events", waitForEvents);
     module.def("platform_folder", platformFolder);
+    module.def("listen_to_file", listenToFile);
 }
 
 } // namespace

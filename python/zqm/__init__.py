@@ -37,6 +37,7 @@ from ._errors import (
     UnsupportedOperationException,
 )
 from ._library import Library, load
+from ._listening import listen_to_file
 from ._objects import ByRef, Object
 from ._running import run
 from ._utf16 import utf16_slice
@@ -62,6 +63,7 @@ __all__ = [
     "UnsupportedFormatException",
     "UnsupportedOperationException",
     "events",
+    "listen_to_file",
     "load",
     "reports",
     "run",

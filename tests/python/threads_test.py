@@ -38,6 +38,7 @@ def in_thread(work):
         lambda widget: zqm.run(timeout=0),
         lambda widget: zqm.run(lambda: True),
         lambda widget: zqm.reports(),
+        lambda widget: zqm.listen_to_file(None),
         lambda widget: zqm.load("libZQMFoundation"),
         lambda widget: asyncio.run(widget.raised("pinged")),
     ],
