@@ -50,9 +50,17 @@ class Build(build_ext):
         cmake(
             *("-S", str(PROJECT), "-B", folder, "-G", "Ninja", "-D", "CMAKE_BUILD_TYPE=RelWithDebInfo"),
             *("-D", "BUILD_TESTING=OFF", "-D", "ZQM_PYTHON=ON", "-D", f"Python3_EXECUTABLE={sys.executable}"),
+            *launchers(),
         )
         cmake("--build", folder, "--target", "zqm_python", "ZQMNSSpeech", "ZQMFoundation")
         return folder
+
+
+def launchers():
+    """Of compilers: ccache, where there is one."""
+    if shutil.which("ccache"):
+        for language in ("C", "CXX", "OBJC", "OBJCXX"):
+            yield from ("-D", f"CMAKE_{language}_COMPILER_LAUNCHER=ccache")
 
 
 def cmake(*arguments):
@@ -62,7 +70,7 @@ def cmake(*arguments):
 setup(
     version=version(),
     packages=["zqm"],
-    package_data={"zqm": ["py.typed"]},
+    package_data={"zqm": ["py.typed", "*.pyi"]},
     ext_modules=[Extension("zqm._zqm", sources=[])],
     cmdclass={"build_ext": Build},
 )

@@ -5,10 +5,10 @@ from __future__ import annotations
 import inspect
 import keyword
 from collections.abc import Callable, Iterable
-from typing import Any
+from typing import Any, cast
 
 from . import _zqm
-from ._errors import add_exception_class, exception_class
+from ._errors import HostException, add_exception_class, exception_class
 from ._finishing import add_finished
 from ._handlers import mark_as_event
 from ._objects import Object, add_class, class_of, handle_of
@@ -50,11 +50,11 @@ def make_class(description: _zqm.ClassDescription, module: str) -> type[Object]:
     for event in description.events:
         members[event.name] = _event(event)
     add_finished(description, members)
-    made = type(description.name, bases, members)
+    made: Any = type(description.name, bases, members)
     add_class(made)
-    if issubclass(made, BaseException):
+    if issubclass(made, HostException):
         add_exception_class(made)
-    return made
+    return cast(type[Object], made)
 
 
 def _by_lowered_name(described: Iterable[Any]) -> dict[str, str]:

@@ -25,7 +25,11 @@ class ByRef(Generic[T]):
 
     __slots__ = ("value",)
 
-    def __init__(self, value: Any = None):
+    @overload
+    def __init__(self: ByRef[Any]) -> None: ...
+    @overload
+    def __init__(self, value: T) -> None: ...
+    def __init__(self, value: Any = None) -> None:
         self.value: T = value
 
     def __repr__(self) -> str:
@@ -71,10 +75,11 @@ class Object:
         if self._handle is not None:
             raise CallError(f"this {type(self).__name__} has been made already")
         check_methods(type(self), self._declared_events)  # they may be newer than the class
-        _adopt(self, _zqm.create(self._host_class))
+        handle = _zqm.create(self._host_class)
+        _adopt(self, handle)
         try:
             if self._constructor is not None:
-                self._handle.call("Constructor", arguments, self._constructor)
+                handle.call("Constructor", arguments, self._constructor)
             elif arguments:
                 raise TypeError(f"{self._host_class}() takes no arguments")
         except BaseException:

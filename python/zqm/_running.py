@@ -28,11 +28,7 @@ def run(until: Callable[[], object] | None = None, timeout: float | None = None)
         raise TypeError(
             f"what to wait until is {until!r}, which can't be called; zqm.run(timeout=...) runs for so many seconds"
         )
-    if timeout is not None and not isinstance(timeout, numbers.Real):
-        raise TypeError(f"the timeout is a number of seconds, not {timeout!r}")
-    if timeout is not None and math.isnan(timeout):
-        raise ValueError("the timeout is not a number")
-    end = None if timeout is None else time.monotonic() + timeout
+    end = None if timeout is None else time.monotonic() + _seconds(timeout)
     while until is None or not until():
         delivered = _zqm.deliver()
         left = _LONGEST_WAIT if end is None else end - time.monotonic()
@@ -41,3 +37,12 @@ def run(until: Callable[[], object] | None = None, timeout: float | None = None)
         if not delivered:
             _zqm.wait_for_events(min(left, _LONGEST_WAIT))
     return True
+
+
+def _seconds(timeout: object) -> float:
+    if not isinstance(timeout, numbers.Real):
+        raise TypeError(f"the timeout is a number of seconds, not {timeout!r}")
+    seconds = float(timeout)
+    if math.isnan(seconds):
+        raise ValueError("the timeout is not a number")
+    return seconds

@@ -3,11 +3,12 @@
 import __future__
 import ast
 import inspect
+import os
 import subprocess
 import sys
 
 import pytest
-from conftest import PLUGINS
+from conftest import BUILD, PLUGINS
 
 import zqm
 from zqm import stubs
@@ -128,8 +129,101 @@ def test_the_command_tells_what_is_wrong():
     assert run().returncode == 2
 
 
+MODULE = 'import zqm\nglobals().update(vars(zqm.load("libZQMNSSpeech")))\n'
+
+USED_WELL = """
+import asyncio
+import pathlib
+
+import zqm
+from zqm_speech import NSSpeechSynthesizerZQM
+
+
+class Reader(NSSpeechSynthesizerZQM):
+    def willSpeakWord(self, position: int, length: int, text: str) -> None:
+        print(zqm.utf16_slice(text, position, length))
+
+
+async def read(text: str, file: pathlib.Path) -> bool:
+    reader = Reader()
+    reader.Rate = 200
+
+    @reader.on("didFinishSpeaking")
+    def end(whole: bool) -> None:
+        print(whole)
+
+    end(reader.isSpeaking)
+    error = zqm.ByRef()
+    reader.objectForProperty("status", error)
+    async with zqm.events():
+        return reader.startSpeakingString(text, file) and await reader.finished()
+
+
+for name in NSSpeechSynthesizerZQM.availableVoices() or []:
+    print(name.upper())
+zqm.run(lambda: asyncio.run(read("Hello", pathlib.Path("hello.wav"))), timeout=3)
+"""
+
+
+def checked(folder, *files):
+    """What mypy says of them at its strictest."""
+    environment = {**os.environ, "MYPYPATH": str(BUILD / "python")}
+    done = subprocess.run(
+        ["mypy", "--strict", "--no-error-summary", "--cache-dir", str(folder / "cache"), *files],
+        cwd=folder,
+        capture_output=True,
+        text=True,
+        timeout=200,
+        env=environment,
+    )
+    assert done.stderr == ""
+    return done.stdout.splitlines()
+
+
+@pytest.fixture
+def with_stubs(tmp_path):
+    (tmp_path / "zqm_speech.py").write_text(MODULE)
+    (tmp_path / "zqm_speech.pyi").write_text(run("libZQMNSSpeech").stdout)
+    return tmp_path
+
+
+def test_a_type_checker_has_nothing_against_stubs_and_the_module(tmp_path):
+    for number, library in enumerate(LIBRARIES):
+        (tmp_path / f"stub{number}.pyi").write_text(stubs.stubs(zqm.load(library)))
+    files = [f"stub{number}.pyi" for number in range(len(LIBRARIES))]
+    assert checked(tmp_path, *files, str(BUILD / "python/zqm")) == []
+
+
+def test_a_type_checker_follows_a_program(with_stubs):
+    (with_stubs / "program.py").write_text(USED_WELL)
+    assert checked(with_stubs, "program.py") == []
+
+
+MISTAKES = {
+    "reader.startSpeakingString(3)": "No overload variant",
+    "reader.Rate = 'fast'": "Incompatible types in assignment",
+    "reader.rate = 200": '"NSSpeechSynthesizerZQM" has no attribute "rate"',
+    "reader.isSpeaking()": '"bool" not callable',
+    "reader.on('willSpeakWord', 5)": "No overload variant",
+    "zqm.run(3)": 'Argument 1 to "run" has incompatible type "int"',
+    "zqm.load(3)": 'Argument 1 to "load" has incompatible type "int"',
+    "voices: list[int] = reader.availableVoices() or []": "Incompatible types in assignment",
+}
+
+
+def test_a_type_checker_finds_mistakes(with_stubs):
+    lines = ["import zqm", "import zqm_speech", "reader = zqm_speech.NSSpeechSynthesizerZQM()", *MISTAKES]
+    (with_stubs / "program.py").write_text("\n".join(lines))
+    errors = [line.split(":", 3) for line in checked(with_stubs, "program.py") if ": error: " in line]
+    assert [(file, lines[int(number) - 1]) for file, number, *_ in errors] == [
+        ("program.py", line) for line in MISTAKES
+    ]
+    for (*_, text), told in zip(errors, MISTAKES.values()):
+        assert told in text
+
+
 def test_a_module_with_the_classes_is_one_line(tmp_path):
-    (tmp_path / "zqm_speech.py").write_text('import zqm\nglobals().update(vars(zqm.load("libZQMNSSpeech")))\n')
+    (tmp_path / "zqm_speech.py").write_text(MODULE)
     program = "from zqm_speech import NSSpeechSynthesizerZQM; print(NSSpeechSynthesizerZQM().Rate > 0)"
     done = subprocess.run(
         [sys.executable, "-c", program], cwd=tmp_path, capture_output=True, text=True, timeout=120
