@@ -12,7 +12,6 @@ TEST_F(Speech, IsHeardThroughASoundServer) {
     const zqm::support::ScopedPulseServer use(server);
     Speaker speaker;
     ASSERT_TRUE([speaker.synthesizer startSpeakingString:@"Hello world"]);
-    EXPECT_TRUE([speaker.synthesizer isSpeaking]);
     ASSERT_TRUE(speaker.runToEnd());
     EXPECT_EQ(kHelloWorld, speaker.heard.words);
     EXPECT_EQ(std::vector<bool>{true}, speaker.heard.finished);
@@ -31,8 +30,12 @@ TEST_F(Speech, IsStoppedAmidTheSound) {
     const zqm::support::PulseServer server;
     const zqm::support::ScopedPulseServer use(server);
     Speaker speaker;
-    speaker.heard.onWord = [](NSSpeechSynthesizer* sender) { [sender stopSpeaking]; };
+    speaker.heard.onWord = [](NSSpeechSynthesizer* sender) {
+        EXPECT_TRUE([sender isSpeaking]);
+        [sender stopSpeaking];
+    };
     ASSERT_TRUE([speaker.synthesizer startSpeakingString:stringOf(manyWords(1000))]);
+    EXPECT_TRUE([speaker.synthesizer isSpeaking]);
     ASSERT_TRUE(speaker.runToEnd());
     EXPECT_EQ((std::vector<char>{'w', 'f'}), speaker.heard.order);
     EXPECT_EQ(std::vector<bool>{false}, speaker.heard.finished);
