@@ -2,7 +2,8 @@
 
 A block of `//` lines at the top of the header is the file's. One before a declaration is of that, and of those that
 follow without an empty line between and have none of their own. One behind a declaration is of that alone. Any other,
-before an empty line, heads a part of the header and is of no declaration.
+before an empty line, heads a part of the header and is of no declaration. A header without a block at the top is given
+an empty one: Doxygen passes over the functions of files that have none.
 """
 
 from __future__ import annotations
@@ -51,7 +52,8 @@ class _Filter:
                 if at < len(self.input):
                     yield self._line(self.input[at], has_comment=True)
             else:
-                yield self._line(self.input[at], has_comment=False)
+                line = self._line(self.input[at], has_comment=False)
+                yield f"/** @file */ {line}" if at == 0 else line
             at += 1
 
     def _block(self, at: int) -> list[str]:
