@@ -16,7 +16,7 @@ constexpr std::size_t kWidest = 100;
 constexpr std::size_t kNarrowest = 66; // that has room for names on the left
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kDeepIndent = 6;
-constexpr std::size_t kLongestName = 26; // a longer one has a line of its own
+constexpr std::size_t kLongestName = 30; // a longer one has a line of its own
 
 } // namespace
 
@@ -84,6 +84,14 @@ std::string helpText(const Syntax& syntax, const std::vector<OptionDescription>&
                        nameList(entries, columns);
     if (!syntax.notes.empty()) {
         text += "\n" + wrapped(syntax.notes, columns);
+    }
+    if (!syntax.list.empty()) {
+        text.append("\n").append(syntax.listTitle).append(":\n");
+        entries.clear();
+        for (const auto& [line, meaning] : syntax.list) {
+            entries.emplace_back(line, meaning);
+        }
+        text += nameList(entries, columns);
     }
     return text + "\nExit codes:\n" + nameList(exitCodes(syntax), columns);
 }

@@ -70,6 +70,12 @@ std::string commandSection(const Command& command) {
     if (!syntax.notes.empty()) {
         text += roff::paragraphs(syntax.notes);
     }
+    if (!syntax.list.empty()) {
+        text += roff::paragraphs(std::string(syntax.listTitle) + ":");
+        for (const auto& [line, meaning] : syntax.list) {
+            text += roff::item(roff::escaped(line), std::string(meaning) + ".");
+        }
+    }
     text += roff::paragraphs("It exits with:");
     for (const auto& [code, meaning] : exitCodes(syntax)) {
         text += roff::item(roff::bold(code), meaning + ".");

@@ -5,6 +5,7 @@
 #include "cli/sound/sound_formats.h"
 #include "cli/subtitles/subtitles.h"
 
+#include <array>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -71,6 +72,14 @@ void check(const SayOptions& options) {
     }
 }
 
+constexpr std::array kEventLines{
+    Explanation{"word POSITION LENGTH TIME WORD", "a word begins"},
+    Explanation{"sync MESSAGE TIME", "a command [[sync MESSAGE]] is reached"},
+    Explanation{"problem POSITION TIME REASON", "a command that is wrong is reached"},
+    Explanation{"finish COMPLETED TIME",
+                "last: true, or false when it ended early, and how long the sound is"},
+};
+
 } // namespace
 
 constexpr Syntax kSaySyntax{
@@ -86,12 +95,10 @@ constexpr Syntax kSaySyntax{
         "joined into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is "
         "there is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there.\n"
         "\n"
-        "--events prints on standard output, times being seconds of sound:\n"
-        "  word POSITION LENGTH TIME WORD  as it begins; in UTF-16 units of the text\n"
-        "  sync MESSAGE TIME               at a command [[sync MESSAGE]]\n"
-        "  problem POSITION TIME REASON    at a command that is wrong\n"
-        "  finish COMPLETED TIME           last: true, or false when it ended early, and how long it was\n"
-        "--json prints the same and phonemes, a JSON object on each line.",
+        "--events prints the lines below on standard output, places in UTF-16 units of the text, times in "
+        "seconds of sound. --json prints the same and phonemes, a JSON object on each line.",
+    .listTitle = "Lines of --events",
+    .list = kEventLines,
     .done = "all was spoken",
     .failed = "that failed",
 };

@@ -110,6 +110,9 @@ TEST(ManualPage, TellsEveryCommandOptionAndExitCode) {
             }
             EXPECT_THAT(section, HasSubstr(roff::escaped(option.summary)));
         }
+        for (const auto& [line, meaning] : command.syntax.list) {
+            EXPECT_THAT(section, HasSubstr(".TP\n" + roff::escaped(line) + "\n" + roff::escaped(meaning)));
+        }
         for (const std::string_view meaning :
              {command.syntax.done, command.syntax.failed, command.syntax.fruitless}) {
             EXPECT_THAT(section, HasSubstr(roff::escaped(meaning)));

@@ -63,5 +63,13 @@ TEST(Help, StandsBesideTheNamesWhereThereIsRoom) {
     EXPECT_THAT(programHelp(80), HasSubstr("\n  say         Speaks a text"));
 }
 
+TEST(Help, ExplainsTheLinesOfAListBesideThem) {
+    const Command& say = *findCommand("say");
+    EXPECT_THAT(helpOf(say, 80), HasSubstr("\nLines of --events:\n"
+                                           "  word POSITION LENGTH TIME WORD  a word begins\n"
+                                           "  sync MESSAGE TIME               a command [["));
+    EXPECT_THAT(helpOf(say, 40), HasSubstr("\n  word POSITION LENGTH TIME WORD\n      a word begins\n"));
+}
+
 } // namespace
 } // namespace zqm::cli
