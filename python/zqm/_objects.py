@@ -144,7 +144,7 @@ def remove_observer(host_object: Object, event: str, observer: Observer) -> None
 def handle_of(host_object: Object) -> _zqm.Handle:
     if host_object._handle is None:
         name = type(host_object).__name__
-        raise CallError(f"{name}.__init__ has not run: super().__init__() makes the object")
+        raise CallError(f"this {name} has not been made: __init__ has to call super().__init__()")
     return host_object._handle
 
 
