@@ -1,49 +1,15 @@
 #include "cli/text/sentences.h"
 
-#include <array>
+#include "text/sentence_iterator.h"
+
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 
-#include <unicode/brkiter.h>
-#include <unicode/filteredbrk.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 namespace zqm::cli {
 namespace {
-
-// What stands before names and is missing in ICU's lists of abbreviations.
-constexpr std::array kTitles{u"Dr.",  u"St.", u"Ste.", u"Sr.",  u"Sra.", u"Dra.", u"Gen.", u"Gov.",
-                             u"Sen.", u"Hr.", u"Fr.",  u"Mme.", u"Ing.", u"Mag.", u"Dipl."};
-
-std::unique_ptr<icu::BreakIterator> sentenceIterator(const icu::Locale& locale, UErrorCode& status) {
-    std::unique_ptr<icu::BreakIterator> plain(icu::BreakIterator::createSentenceInstance(locale, status));
-    const std::unique_ptr<icu::FilteredBreakIteratorBuilder> abbreviations(
-        icu::FilteredBreakIteratorBuilder::createInstance(locale, status));
-    if (U_FAILURE(status)) {
-        return nullptr;
-    }
-    for (const char16_t* const title : kTitles) {
-        abbreviations->suppressBreakAfter(title, status);
-    }
-    return std::unique_ptr<icu::BreakIterator>(
-        abbreviations->wrapIteratorWithFilter(plain.release(), status));
-}
-
-std::unique_ptr<icu::BreakIterator> sentenceIterator(const std::string& language) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Locale locale = icu::Locale::forLanguageTag(language, status);
-    std::unique_ptr<icu::BreakIterator> iterator = sentenceIterator(locale, status);
-    if (U_FAILURE(status)) {
-        status = U_ZERO_ERROR;
-        iterator = sentenceIterator(icu::Locale::getEnglish(), status);
-    }
-    if (U_FAILURE(status)) {
-        throw std::runtime_error(std::string("ICU has no sentence data: ") + u_errorName(status));
-    }
-    return iterator;
-}
 
 bool isBlank(char16_t unit) {
     return u_isUWhiteSpace(unit) != 0; // no white space needs two units
@@ -97,7 +63,7 @@ std::u16string withoutLoneLineEnds(std::u16string_view text) {
 std::vector<std::size_t> sentenceEnds(std::u16string_view text, const std::string& language) {
     const std::u16string joined = withoutLoneLineEnds(text);
     const icu::UnicodeString units(false, joined.data(), static_cast<std::int32_t>(joined.size())); // aliased
-    const std::unique_ptr<icu::BreakIterator> sentences = sentenceIterator(language);
+    const std::unique_ptr<icu::BreakIterator> sentences = text::sentenceIterator(language);
     sentences->setText(units);
     std::vector<std::size_t> ends;
     const std::size_t start = endOfBlanks(text, 0);

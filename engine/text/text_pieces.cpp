@@ -2,12 +2,9 @@
 
 #include "engine/text/characters.h"
 #include "engine/text/symbol_words.h"
+#include "text/sentence_iterator.h"
 
 #include <algorithm>
-#include <array>
-#include <stdexcept>
-#include <unicode/brkiter.h>
-#include <unicode/filteredbrk.h>
 #include <unicode/unistr.h>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
@@ -15,40 +12,9 @@
 
 namespace zqm::engine {
 
-// ---- sentences
-
-// What stands before names and is missing in ICU's lists of abbreviations.
-constexpr std::array kTitles{u"Dr.",  u"St.", u"Ste.", u"Sr.",  u"Sra.", u"Dra.", u"Gen.", u"Gov.",
-                             u"Sen.", u"Hr.", u"Fr.",  u"Mme.", u"Ing.", u"Mag.", u"Dipl."};
-
-// Where sentences end, by ICU's rules and lists of abbreviations.
+// Where sentences end. A type of its own, which keeps ICU out of the header.
 struct TextPieces::Sentences {
-    explicit Sentences(const std::string& language) {
-        UErrorCode status = U_ZERO_ERROR;
-        const icu::Locale locale = icu::Locale::forLanguageTag(language, status);
-        if (U_SUCCESS(status)) {
-            open(locale, status);
-        }
-        if (U_FAILURE(status)) {
-            status = U_ZERO_ERROR;
-            open(icu::Locale::getEnglish(), status);
-        }
-        if (U_FAILURE(status)) {
-            throw std::runtime_error(std::string("ICU has no sentence data: ") + u_errorName(status));
-        }
-    }
-
-    void open(const icu::Locale& locale, UErrorCode& status) {
-        std::unique_ptr<icu::BreakIterator> plain(icu::BreakIterator::createSentenceInstance(locale, status));
-        const std::unique_ptr<icu::FilteredBreakIteratorBuilder> abbreviations(
-            icu::FilteredBreakIteratorBuilder::createInstance(locale, status));
-        if (U_SUCCESS(status)) {
-            for (const char16_t* const title : kTitles) {
-                abbreviations->suppressBreakAfter(title, status);
-            }
-            iterator.reset(abbreviations->wrapIteratorWithFilter(plain.release(), status));
-        }
-    }
+    explicit Sentences(const std::string& language) : iterator(zqm::text::sentenceIterator(language)) {}
 
     std::unique_ptr<icu::BreakIterator> iterator;
 };
@@ -181,8 +147,6 @@ Piece Piece::from(std::size_t word) const {
 std::size_t Piece::utf16At(std::size_t codePoint) const {
     return begin + utf16Length(std::u32string_view(text).substr(0, codePoint));
 }
-
-// ---- pieces
 
 TextPieces::TextPieces(std::string text, const std::string& language)
     : text_(std::move(text)), sentences_(std::make_unique<Sentences>(language)) {}
