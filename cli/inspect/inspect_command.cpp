@@ -1,11 +1,13 @@
 #include "cli/inspect/inspect_command.h"
 
 #include "cli/command_line/exit_codes.h"
+#include "cli/command_line/failure.h"
 #include "cli/command_line/message.h"
 #include "cli/inspect/inspect_json.h"
 #include "cli/inspect/inspect_markdown.h"
 #include "cli/inspect/inspect_text.h"
 #include "cli/inspect/inspected_library.h"
+#include "cli/inspect/trial.h"
 #include "cli/terminal/terminal_line.h"
 
 #include <zqmhost/zqmhost.h>
@@ -35,6 +37,18 @@ void load(host::Runtime& runtime, const std::string& library) {
     tellBreaches(runtime);
 }
 
+// A library that is damaged, or whose code is, can end the program that loads it.
+void expectToSurvive(const std::string& library) {
+    const std::string end = endInTrial([&] {
+        host::Runtime runtime;
+        runtime.load(library);
+        runtime.describeClasses();
+    });
+    if (!end.empty()) {
+        throw Failure(library + " is damaged or has a fault: what loads it ends (" + end + ")");
+    }
+}
+
 std::string documentOf(const InspectedLibrary& library, const InspectOptions& options) {
     if (options.json) {
         return inspectionJson(library);
@@ -48,6 +62,7 @@ std::string documentOf(const InspectedLibrary& library, const InspectOptions& op
 } // namespace
 
 int inspect(const InspectOptions& options) {
+    expectToSurvive(options.library);
     host::Runtime runtime;
     load(runtime, options.library);
     const std::string document = documentOf({.name = options.library.substr(options.library.rfind('/') + 1),

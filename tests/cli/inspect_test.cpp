@@ -160,6 +160,22 @@ TEST(InspectFailure, OfWhatIsNoPlugin) {
     expectOneLine(inspect({"two\nlines"}), 1, "there is no plugin two?lines");
 }
 
+// Its first bytes are those of a library, what they tell of is beyond its end.
+TEST(InspectFailure, OfALibraryThatIsCutOff) {
+    const TemporaryFolder folder;
+    const std::string cut = (folder / "cut.so").string();
+    fs::copy_file(ZQM_WIDGET_PLUGIN, cut);
+    fs::resize_file(cut, 5000);
+    expectOneLine(inspect({cut}), 1, cut + " is damaged or has a fault: what loads it ends (");
+}
+
+TEST(InspectFailure, OfALibraryThatEndsWhatLoadsIt) {
+    expectOneLine(inspect({ZQM_CRASHING_PLUGIN}), 1,
+                  ZQM_CRASHING_PLUGIN " is damaged or has a fault: what loads it ends (Segmentation fault)");
+    expectOneLine(inspect({ZQM_LEAVING_PLUGIN}), 1,
+                  ZQM_LEAVING_PLUGIN " is damaged or has a fault: what loads it ends (exit code 3)");
+}
+
 TEST(InspectFailure, OfWrongUse) {
     expectOneLine(inspect({}), 2, "there is no library to inspect");
     expectOneLine(inspect({"a.so", "b.so"}), 2, "one library is inspected at a time");
