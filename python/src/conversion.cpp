@@ -210,7 +210,8 @@ Value listToHost(py::handle value, const std::vector<std::string>& expected) {
 Value objectToHost(py::handle value) {
     const py::object handle = value.attr("_handle");
     if (handle.is_none()) {
-        throw host::CallError("an argument that has not been made: its __init__ has to call super().__init__()");
+        throw host::CallError(
+            "an argument that has not been made: its __init__ has to call super().__init__()");
     }
     return handle.cast<Handle&>().object();
 }
