@@ -6,14 +6,20 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <span>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
+#include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/utext.h>
 
 namespace zqm::cli {
 namespace {
@@ -142,7 +148,62 @@ bool endsClause(const CuePart& part) {
     return !text.isEmpty() && kClauseEnds.find(text[text.length() - 1]) != std::u16string_view::npos;
 }
 
-// Cuts a sentence into cues of at most two lines.
+// Where the text can be cut so that each piece fits into so many columns, at least a character in each: what
+// people take for one is never cut.
+std::vector<std::size_t> piecesOf(std::string_view text, std::size_t columns) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    UText units = UTEXT_INITIALIZER;
+    utext_openUTF8(&units, text.data(), static_cast<std::int64_t>(text.size()), &status);
+    if (U_FAILURE(status)) {
+        throw std::runtime_error(std::string("ICU finds no characters: ") + u_errorName(status));
+    }
+    characters->setText(&units, status);
+    std::vector<std::size_t> ends;
+    std::size_t begin = 0;
+    std::size_t previous = 0;
+    for (std::int32_t next = characters->next(); next != icu::BreakIterator::DONE;
+         next = characters->next()) {
+        const auto end = static_cast<std::size_t>(next);
+        if (previous > begin && columnsOf(text.substr(begin, end - begin)) > columns) {
+            ends.push_back(previous);
+            begin = previous;
+        }
+        previous = end;
+    }
+    ends.push_back(text.size());
+    utext_close(&units);
+    return ends;
+}
+
+// Those that are wider than a line in parts.
+Cue withoutWideWords(const Cue& sentence, std::size_t columns) {
+    Cue parts;
+    for (const CuePart& part : sentence) {
+        const std::size_t blanks = endsInBlank(part) ? kBlank.size() : 0;
+        const std::string_view word = std::string_view(part.text).substr(0, part.text.size() - blanks);
+        const std::size_t all = columnsOf(word);
+        if (all <= columns) {
+            parts.push_back(part);
+            continue;
+        }
+        const auto timeAt = [&](std::size_t at) {
+            return part.begin + (part.end - part.begin) * static_cast<double>(columnsOf(word.substr(0, at))) /
+                                    static_cast<double>(all);
+        };
+        std::size_t begin = 0;
+        for (const std::size_t end : piecesOf(word, columns)) {
+            const double endTime = end == word.size() ? part.end : timeAt(end);
+            parts.push_back({timeAt(begin), endTime, std::string(word.substr(begin, end - begin))});
+            begin = end;
+        }
+        parts.back().text.append(part.text.substr(word.size()));
+    }
+    return parts;
+}
+
+// Cuts a sentence, whose words each fit into a line, into cues of at most two lines.
 class LineBreaker {
 public:
     LineBreaker(const Cue& sentence, std::size_t columns) : parts_(sentence), columns_(columns) {
@@ -249,7 +310,8 @@ std::vector<Cue> sentenceCues(const SpeechTiming& timing) {
 std::vector<Cue> shortCues(const SpeechTiming& timing, std::size_t columns) {
     std::vector<Cue> cues;
     for (const Cue& sentence : sentenceCues(timing)) {
-        std::ranges::move(LineBreaker(sentence, columns).cues(), std::back_inserter(cues));
+        const Cue parts = withoutWideWords(sentence, columns);
+        std::ranges::move(LineBreaker(parts, columns).cues(), std::back_inserter(cues));
     }
     return cues;
 }

@@ -23,7 +23,7 @@ using Cue = std::vector<CuePart>; // never empty
 std::vector<Cue> sentenceCues(const SpeechTiming& timing);
 
 // The same, those cut that don't fit into two lines of so many columns, and in lines. A word that is longer
-// than a line is a line of its own.
+// than a line becomes several parts, which share its time by their columns.
 std::vector<Cue> shortCues(const SpeechTiming& timing, std::size_t columns);
 
 } // namespace zqm::cli

@@ -128,9 +128,24 @@ TEST(ShortCues, EndWithTheirLastWord) {
     EXPECT_EQ(cues[1].front().begin, 1);
 }
 
-TEST(ShortCues, GiveLongWordsLinesOfTheirOwn) {
-    EXPECT_THAT(lines("⟦a⟧ ⟦Donaudampfschifffahrt⟧ ⟦b⟧", 8),
-                ElementsAre("a|", "Donaudampfschifffahrt|", "b|"));
+TEST(ShortCues, BreakWordsThatAreWiderThanALine) {
+    EXPECT_THAT(lines("⟦a⟧ ⟦Donaudampfschiff⟧, ⟦b⟧", 8), ElementsAre("a|/Donaudam|", "pfschiff|/, |b|"));
+    EXPECT_THAT(lines("⟦Donaudampfschifffahrt⟧", 8), ElementsAre("Donaudam|", "pfschiff|/fahrt|"));
+    EXPECT_THAT(lines("⟦Donaudam⟧ ⟦b⟧", 8), ElementsAre("Donaudam|/b|"));
+    EXPECT_THAT(lines("⟦cafe\u0301cafe\u0301⟧", 4), ElementsAre("cafe\u0301|/cafe\u0301|"));
+    EXPECT_THAT(lines("⟦你好世界⟧", 5), ElementsAre("你好|/世界|"));
+}
+
+TEST(ShortCues, ShareTheTimeOfABrokenWordByItsColumns) {
+    const std::vector<Cue> cues = shortCues(markedTiming("⟦abcdefghij⟧", 1), 4);
+    ASSERT_THAT(shown(cues), ElementsAre("abcd|", "efgh|/ij|"));
+    const double wordBegin = cues[0][0].begin;
+    const double wordEnd = cues[1][1].end;
+    ASSERT_LT(wordBegin, wordEnd);
+    EXPECT_EQ(wordBegin, 1);
+    EXPECT_NEAR(cues[1][0].begin, wordBegin + (wordEnd - wordBegin) * 0.4, 1e-9);
+    EXPECT_EQ(cues[0][0].end, cues[1][0].begin);
+    EXPECT_NEAR(cues[1][1].begin, wordBegin + (wordEnd - wordBegin) * 0.8, 1e-9);
 }
 
 TEST(ShortCues, CountColumnsNotCharacters) {
@@ -143,7 +158,7 @@ TEST(ShortCues, FitIntoTwoLinesAndLoseNothing) {
     std::string marked;
     std::string text;
     for (int index = 0; index < 2000; ++index) {
-        const std::string word(1 + index * 7 % 11, 'x');
+        const std::string word(index % 100 == 50 ? 150 : 1 + index * 7 % 11, 'x');
         marked += "⟦" + word + "⟧" + (index % 5 == 4 ? ", " : " ");
         text += word + (index % 5 == 4 ? "," : "");
     }
