@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <fcntl.h>
 #include <string_view>
@@ -48,6 +49,8 @@ int main(int argc, char** argv) {
     // A reader that went away, or a limit on the size of files, is an error to be reported, not an end.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+    // The sound library has complaints of its own, and standard error is that of the program that speaks.
+    ::setenv("PULSE_LOG_SYSLOG", "1", 0);
     ::fcntl(kEngineSocket, F_SETFD, FD_CLOEXEC);
     try {
         return zqm::engine::Engine(Descriptor(kEngineSocket)).run();

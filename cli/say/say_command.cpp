@@ -21,7 +21,11 @@
 
 #include <zqmhost/zqmhost.h>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <string>
@@ -36,6 +40,12 @@ std::string reason() {
     return PlatformLog::reason();
 }
 
+// What the engine says when the file of a piece takes no more of it.
+bool isOfFile(const std::string& why) {
+    constexpr std::array kErrors{ENOSPC, EDQUOT, EFBIG, EIO};
+    return std::ranges::any_of(kErrors, [&](int error) { return why == std::strerror(error); });
+}
+
 // Speaks one text, aloud or into a file, and tells how it goes.
 class Saying {
 public:
@@ -48,11 +58,13 @@ public:
     Saying(const Saying&) = delete;
     Saying& operator=(const Saying&) = delete;
 
-    // Throws Failure when it can't be spoken to the end, but for a signal or without a reader of the events.
-    void run() {
+    // True when all was spoken. Throws Failure when it can't be, but for a signal or without a reader of the
+    // events.
+    bool run() {
         try {
             const bool isComplete = options_.output ? write(*options_.output) : play();
             finish(isComplete);
+            return isComplete;
         } catch (...) {
             finish(false);
             throw;
@@ -93,16 +105,16 @@ private:
             throw Failure(noSound + "; and " + failure.what());
         }
         std::fprintf(stderr, "No sound can be played here: the speech goes to %s\n", oneLine(path).c_str());
-        return write(*joiner, path);
+        return write(*joiner);
     }
 
     bool write(const std::string& path) {
         SoundJoiner joiner(path, options_.format);
-        return write(joiner, path);
+        return write(joiner);
     }
 
     // Piece by piece, so that what is held of the sound does not grow with the text.
-    bool write(SoundJoiner& joiner, const std::string& path) {
+    bool write(SoundJoiner& joiner) {
         SpeechRecord record(options_, spokenText_.units(), speech_.language());
         record_ = &record;
         const TemporaryFolder folder(kLosslessFile);
@@ -113,8 +125,8 @@ private:
         for (auto piece = pieces.next(); piece && isComplete; piece = pieces.next()) {
             position_ = piece->position;
             begin_ = joiner.seconds();
-            isComplete = isWanted() &&
-                         writePiece(spokenText_.cut(piece->position, piece->length), folder.file(), path);
+            isComplete =
+                isWanted() && writePiece(spokenText_.cut(piece->position, piece->length), folder.file());
             if (access(folder.file().c_str(), F_OK) == 0) {
                 joiner.append(folder.file());
                 folder.removeFile();
@@ -131,15 +143,23 @@ private:
         return isComplete;
     }
 
-    bool writePiece(const std::string& text, const std::string& file, const std::string& path) {
+    bool writePiece(const std::string& text, const std::string& file) {
         if (!speech_.start(text, file)) {
             throw Failure("the speech can't be written: " + reason());
         }
         const bool isComplete = speech_.wait([this] { return isWanted(); });
         if (!isComplete && isWanted()) {
-            throw Failure("the speech broke off: " + reason() + "; " + path + " is not written");
+            const std::string why = reason();
+            throw Failure(isOfFile(why)
+                              ? "the speech can't be written: " + temporaryPlaceName() + ": " + why
+                              : "the speech broke off: " + why + "; " + outputName() + " is not written");
         }
         return isComplete;
+    }
+
+    std::string outputName() const {
+        const std::string& path = options_.output ? *options_.output : *options_.fallback;
+        return path == "-" ? "standard output" : path;
     }
 
     // Of a piece; from here on it is of the whole.
@@ -235,8 +255,9 @@ int say(const SayOptions& options) {
     if (options.device) {
         playOn(*options.device);
     }
-    Saying(runtime, options, text).run();
-    return Interruption::signalNumber() == 0 ? kDone : kSignalled + Interruption::signalNumber();
+    const bool isComplete = Saying(runtime, options, text).run();
+    const int signal = Interruption::signalNumber();
+    return isComplete || signal == 0 ? kDone : kSignalled + signal; // one that came later stopped nothing
 }
 
 } // namespace zqm::cli

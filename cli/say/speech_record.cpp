@@ -21,7 +21,7 @@ void put(SoundTarget& target, std::string_view content) {
         if (count >= 0) {
             content.remove_prefix(static_cast<std::size_t>(count));
         } else if (errno != EINTR) {
-            throw Failure("can't write " + target.name() + ": " + std::strerror(errno));
+            throw Failure("can't write " + target.fileName() + ": " + std::strerror(errno));
         }
     }
     target.putInPlace();

@@ -53,7 +53,7 @@ void SoundJoiner::begin(int rate) {
         if (rate != kUsualRate) {
             format_ = formatOf(format_.extension, rate);
         }
-        writer_ = std::make_unique<SoundWriter>(target_.descriptor(), target_.name(), format_, rate);
+        writer_ = std::make_unique<SoundWriter>(target_.descriptor(), target_.fileName(), format_, rate);
     }
 }
 

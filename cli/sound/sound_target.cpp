@@ -169,6 +169,10 @@ void SoundTarget::openBeside(const std::string& path, bool isPresent, unsigned i
     }
 }
 
+std::string SoundTarget::fileName() const {
+    return receiver_.get() < 0 ? name_ : temporaryPlaceName();
+}
+
 void SoundTarget::putInPlace() {
     if (receiver_.get() >= 0) {
         copy();

@@ -32,11 +32,10 @@ public:
     SoundTarget& operator=(const SoundTarget&) = delete;
     ~SoundTarget();
 
-    const std::string& name() const { return name_; } // for people
-    int descriptor() const {
-        return file_.get();
-    }                  // of the file to be, empty at first, for reading and writing
-    void putInPlace(); // throws Failure
+    // Of the file to be, empty at first, for reading and writing.
+    int descriptor() const { return file_.get(); }
+    std::string fileName() const; // what people call it, or the place where it is
+    void putInPlace();            // throws Failure
 
 private:
     void openBeside(const std::string& path, bool isPresent, unsigned int mode);

@@ -1,5 +1,7 @@
 #include "cli/system/interruption.h"
 
+#include "cli/system/temporary_folder.h"
+
 #include <array>
 #include <csignal>
 
@@ -8,33 +10,52 @@
 namespace zqm::cli {
 namespace {
 
-constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
+using Handler = void (*)(int);
+
+void install(int signalNumber, Handler handler) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    sigaction(signalNumber, &action, nullptr);
+}
 
 volatile std::sig_atomic_t received = 0;
-std::array<struct sigaction, kSignals.size()> earlier;
+
+// Both do only what a handler may.
+extern "C" void end(int signalNumber) {
+    removeTemporaryFolder();
+    install(signalNumber, SIG_DFL);
+    raise(signalNumber); // comes when this returns
+}
 
 extern "C" void note(int signalNumber) {
     received = signalNumber;
+    install(signalNumber, end);
 }
+
+struct Watched {
+    int signalNumber;
+    Handler handler;
+};
+constexpr std::array kWatched{Watched{SIGINT, note}, Watched{SIGTERM, note}, Watched{SIGHUP, note},
+                              Watched{SIGQUIT, end}};
+
+std::array<struct sigaction, kWatched.size()> earlier;
 
 } // namespace
 
 Interruption::Interruption() {
     received = 0;
-    for (std::size_t index = 0; index < kSignals.size(); ++index) {
-        struct sigaction noting {};
-        noting.sa_handler = note;
-        noting.sa_flags = static_cast<int>(SA_RESETHAND);
-        sigaction(kSignals[index], nullptr, &earlier[index]);
+    for (std::size_t index = 0; index < kWatched.size(); ++index) {
+        sigaction(kWatched[index].signalNumber, nullptr, &earlier[index]);
         if (earlier[index].sa_handler != SIG_IGN) {
-            sigaction(kSignals[index], &noting, nullptr);
+            install(kWatched[index].signalNumber, kWatched[index].handler);
         }
     }
 }
 
 Interruption::~Interruption() {
-    for (std::size_t index = 0; index < kSignals.size(); ++index) {
-        sigaction(kSignals[index], &earlier[index], nullptr);
+    for (std::size_t index = 0; index < kWatched.size(); ++index) {
+        sigaction(kWatched[index].signalNumber, &earlier[index], nullptr);
     }
 }
 

@@ -1,0 +1,124 @@
+// Signals that come when `zqmspeech say -o` has spoken all and writes it into a pipe that takes no more: at a
+// time that is sure.
+
+#include "tests/cli/say.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zqm::tests {
+namespace {
+
+constexpr std::chrono::milliseconds kDeadline{60000};
+constexpr std::chrono::milliseconds kPoll{10};
+
+bool waitUntil(const auto& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+    while (!condition() && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(kPoll);
+    }
+    return condition();
+}
+
+// None waits to be delivered.
+bool hasTakenSignals(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    std::uint64_t waiting = 0;
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("ShdPnd:") || line.starts_with("SigPnd:")) {
+            waiting |= std::stoull(line.substr(line.find('\t')), nullptr, 16);
+        }
+    }
+    return waiting == 0;
+}
+
+class SayIntoAFullPipe : public testing::Test {
+protected:
+    SayIntoAFullPipe() {
+        EXPECT_EQ(mkfifo(path_.c_str(), 0600), 0);
+        pipe_ = open(path_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        EXPECT_GE(pipe_, 0);
+    }
+    ~SayIntoAFullPipe() override { close(pipe_); }
+
+    support::Process start() {
+        support::ProcessOptions options = bareOptions();
+        options.environment["TMPDIR"] = temporary_.path().string();
+        return {ZQMSPEECH_PROGRAM,
+                sayArguments({"--events", "-o", path_, "One two three four five six seven eight nine ten"}),
+                options};
+    }
+    bool isFull() const {
+        int held = 0;
+        return ioctl(pipe_, FIONREAD, &held) == 0 && held == fcntl(pipe_, F_GETPIPE_SZ);
+    }
+    std::size_t takeAll() const {
+        std::string bytes(65536, '\0');
+        std::size_t all = 0;
+        for (ssize_t count = 1; count > 0; all += count > 0 ? static_cast<std::size_t>(count) : 0) {
+            count = read(pipe_, bytes.data(), bytes.size());
+        }
+        return all;
+    }
+
+    support::TemporaryFolder folder_;
+    support::TemporaryFolder temporary_;
+    std::string path_ = (folder_ / "pipe.wav").string();
+    int pipe_ = -1;
+};
+
+TEST_F(SayIntoAFullPipe, ASignalAfterAllWasSpokenStopsNothing) {
+    const support::Process process = start();
+    ASSERT_TRUE(waitUntil([this] { return isFull(); }));
+    process.signal(SIGINT);
+    ASSERT_TRUE(waitUntil([&] { return hasTakenSignals(process.pid()); }));
+    std::size_t size = 0;
+    ASSERT_TRUE(waitUntil([&] {
+        size += takeAll();
+        return !process.running();
+    }));
+    const support::ProcessResult result = process.result();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(withoutTimes(result.output), testing::EndsWith("\nfinish true\n"));
+    EXPECT_GT(size + takeAll(), 65536);
+    EXPECT_TRUE(std::filesystem::is_empty(temporary_.path()));
+}
+
+class SayImpatience : public SayIntoAFullPipe, public testing::WithParamInterface<int> {};
+
+TEST_P(SayImpatience, LeavesNothingBehind) {
+    const support::Process process = start();
+    const rlimit noCore{0, 0};
+    ASSERT_EQ(::prlimit(process.pid(), RLIMIT_CORE, &noCore, nullptr), 0);
+    ASSERT_TRUE(waitUntil([this] { return isFull(); }));
+    EXPECT_FALSE(std::filesystem::is_empty(temporary_.path()));
+    ASSERT_TRUE(waitUntil([&] {
+        if (process.running()) {
+            process.signal(GetParam());
+        }
+        return !process.running();
+    }));
+    EXPECT_EQ(process.result().signal, GetParam());
+    EXPECT_TRUE(std::filesystem::is_empty(temporary_.path()));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SayImpatience, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));
+
+} // namespace
+} // namespace zqm::tests
