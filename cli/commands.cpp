@@ -51,11 +51,6 @@ Command makeCommand(const Syntax& syntax, std::unique_ptr<CLI::App> (*newCommand
             }};
 }
 
-Command hidden(Command command) {
-    command.isHidden = true;
-    return command;
-}
-
 } // namespace
 
 const std::vector<Command>& commands() {
@@ -67,8 +62,7 @@ const std::vector<Command>& commands() {
         makeCommand(kPhonemesSyntax, newPhonemesCommandLine, parsePhonemesOptions, printPhonemes),
         makeCommand(kInspectSyntax, newInspectCommandLine, parseInspectOptions, inspect),
         makeCommand(kCompletionSyntax, newCompletionCommandLine, parseCompletionOptions, printCompletion),
-        hidden(makeCommand(kManualPageSyntax, newManualPageCommandLine, parseManualPageOptions,
-                           printManualPage)),
+        makeCommand(kManualPageSyntax, newManualPageCommandLine, parseManualPageOptions, printManualPage),
     };
     return all;
 }
@@ -76,9 +70,7 @@ const std::vector<Command>& commands() {
 std::vector<std::string> commandNames() {
     std::vector<std::string> names;
     for (const Command& command : commands()) {
-        if (!command.isHidden) {
-            names.emplace_back(command.syntax.name);
-        }
+        names.emplace_back(command.syntax.name);
     }
     return names;
 }
@@ -96,9 +88,7 @@ std::vector<OptionDescription> programOptions() {
 std::string programHelp(std::size_t columns) {
     std::vector<std::pair<std::string, std::string>> names;
     for (const Command& command : commands()) {
-        if (!command.isHidden) {
-            names.emplace_back(command.syntax.name, command.syntax.summary);
-        }
+        names.emplace_back(command.syntax.name, command.syntax.summary);
     }
     std::vector<std::pair<std::string, std::string>> options;
     for (const OptionDescription& option : programOptions()) {

@@ -19,13 +19,12 @@ struct Command {
     // Reads the arguments and does what they say. Answers the exit code. Throws UsageError, Failure or an
     // error of the host runtime.
     std::function<int(std::span<const char* const> arguments)> run;
-    bool isHidden = false; // from the help: programs call it
 };
 
 // All, in the order in which people are told of them.
 const std::vector<Command>& commands();
 
-std::vector<std::string> commandNames(); // but for the hidden ones
+std::vector<std::string> commandNames();
 
 // None of this name: null.
 const Command* findCommand(std::string_view name);

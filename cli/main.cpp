@@ -24,7 +24,11 @@ int runCommand(std::span<const char* const> arguments) {
         throw UsageError("a command is missing; zqmspeech --help lists them");
     }
     const std::string_view name = arguments.front();
-    if (name == "--help" || name == "-h") {
+    const bool isHelp = name == "--help" || name == "-h";
+    if ((isHelp || name == "--version") && arguments.size() > 1) {
+        throw UsageError(std::string(name) + " stands alone; zqmspeech COMMAND --help tells of a command");
+    }
+    if (isHelp) {
         std::fputs(programHelp(helpColumns()).c_str(), stdout);
         return kDone;
     }

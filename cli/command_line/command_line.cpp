@@ -42,6 +42,21 @@ std::string hintFor(const std::string& unknown, const CLI::App& app, const Synta
     return hint.empty() ? "" : " (" + hint + ")";
 }
 
+// That an option was given twice, or last and without its value.
+std::string complaintOf(const CLI::ArgumentMismatch& error, const CLI::App& app) {
+    for (const CLI::Option* option : app.get_options()) {
+        if (option->get_items_expected_max() == 1 && option->count() > 1) {
+            return option->get_name() + " can't be given twice, as " + option->results()[0] + " and as " +
+                   option->results()[1];
+        }
+        if (std::string_view(error.what()).starts_with(option->get_name() + ":")) {
+            const std::string type = option->get_type_name();
+            return option->get_name() + ": its " + type.substr(0, type.find(':')) + " is missing";
+        }
+    }
+    return error.what();
+}
+
 } // namespace
 
 std::unique_ptr<CLI::App> newCommandLine(const Syntax& syntax) {
@@ -104,6 +119,8 @@ std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax
         app.parse(std::move(toParse));
     } catch (const CLI::CallForHelp&) {
         return app.help();
+    } catch (const CLI::ArgumentMismatch& error) {
+        throw UsageError(complaintOf(error, app));
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what());
     }
@@ -127,14 +144,6 @@ std::optional<std::string> joined(const std::vector<std::string>& words) {
         text.append(" ").append(word);
     }
     return text;
-}
-
-std::optional<std::string> textOf(const Words& words, bool hasFile) {
-    if (!words.all.empty() && hasFile) {
-        throw UsageError("a text and --file can't both be given");
-    }
-    const bool isStandardInput = words.all.size() == 1 && words.all.front() == "-" && !words.hasDashes;
-    return isStandardInput ? std::nullopt : joined(words.all);
 }
 
 void requireNoWords(const Words& words, const Syntax& syntax) {

@@ -38,10 +38,6 @@ std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax
 // With blanks between; none of no words.
 std::optional<std::string> joined(const std::vector<std::string>& words);
 
-// The text to be read off the command line; none: from the file or standard input. Throws UsageError when a
-// file is named as well.
-std::optional<std::string> textOf(const Words& words, bool hasFile);
-
 // Takes no words. Throws UsageError.
 void requireNoWords(const Words& words, const Syntax& syntax);
 

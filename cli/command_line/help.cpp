@@ -82,8 +82,10 @@ std::string helpText(const Syntax& syntax, const std::vector<OptionDescription>&
     std::string text = wrapped(std::string(syntax.summary) + ".", columns) +
                        wrapped("Usage: zqmspeech " + usageOf(syntax), columns) + "\nOptions:\n" +
                        nameList(entries, columns);
-    if (!syntax.notes.empty()) {
-        text += "\n" + wrapped(syntax.notes, columns);
+    for (const std::string_view notes : {syntax.wordNotes, syntax.notes}) {
+        if (!notes.empty()) {
+            text += "\n" + wrapped(notes, columns);
+        }
     }
     if (!syntax.list.empty()) {
         text.append("\n").append(syntax.listTitle).append(":\n");

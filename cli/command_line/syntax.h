@@ -21,7 +21,8 @@ struct Syntax {
     std::string_view summary;        // a sentence without its period
     std::string_view words;          // those that belong to no option, as the usage has them: "[TEXT...]"
     std::string_view word;           // what people call one of them
-    std::string_view notes;          // paragraphs below the options; may be empty
+    std::string_view wordNotes = {}; // a paragraph on them
+    std::string_view notes;          // more paragraphs below the options; may be empty
     std::string_view listTitle = {}; // of a list below those, if there is one
     std::span<const Explanation> list = {};
     std::string_view done;           // when the exit code is 0: "all was spoken"

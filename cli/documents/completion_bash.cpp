@@ -121,9 +121,7 @@ std::string bashCompletion(const std::vector<Command>& commands) {
     std::string first = namesOf(programOptions());
     for (const Command& command : commands) {
         script += valueCases(command);
-        if (!command.isHidden) {
-            first.append(" ").append(command.syntax.name);
-        }
+        first.append(" ").append(command.syntax.name);
     }
     script += kAfterValues;
     for (const Command& command : commands) {

@@ -83,10 +83,8 @@ std::string fishCompletion(const std::vector<Command>& commands) {
         const std::string name(command.syntax.name);
         const std::string isCommand = "__zqmspeech_command_is " + name;
         script += "\n";
-        if (!command.isHidden) {
-            script += "complete -c zqmspeech -n " + hasNoCommand + " -a " + name + " -d " +
-                      fishQuoted(command.syntax.summary) + "\n";
-        }
+        script += "complete -c zqmspeech -n " + hasNoCommand + " -a " + name + " -d " +
+                  fishQuoted(command.syntax.summary) + "\n";
         for (const OptionDescription& option : describeOptions(*command.newCommandLine())) {
             script += optionLine(isCommand, option);
         }

@@ -120,12 +120,9 @@ std::string argumentCase(const Command& command) {
 std::string zshCompletion(const std::vector<Command>& commands) {
     std::string script = kBegin;
     for (const Command& command : commands) {
-        if (!command.isHidden) {
-            script +=
-                "        " +
-                quoted(std::string(command.syntax.name) + ":" + escaped(command.syntax.summary, ":\\")) +
-                "\n";
-        }
+        script += "        " +
+                  quoted(std::string(command.syntax.name) + ":" + escaped(command.syntax.summary, ":\\")) +
+                  "\n";
     }
     script += kAfterCommands + specificationsOf(programOptions(), "        ") + kAfterOptions;
     for (const Command& command : commands) {

@@ -32,6 +32,9 @@ struct Variable {
     const char* meaning;
 };
 constexpr Variable kVariables[] = {
+    {"ZQMSPEECH_FALLBACK",
+     "The sound file that zqmspeech say writes where no sound can be played, without --fallback and -o."},
+    {"TMPDIR", "Where temporary files go; without it, /tmp."},
     {"NO_COLOR", "If it is set and not empty, nothing is coloured. Only terminals get colours at all."},
     {"LANG, LC_ALL, LC_MESSAGES",
      "The language of the voice that speaks when none is named. Texts are UTF-8 whatever they say."},
@@ -67,8 +70,10 @@ std::string commandSection(const Command& command) {
     for (const OptionDescription& option : describeOptions(*command.newCommandLine())) {
         text += optionItem(option);
     }
-    if (!syntax.notes.empty()) {
-        text += roff::paragraphs(syntax.notes);
+    for (const std::string_view notes : {syntax.wordNotes, syntax.notes}) {
+        if (!notes.empty()) {
+            text += roff::paragraphs(notes);
+        }
     }
     if (!syntax.list.empty()) {
         text += roff::paragraphs(std::string(syntax.listTitle) + ":");
@@ -91,9 +96,7 @@ std::string manualPage(const std::vector<Command>& commands, std::string_view ve
                        roff::escaped("speaks texts and listens for spoken commands") + "\n" +
                        roff::heading("SYNOPSIS");
     for (const Command& command : commands) {
-        if (!command.isHidden) {
-            page += synopsisOf(command.syntax) + roff::kLineBreak;
-        }
+        page += synopsisOf(command.syntax) + roff::kLineBreak;
     }
     page += roff::bold("zqmspeech") + " " + roff::bold("--help") + " | " + roff::bold("--version") + "\n";
     page += roff::heading("DESCRIPTION") + roff::paragraphs(kDescription);
@@ -103,9 +106,7 @@ std::string manualPage(const std::vector<Command>& commands, std::string_view ve
     }
     page += roff::heading("COMMANDS");
     for (const Command& command : commands) {
-        if (!command.isHidden) {
-            page += commandSection(command);
-        }
+        page += commandSection(command);
     }
     page += roff::heading("ENVIRONMENT");
     for (const auto& [name, meaning] : kVariables) {

@@ -11,10 +11,12 @@ namespace zqm::cli {
 
 constexpr Syntax kManualPageSyntax{
     .name = "manual-page",
-    .summary = "Prints the manual page, for man",
+    .summary = "Prints the manual page of zqmspeech, for man",
     .words = "",
     .word = "",
-    .notes = "",
+    .notes = "An installation brings the page; without one:\n"
+             "\n"
+             "zqmspeech manual-page | man -l -",
     .done = "it was printed",
     .failed = "that failed",
 };

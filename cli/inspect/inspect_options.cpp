@@ -2,10 +2,16 @@
 
 #include "cli/command_line/command_line.h"
 #include "cli/command_line/failure.h"
+#include "cli/command_line/option_rules.h"
 
 #include <utility>
 
 namespace zqm::cli {
+namespace {
+
+constexpr Conflict kConflicts[] = {{"--json", "--markdown", "there is one document"}};
+
+} // namespace
 
 constexpr Syntax kInspectSyntax{
     .name = "inspect",
@@ -41,9 +47,7 @@ std::variant<InspectOptions, std::string> parseInspectOptions(std::span<const ch
     if (libraries.size() > 1) {
         throw UsageError("one library is inspected at a time, and " + libraries[1] + " is a second one");
     }
-    if (options.json && options.markdown) {
-        throw UsageError("--json and --markdown can't both be given");
-    }
+    require({.conflicts = kConflicts}, *app, std::get<Words>(read));
     options.library = std::move(libraries.front());
     return options;
 }

@@ -44,7 +44,8 @@ Commands commandsOf(const ListenOptions& options) {
         const Commands more = readCommands(*options.commandFile);
         commands.insert(commands.end(), more.begin(), more.end());
         if (commands.empty()) {
-            throw Failure("there is nothing to listen for: " + inputName(*options.commandFile) + " is empty");
+            throw Failure("there is nothing to listen for: " + inputName(*options.commandFile) +
+                          " has no command in it");
         }
     }
     return commands;

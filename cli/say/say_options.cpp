@@ -2,13 +2,16 @@
 
 #include "cli/command_line/command_line.h"
 #include "cli/command_line/failure.h"
+#include "cli/command_line/option_rules.h"
 #include "cli/sound/sound_formats.h"
 #include "cli/subtitles/subtitles.h"
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace zqm::cli {
 namespace {
@@ -36,11 +39,31 @@ CLI::Validator timelineFile() {
             ""};
 }
 
-// What can't be had together.
-// Whichever way each is named, as far as they are there.
+constexpr const char* kStandardOutput = "-";
+
+CLI::Validator noStandardOutput() {
+    return {[](const std::string& argument) {
+                return argument == kStandardOutput ? "it is a file, not standard output" : "";
+            },
+            ""};
+}
+
+constexpr Conflict kConflicts[] = {
+    {"--device", "--output", "a file is not played"},
+    {"--fallback", "--output", "the one is written only where no sound can be played"},
+    {"--events", "--json", "each prints the events in its own form"},
+};
+constexpr Need kNeeds[] = {{"--format", "--output"}, {"--subtitles", "--output"}, {"--timeline", "--output"}};
+constexpr const char* kLists[] = {"--formats", "--devices"};
+constexpr const char* kFiles[] = {"--file", "--output", "--subtitles", "--timeline", "--fallback"};
+
+// Whichever way each is named, as far as they are there. A device can be many things at once.
 bool nameOneFile(const std::string& one, const std::string& other) {
     namespace fs = std::filesystem;
     std::error_code error;
+    if (fs::exists(one, error) && !fs::is_regular_file(one, error)) {
+        return false;
+    }
     const auto place = [&](const std::string& file) {
         return fs::weakly_canonical(fs::absolute(file, error), error);
     };
@@ -48,26 +71,26 @@ bool nameOneFile(const std::string& one, const std::string& other) {
     return fs::equivalent(one, other, error) || (!first.empty() && first == place(other));
 }
 
-void check(const SayOptions& options) {
-    if (options.format && !options.output) {
-        throw UsageError("--format needs -o FILE");
-    }
-    if (options.subtitles && !options.output) {
-        throw UsageError("--subtitles needs -o FILE");
-    }
-    if (options.timeline && !options.output) {
-        throw UsageError("--timeline needs -o FILE");
-    }
-    for (const auto& [name, file] :
-         {std::pair("--subtitles", options.subtitles), std::pair("--timeline", options.timeline)}) {
-        if (file && nameOneFile(*file, *options.output)) {
-            throw UsageError(std::string(name) + " and --output name the same file");
+void requireDifferentFiles(const CLI::App& app) {
+    std::vector<std::pair<std::string, std::string>> files; // the options and what they name
+    for (const char* const option : kFiles) {
+        if (app.count(option) == 0 || app[option]->results().front() == "-") {
+            continue;
         }
+        const std::string file = app[option]->results().front();
+        for (const auto& [earlier, name] : files) {
+            if (nameOneFile(file, name)) {
+                throw UsageError(earlier + " and " + option + " name the same file");
+            }
+        }
+        files.emplace_back(option, file);
     }
-    if (options.device && options.output) {
-        throw UsageError("--device and --output can't both be given: a file is not played");
-    }
-    if (options.output == "-" && options.printsEvents()) {
+}
+
+void check(const SayOptions& options, const CLI::App& app, const Words& words) {
+    require({kConflicts, kNeeds, kLists}, app, words);
+    requireDifferentFiles(app);
+    if (options.output == kStandardOutput && options.printsEvents()) {
         throw UsageError("the sound and the events can't both go to standard output");
     }
 }
@@ -80,17 +103,21 @@ constexpr std::array kEventLines{
                 "last: true, or false when it ended early, and how long the sound is"},
 };
 
+// Of whoever starts this for others, as ./speak does.
+std::optional<std::string> usualFallback() {
+    const char* file = std::getenv("ZQMSPEECH_FALLBACK");
+    return file != nullptr && *file != '\0' ? std::optional<std::string>(file) : std::nullopt;
+}
+
 } // namespace
 
 constexpr Syntax kSaySyntax{
     .name = "say",
     .summary = "Speaks a text, aloud or into a sound file",
-    .words = "[TEXT...]",
+    .words = kTextWords,
     .word = "text",
+    .wordNotes = kTextNotes,
     .notes =
-        "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input. "
-        "Texts are UTF-8. A text that begins with - goes after --.\n"
-        "\n"
         "With -o, a text of more than 2,000 words is spoken in pieces that end with sentences and are "
         "joined into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is "
         "there is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there.\n"
@@ -105,9 +132,7 @@ constexpr Syntax kSaySyntax{
 
 std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
     auto app = newCommandLine(kSaySyntax);
-    app->add_option("-f,--file", options.input, "Reads the text from this file")
-        ->check(notEmpty())
-        ->type_name("FILE");
+    addTextOptions(*app, options, "Speaks with this voice; zqmspeech voices lists them");
     app->add_option("-o,--output", options.output,
                     "Writes a sound file instead of playing; its extension picks the format.\n"
                     "- is standard output")
@@ -130,15 +155,12 @@ std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
         ->type_name("FILE");
     app->add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
         ->check(notEmpty())
-        ->type_name("FILE")
-        ->take_last();
+        ->check(noStandardOutput())
+        ->type_name("FILE");
     app->add_option("--device", options.device, "Plays on this device")
         ->check(notEmpty())
         ->type_name("DEVICE");
     app->add_flag("--devices", options.listsDevices, "Lists the devices")->check(noValue());
-    app->add_option("-v,--voice", options.voice, "Speaks with this voice")
-        ->check(notEmpty())
-        ->type_name("VOICE");
     app->add_option("--rate", options.rate, "Words a minute")
         ->check(numberFrom(kSlowestRate, kFastestRate))
         ->type_name("NUMBER");
@@ -155,8 +177,12 @@ std::variant<SayOptions, std::string> parseSayOptions(std::span<const char* cons
     if (const auto* help = std::get_if<std::string>(&read)) {
         return *help;
     }
-    options.text = textOf(std::get<Words>(read), app->count("--file") > 0);
-    check(options);
+    const auto& words = std::get<Words>(read);
+    check(options, *app, words);
+    takeText(options, *app, words);
+    if (!options.output && !options.fallback) {
+        options.fallback = usualFallback();
+    }
     return options;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/command_line/syntax.h"
+#include "cli/text/text_options.h"
 
 #include <memory>
 #include <optional>
@@ -10,16 +11,13 @@
 
 namespace zqm::cli {
 
-struct SayOptions {
-    std::optional<std::string> text;      // none: from the input
-    std::string input = "-";              // file to read the text from; "-" is standard input
+struct SayOptions : TextOptions {
     std::optional<std::string> output;    // sound file, "-" being standard output; none: played
     std::optional<std::string> format;    // extension of the sound file's format; none: the file's own
     std::optional<std::string> subtitles; // files beside the sound file
     std::optional<std::string> timeline;
     std::optional<std::string> fallback;
     std::optional<std::string> device; // to play on; none: the sound server's choice
-    std::optional<std::string> voice;  // identifier; none: the default voice
     std::optional<double> rate;        // words a minute
     std::optional<double> volume;      // 0 to 1
     bool events = false;

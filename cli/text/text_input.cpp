@@ -130,7 +130,7 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
 }
 
-std::string readText(const SayOptions& options) {
+std::string readText(const TextOptions& options) {
     std::string name = "the text";
     std::string text;
     if (options.text) {
@@ -142,7 +142,8 @@ std::string readText(const SayOptions& options) {
     requireUtf8(text, name);
     text.erase(0, text.size() - withoutByteOrderMark(text).size());
     if (trimmed(text).empty()) {
-        throw Failure("there is nothing to speak: " + name + " is empty");
+        throw Failure("there is nothing to speak: " + name +
+                      (text.empty() ? " is empty" : " has nothing but white space"));
     }
     return text;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/say/say_options.h"
+#include "cli/text/text_options.h"
 
 #include <cstddef>
 #include <string>
@@ -19,7 +19,7 @@ std::string readInput(const std::string& path);
 
 // The text to be spoken, from where the options say: UTF-8, without a byte-order mark. Throws Failure when
 // it can't be read, is no UTF-8, is too long or holds nothing but white space.
-std::string readText(const SayOptions& options);
+std::string readText(const TextOptions& options);
 
 // How many bytes at its beginning are valid UTF-8.
 std::size_t validUtf8(std::string_view text);

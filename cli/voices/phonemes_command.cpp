@@ -16,25 +16,17 @@ namespace zqm::cli {
 constexpr Syntax kPhonemesSyntax{
     .name = "phonemes",
     .summary = "Prints how a text is pronounced, in phonemes",
-    .words = "[TEXT...]",
+    .words = kTextWords,
     .word = "text",
-    .notes =
-        "TEXT is joined with blanks. Without TEXT, or with - alone, the text is read from standard input. "
-        "Texts are UTF-8. A text that begins with - goes after --.\n"
-        "\n"
-        "The phonemes can be spoken again: zqmspeech say \"[[inpt PHON]]...\".",
+    .wordNotes = kTextNotes,
+    .notes = "The phonemes can be spoken again: zqmspeech say \"[[inpt PHON]]...\".",
     .done = "they were printed",
     .failed = "that failed",
 };
 
 std::unique_ptr<CLI::App> newPhonemesCommandLine(PhonemesOptions& options) {
     auto app = newCommandLine(kPhonemesSyntax);
-    app->add_option("-f,--file", options.input, "Reads the text from this file")
-        ->check(notEmpty())
-        ->type_name("FILE");
-    app->add_option("-v,--voice", options.voice, "Pronounces as this voice does")
-        ->check(notEmpty())
-        ->type_name("VOICE");
+    addTextOptions(*app, options, "Pronounces as this voice does");
     return app;
 }
 
@@ -45,15 +37,12 @@ std::variant<PhonemesOptions, std::string> parsePhonemesOptions(std::span<const 
     if (const auto* help = std::get_if<std::string>(&read)) {
         return *help;
     }
-    options.text = textOf(std::get<Words>(read), app->count("--file") > 0);
+    takeText(options, *app, std::get<Words>(read));
     return options;
 }
 
 int printPhonemes(const PhonemesOptions& options) {
-    SayOptions source;
-    source.text = options.text;
-    source.input = options.input;
-    const std::string text = readText(source);
+    const std::string text = readText(options);
     if (options.voice) {
         requireUtf8(*options.voice, "the name of the voice");
     }

@@ -1,20 +1,16 @@
 #pragma once
 
 #include "cli/command_line/syntax.h"
+#include "cli/text/text_options.h"
 
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <variant>
 
 namespace zqm::cli {
 
-struct PhonemesOptions {
-    std::optional<std::string> text;  // none: from the input
-    std::string input = "-";          // file to read the text from; "-" is standard input
-    std::optional<std::string> voice; // identifier; none: the default voice
-};
+struct PhonemesOptions : TextOptions {};
 
 extern const Syntax kPhonemesSyntax;
 

@@ -67,6 +67,9 @@ std::variant<VoiceOptions, std::string> parseVoiceOptions(std::span<const char* 
         return *help;
     }
     options.voice = joined(std::get<Words>(read).all);
+    if (options.output == "-") {
+        throw UsageError("the attributes and the sound can't both go to standard output");
+    }
     return options;
 }
 

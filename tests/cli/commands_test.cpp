@@ -39,14 +39,11 @@ std::string inOneLine(std::string_view text) {
     return line;
 }
 
-TEST(Commands, TheHelpListsAllButTheHiddenOnes) {
+TEST(Commands, TheHelpListsAll) {
     const std::string help = programHelp(200);
     for (const Command& command : commands()) {
-        const std::string line = "\n  " + std::string(command.syntax.name) + " ";
-        EXPECT_EQ(help.find(line) == std::string::npos, command.isHidden) << line;
-        if (!command.isHidden) {
-            EXPECT_THAT(help, HasSubstr(std::string(command.syntax.summary) + "\n"));
-        }
+        EXPECT_THAT(help, HasSubstr("\n  " + std::string(command.syntax.name) + " "));
+        EXPECT_THAT(help, HasSubstr(std::string(command.syntax.summary) + "\n"));
     }
 }
 
@@ -57,8 +54,8 @@ TEST(Commands, EachHelpTellsAllOfItsSyntax) {
         EXPECT_EQ(command.run(std::vector<const char*>{"--help"}), kDone);
         const std::string help = testing::internal::GetCapturedStdout();
         EXPECT_THAT(help, HasSubstr("Usage: zqmspeech " + std::string(syntax.name) + " [OPTIONS]"));
-        for (const std::string_view part :
-             {syntax.summary, syntax.words, syntax.notes, syntax.done, syntax.failed, syntax.fruitless}) {
+        for (const std::string_view part : {syntax.summary, syntax.words, syntax.wordNotes, syntax.notes,
+                                            syntax.done, syntax.failed, syntax.fruitless}) {
             EXPECT_THAT(inOneLine(help), HasSubstr(inOneLine(part))) << syntax.name;
         }
         EXPECT_EQ(command.newCommandLine()->help(), help);

@@ -60,7 +60,7 @@ TEST(Help, StandsBesideTheNamesWhereThereIsRoom) {
     EXPECT_THAT(helpOf(say, 80), HasSubstr("\n  -h,--help "));
     EXPECT_THAT(helpOf(say, 80), HasSubstr("  Words a minute (50 to 500)\n"));
     EXPECT_THAT(helpOf(say, 40), HasSubstr("\n  --rate NUMBER\n      Words a minute (50 to 500)\n"));
-    EXPECT_THAT(programHelp(80), HasSubstr("\n  say         Speaks a text"));
+    EXPECT_THAT(programHelp(80), HasSubstr("\n  say          Speaks a text"));
 }
 
 TEST(Help, ExplainsTheLinesOfAListBesideThem) {

@@ -49,8 +49,9 @@ TEST(ListenFailure, OfTheCommands) {
     expectOneLine(listen({"--commands", list + "/x"}), 1, "can't read " + list + "/x: Not a directory");
     expectOneLine(listen({"--commands", folder.path().string()}), 1, "Is a directory");
     expectOneLine(listen({"--commands", "/dev/null"}), 1,
-                  "there is nothing to listen for: /dev/null is empty");
-    expectOneLine(listen({"--commands", "-"}), 1, "there is nothing to listen for: standard input is empty");
+                  "there is nothing to listen for: /dev/null has no command in it");
+    expectOneLine(listen({"--commands", "-"}), 1,
+                  "there is nothing to listen for: standard input has no command in it");
     expectOneLine(sayInShell("exec \"$0\" listen --commands - <&-", {}), 1,
                   "can't read standard input: Bad file descriptor");
 }

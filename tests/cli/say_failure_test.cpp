@@ -29,6 +29,9 @@ TEST(Command, WrongUses) {
     expectOneLine(zqmspeech({}), 2, "a command is missing");
     expectOneLine(zqmspeech({"shout", "x"}), 2, "shout is not a command");
     expectOneLine(zqmspeech({""}), 2, "is not a command");
+    expectOneLine(zqmspeech({"--version", "say"}), 2,
+                  "--version stands alone; zqmspeech COMMAND --help tells of a command");
+    expectOneLine(zqmspeech({"--help", "say"}), 2, "--help stands alone; zqmspeech COMMAND --help");
     expectOneLine(zqmspeech({"two\nlines"}), 2, "two?lines is not a command");
     expectOneLine(say({"--loud", "x"}), 2, "--loud is not an option");
     expectOneLine(say({"--rate", "5000", "x"}), 2, "5000 is not a number from 50 to 500");
@@ -39,7 +42,7 @@ TEST(Command, HelpAndVersion) {
     for (const char* option : {"--help", "-h"}) {
         const ProcessResult result = zqmspeech({option});
         EXPECT_EQ(result.exitCode, 0);
-        EXPECT_THAT(result.output, HasSubstr("say         Speaks a text"));
+        EXPECT_THAT(result.output, HasSubstr("say          Speaks a text"));
         EXPECT_EQ(result.errors, "");
     }
     const ProcessResult sayHelp = say({"--help"});
@@ -53,7 +56,7 @@ TEST(Command, HelpAndVersion) {
 TEST(SayFailure, OfTheText) {
     const TemporaryFolder folder;
     expectOneLine(say({""}), 1, "there is nothing to speak: the text is empty");
-    expectOneLine(say({" \n"}), 1, "there is nothing to speak: the text is empty");
+    expectOneLine(say({" \n"}), 1, "there is nothing to speak: the text has nothing but white space");
     expectOneLine(say({}), 1, "there is nothing to speak: standard input is empty");
     expectOneLine(sayInShell("exec \"$0\" say <&-", {}), 1, "can't read standard input: Bad file descriptor");
     expectOneLine(say({"gr\xFC\xDF e"}), 1, "the text is not valid UTF-8 at byte 2");
@@ -112,6 +115,22 @@ TEST(SayFallback, IsWrittenWhereNoSoundCanBePlayed) {
     const support::SoundFile file(folder / "sp ö.wav");
     EXPECT_GT(file.seconds(), 0.5);
     EXPECT_GT(support::rms(file.samples), 0.01);
+}
+
+TEST(SayFallback, IsThatOfTheEnvironmentWithoutAnother) {
+    const TemporaryFolder folder;
+    support::ProcessOptions options = bareOptions();
+    options.folder = folder.path();
+    options.environment["ZQMSPEECH_FALLBACK"] = "usual.wav";
+    EXPECT_EQ(say({"Hello"}, options).errors, "No sound can be played here: the speech goes to usual.wav\n");
+    EXPECT_TRUE(std::filesystem::remove(folder / "usual.wav"));
+    EXPECT_EQ(say({"--fallback", "given.wav", "Hello"}, options).exitCode, 0);
+    EXPECT_EQ(say({"-o", "output.wav", "Hello"}, options).exitCode, 0);
+    EXPECT_TRUE(std::filesystem::exists(folder / "given.wav"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "output.wav"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "usual.wav"));
+    options.environment["ZQMSPEECH_FALLBACK"] = "";
+    expectOneLine(say({"Hello"}, options), 1, "no sound can be played");
 }
 
 TEST(SayFallback, ThatCannotBeWritten) {

@@ -39,21 +39,20 @@ TEST(SayOptions, NothingGivenMeansStandardInputAloud) {
 
 TEST(SayOptions, EveryOptionIsTaken) {
     const SayOptions options =
-        parse({"-o",          "out.wav",  "--fallback", "f.wav",    "-v",     "de",       "--rate",
-               "200",         "--volume", "0.5",        "--events", "--json", "--format", "FLAC",
-               "--subtitles", "out.VTT",  "--timeline", "out.svg",  "Guten",  "Tag"});
+        parse({"-o", "out.wav", "-v", "de", "--rate", "200", "--volume", "0.5", "--events", "--format",
+               "FLAC", "--subtitles", "out.VTT", "--timeline", "out.svg", "Guten", "Tag"});
     EXPECT_EQ(options.text, "Guten Tag");
     EXPECT_EQ(options.output, "out.wav");
-    EXPECT_EQ(options.fallback, "f.wav");
     EXPECT_EQ(options.voice, "de");
     EXPECT_EQ(options.rate, 200);
     EXPECT_EQ(options.volume, 0.5);
     EXPECT_TRUE(options.events);
-    EXPECT_TRUE(options.json);
     EXPECT_EQ(options.format, "FLAC");
     EXPECT_EQ(options.subtitles, "out.VTT");
     EXPECT_EQ(options.timeline, "out.svg");
     EXPECT_EQ(parse({"--device", "speakers", "Hello"}).device, "speakers");
+    EXPECT_EQ(parse({"--fallback", "f.wav", "Hello"}).fallback, "f.wav");
+    EXPECT_TRUE(parse({"--json", "Hello"}).json);
     EXPECT_TRUE(parse({"--formats"}).listsFormats);
     EXPECT_TRUE(parse({"--devices"}).listsDevices);
 }
@@ -73,10 +72,6 @@ TEST(SayOptions, OptionsMayStandBetweenTheWords) {
     const SayOptions options = parse({"Hello", "--rate", "200", "world"});
     EXPECT_EQ(options.text, "Hello world");
     EXPECT_EQ(options.rate, 200);
-}
-
-TEST(SayOptions, TheLastFallbackCounts) {
-    EXPECT_EQ(parse({"--fallback", "a.wav", "--fallback", "b.wav", "x"}).fallback, "b.wav");
 }
 
 class SayOptionsText : public testing::TestWithParam<const char*> {};
@@ -153,7 +148,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         WrongUse{{"--loud", "x"}, "--loud is not an option"},
         WrongUse{{"-5", "degrees"}, "-5 is not an option"}, WrongUse{{"x", "-x"}, "-x is not an option"},
-        WrongUse{{"-o"}, "--output"}, WrongUse{{"--rate"}, "--rate"},
+        WrongUse{{"-o"}, "--output: its FILE is missing"},
+        WrongUse{{"--rate"}, "--rate: its NUMBER is missing"},
         WrongUse{{"--rate", "fast", "x"}, "fast is not a number from 50 to 500"},
         WrongUse{{"--rate", "nan", "x"}, "nan is not a number"},
         WrongUse{{"--rate", "inf", "x"}, "inf is not a number"},
@@ -170,12 +166,24 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"-f", "file", "text"}, "can't both be given"},
         WrongUse{{"-f", "file", "-"}, "can't both be given"},
         WrongUse{{"-f", "file", "--", "text"}, "can't both be given"},
-        WrongUse{{"-o", "a.wav", "-o", "b.wav", "x"}, "--output"},
+        WrongUse{{"-o", "a.wav", "-o", "b.wav", "x"}, "--output can't be given twice, as a.wav and as b.wav"},
+        WrongUse{{"--rate", "90", "--rate=100", "x"}, "--rate can't be given twice, as 90 and as 100"},
+        WrongUse{{"--fallback", "a", "--fallback", "b", "x"}, "--fallback can't be given twice"},
+        WrongUse{{"--fallback", "-", "x"}, "--fallback: it is a file, not standard output"},
+        WrongUse{{"--fallback", "a.wav", "-o", "b.wav", "x"}, "--fallback and --output can't both be given"},
+        WrongUse{{"--events", "--json", "x"}, "--events and --json can't both be given"},
+        WrongUse{{"--formats", "x"}, "--formats only prints a list: \"x\" can't be given with it"},
+        WrongUse{{"--formats", "--rate", "90"}, "--formats only prints a list: --rate can't be given"},
+        WrongUse{{"--devices", "-f", "x"}, "--devices only prints a list: --file can't be given with it"},
+        WrongUse{{"--devices", "--formats"}, "only prints a list: --"},
+        WrongUse{{"-f", "a.txt", "-o", "./a.txt", "--format", "wav"}, "--file and --output name the same"},
+        WrongUse{{"-f", "a.txt", "--fallback", "a.txt"}, "--file and --fallback name the same file"},
         WrongUse{{"--rate", "0x64", "x"}, "0x64 is not a number"},
         WrongUse{{"-o", "x.wav", "--format", "xyz", "x"}, "xyz is not a sound file format"},
         WrongUse{{"-o", "x.wav", "--format", "", "x"}, "is not a sound file format"},
         WrongUse{{"--format", "wav", "x"}, "--format needs -o FILE"},
-        WrongUse{{"-o", "x.wav", "--device", "y", "x"}, "can't both be given"},
+        WrongUse{{"-o", "x.wav", "--device", "y", "x"},
+                 "--device and --output can't both be given: a file is not played"},
         WrongUse{{"--device", "", "x"}, "it is empty"},
         WrongUse{{"-o", "-", "--events", "x"}, "can't both go to standard output"},
         WrongUse{{"-o", "-", "--json", "x"}, "can't both go to standard output"},

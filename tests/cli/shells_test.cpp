@@ -110,8 +110,8 @@ complete -C $argv[2]
 
 TEST_P(ShellCompletion, OffersTheCommands) {
     const Words words = complete("zqmspeech ");
-    EXPECT_THAT(words, IsSupersetOf({"say", "listen", "voices", "voice", "phonemes", "completion"}));
-    EXPECT_THAT(words, Not(Contains("manual-page")));
+    EXPECT_THAT(words,
+                IsSupersetOf({"say", "listen", "voices", "voice", "phonemes", "completion", "manual-page"}));
     EXPECT_THAT(complete("zqmspeech voi"), ElementsAre("voice", "voices"));
 }
 

@@ -15,14 +15,14 @@ namespace {
 
 using testing::HasSubstr;
 
-SayOptions withText(std::string text) {
-    SayOptions options;
+TextOptions withText(std::string text) {
+    TextOptions options;
     options.text = std::move(text);
     return options;
 }
 
-SayOptions withFile(const std::filesystem::path& path) {
-    SayOptions options;
+TextOptions withFile(const std::filesystem::path& path) {
+    TextOptions options;
     options.input = path.string();
     return options;
 }
@@ -32,7 +32,7 @@ std::filesystem::path write(const std::filesystem::path& path, const std::string
     return path;
 }
 
-std::string complaintAbout(const SayOptions& options) {
+std::string complaintAbout(const TextOptions& options) {
     try {
         readText(options);
     } catch (const Failure& failure) {
@@ -79,15 +79,26 @@ TEST(TextInput, AnEndlessFileIsRefused) {
 class TextInputBlank : public testing::TestWithParam<const char*> {};
 
 TEST_P(TextInputBlank, IsRefused) {
-    EXPECT_EQ(complaintAbout(withText(GetParam())), "there is nothing to speak: the text is empty");
+    const std::string why = " has nothing but white space";
+    EXPECT_EQ(complaintAbout(withText(GetParam())), "there is nothing to speak: the text" + why);
     const support::TemporaryFolder folder;
     const auto path = write(folder / "blank", GetParam());
-    EXPECT_EQ(complaintAbout(withFile(path)), "there is nothing to speak: " + path.string() + " is empty");
+    EXPECT_EQ(complaintAbout(withFile(path)), "there is nothing to speak: " + path.string() + why);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, TextInputBlank,
-                         testing::Values("", " ", "\n", "\r\n\t ", "\xEF\xBB\xBF",
-                                         "\u00A0\u2003\u3000\u2029"));
+                         testing::Values(" ", "\n", "\r\n\t ", "\xEF\xBB\xBF\n", "\u00A0\u2003\u3000\u2029"));
+
+class TextInputEmpty : public testing::TestWithParam<const char*> {};
+
+TEST_P(TextInputEmpty, IsRefused) {
+    EXPECT_EQ(complaintAbout(withText(GetParam())), "there is nothing to speak: the text is empty");
+    const support::TemporaryFolder folder;
+    const auto path = write(folder / "empty", GetParam());
+    EXPECT_EQ(complaintAbout(withFile(path)), "there is nothing to speak: " + path.string() + " is empty");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, TextInputEmpty, testing::Values("", "\xEF\xBB\xBF"));
 
 struct Invalid {
     std::string bytes;

@@ -134,6 +134,8 @@ TEST(Voices, NoneAsWantedIsTold) {
 TEST(Voices, WrongUseIsOneLine) {
     expectOneLine(zqmspeech({"voices", "--gender", "man"}), 2, "man is not male, female or neuter");
     expectOneLine(zqmspeech({"voices", "--language", ""}), 2, "it is empty");
+    expectOneLine(zqmspeech({"voice", "-o", "-"}), 2,
+                  "the attributes and the sound can't both go to standard output");
     expectOneLine(zqmspeech({"voices", "de"}), 2, "voices takes options only, not \"de\"");
     expectOneLine(zqmspeech({"voices", "--jsn"}), 2, "--jsn is not an option");
 }
@@ -142,7 +144,7 @@ TEST(WhatIsNotThere, IsAnsweredByWhatIsNear) {
     expectOneLine(zqmspeech({"sya", "x"}), 2,
                   "sya is not a command (near it: say); zqmspeech --help lists them");
     expectOneLine(zqmspeech({"xyzzy"}), 2, "xyzzy is not a command; zqmspeech --help lists them");
-    expectOneLine(zqmspeech({"manual-pages"}), 2, "manual-pages is not a command; zqmspeech");
+    expectOneLine(zqmspeech({"manual-pages"}), 2, "manual-pages is not a command (near it: manual-page)");
     expectOneLine(zqmspeech({"voices", "--lang=de"}), 2, "--lang=de is not an option (near it: --language)");
     expectOneLine(zqmspeech({"say", "--evnts", "x"}), 2,
                   "--evnts is not an option (near it: --events; a text that begins with - goes after --)");
