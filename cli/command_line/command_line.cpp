@@ -57,6 +57,19 @@ std::string complaintOf(const CLI::ArgumentMismatch& error, const CLI::App& app)
     return error.what();
 }
 
+// The parser takes the = of "-o=FILE" for a part of the value.
+void requireNoShortEqualSign(const std::string& argument, const CLI::App& app) {
+    constexpr std::size_t kShortName = 2;
+    const CLI::Option* const option =
+        argument.size() > kShortName && argument[0] == '-' && argument[kShortName] == '='
+            ? app.get_option_no_throw(argument.substr(0, kShortName))
+            : nullptr;
+    if (option != nullptr) {
+        throw UsageError(argument + " has an = that belongs to a long name: " + option->get_name() +
+                         argument.substr(kShortName));
+    }
+}
+
 } // namespace
 
 std::unique_ptr<CLI::App> newCommandLine(const Syntax& syntax) {
@@ -114,6 +127,9 @@ std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax
     const std::span<const char* const> afterDashes =
         arguments.subspan(std::min(optionCount + 1, arguments.size()));
     std::vector<std::string> toParse(arguments.begin(), dashes);
+    for (const std::string& argument : toParse) {
+        requireNoShortEqualSign(argument, app);
+    }
     std::ranges::reverse(toParse); // as the parser wants them
     try {
         app.parse(std::move(toParse));

@@ -120,7 +120,8 @@ constexpr Syntax kSaySyntax{
     .notes =
         "With -o, a text of more than 2,000 words is spoken in pieces that end with sentences and are "
         "joined into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is "
-        "there is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there.\n"
+        "there is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there; a "
+        "second one ends it at once, without a file.\n"
         "\n"
         "--events prints the lines below on standard output, places in UTF-16 units of the text, times in "
         "seconds of sound. --json prints the same and phonemes, a JSON object on each line.",
@@ -140,24 +141,26 @@ std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
         ->type_name("FILE");
     app->add_option("--format", options.format,
                     "Writes this format, whatever the file's extension; on standard output it is\n"
-                    "wav without this")
+                    "wav without this; needs -o")
         ->check(soundFormat())
         ->type_name("FORMAT");
     app->add_flag("--formats", options.listsFormats, "Lists the formats")->check(noValue());
     app->add_option("--subtitles", options.subtitles,
                     "Writes what is heard when beside the sound file, with the times of sentences and\n"
-                    "words: WebVTT (.vtt), SubRip (.srt) or LRC (.lrc), by its extension")
+                    "words: WebVTT (.vtt), SubRip (.srt) or LRC (.lrc), by its extension; needs -o")
         ->check(subtitleFile())
         ->type_name("FILE");
     app->add_option("--timeline", options.timeline,
-                    "Draws the sound with its words and phonemes beside the sound file (.svg)")
+                    "Draws the sound with its words and phonemes beside the sound file (.svg); needs -o")
         ->check(timelineFile())
         ->type_name("FILE");
-    app->add_option("--fallback", options.fallback, "Writes this sound file where no sound can be played")
+    app->add_option("--fallback", options.fallback,
+                    "Writes this sound file where no sound can be played; without it and -o, the one\n"
+                    "that ZQMSPEECH_FALLBACK names")
         ->check(notEmpty())
         ->check(noStandardOutput())
         ->type_name("FILE");
-    app->add_option("--device", options.device, "Plays on this device")
+    app->add_option("--device", options.device, "Plays on this device; --devices lists them")
         ->check(notEmpty())
         ->type_name("DEVICE");
     app->add_flag("--devices", options.listsDevices, "Lists the devices")->check(noValue());
@@ -166,7 +169,8 @@ std::unique_ptr<CLI::App> newSayCommandLine(SayOptions& options) {
         ->type_name("NUMBER");
     app->add_option("--volume", options.volume, "Loudness")->check(numberFrom(0, 1))->type_name("NUMBER");
     app->add_flag("--events", options.events, "Prints each event on a line, as told below")->check(noValue());
-    app->add_flag("--json", options.json, "Prints each event as a JSON object on a line")->check(noValue());
+    app->add_flag("--json", options.json, "Prints each event as a JSON object on a line instead")
+        ->check(noValue());
     return app;
 }
 

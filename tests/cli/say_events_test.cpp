@@ -21,8 +21,9 @@ namespace {
 class SayEvents : public testing::Test {
 protected:
     std::string events(const std::vector<std::string>& arguments,
-                       const support::ProcessOptions& options = bareOptions()) {
-        std::vector<std::string> all{"--events", "-o", (folder_ / "x.wav").string()};
+                       const support::ProcessOptions& options = bareOptions(),
+                       const std::string& form = "--events") {
+        std::vector<std::string> all{form, "-o", (folder_ / "x.wav").string()};
         all.insert(all.end(), arguments.begin(), arguments.end());
         const support::ProcessResult result = say(all, options);
         EXPECT_EQ(result.exitCode, 0);
@@ -94,7 +95,7 @@ std::vector<nlohmann::json> objects(const std::string& lines) {
 }
 
 TEST_F(SayEvents, AsJsonAreAsTheSchemaSays) {
-    const std::string lines = events({"--json", "👋 grüße [[sync 7]] two [[nothing]] three"});
+    const std::string lines = events({"👋 grüße [[sync 7]] two [[nothing]] three"}, bareOptions(), "--json");
     EXPECT_EQ(schemaErrors(lines, ZQM_SAY_SCHEMA), "");
     EXPECT_NE(schemaErrors(R"({"event":"word","position":1,"utf16":1,"word":"x"})", ZQM_SAY_SCHEMA), "")
         << "what lacks the lengths is taken";
@@ -103,7 +104,7 @@ TEST_F(SayEvents, AsJsonAreAsTheSchemaSays) {
 }
 
 TEST_F(SayEvents, AsJsonCountCodePointsToo) {
-    const auto all = objects(events({"--json", "👋 grüße [[sync 7]] two"}));
+    const auto all = objects(events({"👋 grüße [[sync 7]] two"}, bareOptions(), "--json"));
     ASSERT_GT(all.size(), 8U);
     const auto is = [](const char* kind) {
         return [kind](const nlohmann::json& event) { return event["event"] == kind; };

@@ -61,6 +61,7 @@ TEST(SayOptions, LongFormsWithEqualSigns) {
     const SayOptions options =
         parse({"--output=a=b.wav", "--voice=en-us", "--rate=50", "--volume=1", "--file=in.txt"});
     EXPECT_EQ(options.output, "a=b.wav");
+    EXPECT_EQ(parse({"-o", "=.wav", "--", "-o=x"}).output, "=.wav");
     EXPECT_EQ(options.voice, "en-us");
     EXPECT_EQ(options.rate, 50);
     EXPECT_EQ(options.volume, 1);
@@ -169,6 +170,9 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"-o", "a.wav", "-o", "b.wav", "x"}, "--output can't be given twice, as a.wav and as b.wav"},
         WrongUse{{"--rate", "90", "--rate=100", "x"}, "--rate can't be given twice, as 90 and as 100"},
         WrongUse{{"--fallback", "a", "--fallback", "b", "x"}, "--fallback can't be given twice"},
+        WrongUse{{"-o=a.wav", "x"}, "-o=a.wav has an = that belongs to a long name: --output=a.wav"},
+        WrongUse{{"-h=x"}, "-h=x has an = that belongs to a long name"},
+        WrongUse{{"-x=x"}, "-x=x is not an option"},
         WrongUse{{"--fallback", "-", "x"}, "--fallback: it is a file, not standard output"},
         WrongUse{{"--fallback", "a.wav", "-o", "b.wav", "x"}, "--fallback and --output can't both be given"},
         WrongUse{{"--events", "--json", "x"}, "--events and --json can't both be given"},
