@@ -159,7 +159,9 @@ TEST_F(SayFile, AVoiceIsHeard) {
 }
 
 TEST_F(SayFile, TheFallbackIsNotForAFile) {
-    write({"-o", path("x.wav"), "--fallback", path("fallback.wav"), "Hello"});
+    auto options = bareOptions();
+    options.environment["ZQMSPEECH_FALLBACK"] = path("fallback.wav");
+    write({"-o", path("x.wav"), "Hello"}, options);
     EXPECT_EQ(namesIn(folder_.path()), std::set<std::string>{"x.wav"});
 }
 
