@@ -1,8 +1,7 @@
 #include "cli/inspect/inspect_options.h"
 
-#include "cli/command_line/failure.h"
+#include "tests/cli/wrong_use.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -11,8 +10,6 @@
 
 namespace zqm::cli {
 namespace {
-
-using testing::HasSubstr;
 
 InspectOptions parse(const std::vector<const char*>& arguments) {
     return std::get<InspectOptions>(parseInspectOptions(arguments));
@@ -33,21 +30,10 @@ TEST(InspectOptions, EveryOptionIsTakenBeforeAndBehind) {
     EXPECT_EQ(parse({"--", "-lib.so"}).library, "-lib.so");
 }
 
-struct WrongUse {
-    std::vector<const char*> arguments;
-    const char* complaint;
-};
-
 class InspectOptionsWrongUse : public testing::TestWithParam<WrongUse> {};
 
 TEST_P(InspectOptionsWrongUse, IsAUsageErrorInOneLine) {
-    try {
-        parse(GetParam().arguments);
-        FAIL() << "taken";
-    } catch (const UsageError& error) {
-        EXPECT_THAT(error.what(), HasSubstr(GetParam().complaint));
-        EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
-    }
+    expectComplaint(parse, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(

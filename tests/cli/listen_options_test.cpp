@@ -1,6 +1,6 @@
 #include "cli/listen/listen_options.h"
 
-#include "cli/command_line/failure.h"
+#include "tests/cli/wrong_use.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -92,21 +92,10 @@ TEST(ListenOptions, HelpNamesEveryOption) {
     }
 }
 
-struct WrongUse {
-    std::vector<const char*> arguments;
-    const char* complaint;
-};
-
 class ListenOptionsWrongUse : public testing::TestWithParam<WrongUse> {};
 
 TEST_P(ListenOptionsWrongUse, IsAUsageErrorInOneLine) {
-    try {
-        parse(GetParam().arguments);
-        FAIL() << "taken";
-    } catch (const UsageError& error) {
-        EXPECT_THAT(error.what(), HasSubstr(GetParam().complaint));
-        EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
-    }
+    expectComplaint(parse, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,6 +1,6 @@
 #include "cli/say/say_options.h"
 
-#include "cli/command_line/failure.h"
+#include "tests/cli/wrong_use.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -127,21 +127,10 @@ TEST(SayOptions, HelpNamesEveryOption) {
     }
 }
 
-struct WrongUse {
-    std::vector<const char*> arguments;
-    const char* complaint;
-};
-
 class SayOptionsWrongUse : public testing::TestWithParam<WrongUse> {};
 
 TEST_P(SayOptionsWrongUse, IsAUsageErrorInOneLine) {
-    try {
-        parse(GetParam().arguments);
-        FAIL() << "taken";
-    } catch (const UsageError& error) {
-        EXPECT_THAT(error.what(), HasSubstr(GetParam().complaint));
-        EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
-    }
+    expectComplaint(parse, GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(
