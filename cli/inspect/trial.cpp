@@ -54,15 +54,16 @@ std::string endInTrial(const std::function<void()>& action) {
     }
     const int error = errno;
     close(done[1]);
+    const int status = process > 0 ? statusOf(process) : 0;
+    // Whatever the library has started may hold the other end still: nothing more is waited for.
+    fcntl(done[0], F_SETFL, O_NONBLOCK);
     char answer = 0;
-    while (process > 0 && read(done[0], &answer, 1) < 0 && errno == EINTR) {
-    }
+    const ssize_t count = read(done[0], &answer, 1);
     close(done[0]);
     if (process < 0) {
         throw Failure(std::string("no process: ") + std::strerror(error));
     }
-    const int status = statusOf(process);
-    if (answer == kSurvived) {
+    if (count == 1 && answer == kSurvived) {
         return {};
     }
     return WIFSIGNALED(status) ? strsignal(WTERMSIG(status)) // NOLINT(concurrency-mt-unsafe): one thread
