@@ -12,6 +12,8 @@
 #include "cli/say/say_command.h"
 #include "cli/say/say_options.h"
 #include "cli/text/wrapped_text.h"
+#include "cli/validate/validate_command.h"
+#include "cli/validate/validate_options.h"
 #include "cli/voices/phonemes_command.h"
 #include "cli/voices/voice_command.h"
 #include "cli/voices/voices_command.h"
@@ -61,6 +63,7 @@ const std::vector<Command>& commands() {
         makeCommand(kVoiceSyntax, newVoiceCommandLine, parseVoiceOptions, showVoice),
         makeCommand(kPhonemesSyntax, newPhonemesCommandLine, parsePhonemesOptions, printPhonemes),
         makeCommand(kInspectSyntax, newInspectCommandLine, parseInspectOptions, inspect),
+        makeCommand(kValidateSyntax, newValidateCommandLine, parseValidateOptions, validate),
         makeCommand(kCompletionSyntax, newCompletionCommandLine, parseCompletionOptions, printCompletion),
         makeCommand(kManualPageSyntax, newManualPageCommandLine, parseManualPageOptions, printManualPage),
     };

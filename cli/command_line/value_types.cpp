@@ -9,6 +9,7 @@ namespace zqm::cli {
 
 const std::vector<ValueType>& valueTypes() {
     static const std::vector<ValueType> types{
+        {"CHECK", ValueSource::Asked, {}, "validate --list"},
         {"COMMAND", ValueSource::Anything},
         {"DEVICE", ValueSource::Asked, {}, "say --devices"},
         {"FILE", ValueSource::Files},

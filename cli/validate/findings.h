@@ -1,0 +1,48 @@
+// What a check has to say, from the process in which it runs.
+
+#pragma once
+
+#include "cli/validate/finding.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include <sys/types.h>
+
+namespace zqm::cli {
+
+class Findings {
+public:
+    using Seconds = std::chrono::duration<double>;
+
+    // They go to the descriptor, of a pipe to the process that waits for this one.
+    Findings(int descriptor, Seconds limit);
+
+    void pass(std::string_view text);
+    void skip(std::string_view cause);
+    void warn(std::string_view text);
+    void fail(std::string_view text);
+    void add(const Finding& finding);
+
+    // What is tried from now on: a crash or a hang is told with it. Each step may take the time limit.
+    void at(std::string_view step);
+
+    // Does this in one more process, a copy of this one, with the same time limit for each of its steps. Its
+    // findings, a crash or a hang among them, become those of this check, behind the name of the step.
+    // Answers the worst of them.
+    Verdict apart(std::string_view step, const std::function<void(Findings&)>& work);
+
+    // That all has been done: the process ends.
+    [[noreturn]] void end();
+
+private:
+    void send(char kind, std::string_view text);
+
+    int descriptor_;
+    Seconds limit_;
+    pid_t process_;
+};
+
+} // namespace zqm::cli

@@ -1,0 +1,83 @@
+#include "cli/validate/validate_command.h"
+
+#include "cli/command_line/exit_codes.h"
+#include "cli/command_line/failure.h"
+#include "cli/system/interruption.h"
+#include "cli/terminal/colours.h"
+#include "cli/terminal/terminal_line.h"
+#include "cli/validate/validate_json.h"
+#include "cli/validate/validate_text.h"
+#include "cli/validate/validation.h"
+
+#include <cstdio>
+#include <random>
+#include <utility>
+
+#include <unistd.h>
+
+namespace zqm::cli {
+namespace {
+
+void print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+std::uint64_t anySeed() {
+    return std::random_device()();
+}
+
+std::vector<const Check*> wantedChecks(const ValidateOptions& options) {
+    if (!options.only.empty()) {
+        return options.only;
+    }
+    std::vector<const Check*> all;
+    for (const Check& check : checks()) {
+        all.push_back(&check);
+    }
+    return all;
+}
+
+CheckRun resultOf(const Check& check, const Subject& subject, const ValidateOptions& options,
+                  const std::vector<CheckResult>& earlier) {
+    const std::string cause = causeToSkip(check, earlier);
+    if (cause.empty()) {
+        return runCheck(check, subject, Findings::Seconds(options.timeLimit));
+    }
+    return {{.check = check.name,
+             .summary = check.summary,
+             .verdict = Verdict::Skip,
+             .findings = {{Verdict::Skip, cause}}}};
+}
+
+} // namespace
+
+int validate(const ValidateOptions& options) {
+    if (options.list) {
+        print(checkList());
+        return kDone;
+    }
+    if (access(options.library.c_str(), F_OK) != 0) {
+        throw Failure("there is no plugin " + options.library);
+    }
+    const Subject subject{options.library, options.seed ? *options.seed : anySeed()};
+    const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
+    Validation validation{.library = options.library.substr(options.library.rfind('/') + 1),
+                          .seed = subject.seed,
+                          .results = {}};
+    const Interruption interruption;
+    for (const Check* check : wantedChecks(options)) {
+        CheckRun run = resultOf(*check, subject, options, validation.results);
+        if (run.isInterrupted) {
+            return kSignalled + Interruption::signalNumber();
+        }
+        if (!options.json) {
+            print(resultText(run.result, layout));
+        }
+        validation.results.push_back(std::move(run.result));
+    }
+    print(options.json ? validationJson(validation) : summaryText(validation));
+    return verdictOf(validation) < Verdict::Fail ? kDone : kFruitless;
+}
+
+} // namespace zqm::cli

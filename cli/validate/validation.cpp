@@ -1,0 +1,61 @@
+#include "cli/validate/validation.h"
+
+#include "cli/validate/supervision.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace zqm::cli {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kMostFindings = 100;
+
+} // namespace
+
+Verdict verdictOf(const Validation& validation) {
+    Verdict worst = Verdict::Pass;
+    for (const CheckResult& result : validation.results) {
+        worst = std::max(worst, result.verdict);
+    }
+    return worst;
+}
+
+CheckRun runCheck(const Check& check, const Subject& subject, Findings::Seconds limit) {
+    CheckResult result{.check = check.name, .summary = check.summary};
+    std::size_t leftOut = 0;
+    const Clock::time_point begin = Clock::now();
+    const auto keep = [&](const Finding& finding) {
+        // The last finding tells of the end, and the worst must be among them.
+        if (result.findings.size() < kMostFindings || finding.verdict > result.verdict) {
+            result.findings.push_back(finding);
+        } else {
+            ++leftOut;
+        }
+        result.verdict = std::max(result.verdict, finding.verdict);
+    };
+    const SupervisedEnd end = supervise([&](Findings& findings) { check.run(subject, findings); },
+                                        {.limit = limit, .isSeparate = true, .found = keep});
+    if (leftOut > 0) {
+        result.findings.push_back({result.verdict, std::to_string(leftOut) + " more like these"});
+    }
+    result.duration = Clock::now() - begin;
+    if (result.verdict >= Verdict::Fail) {
+        result.output = end.output;
+    }
+    return {std::move(result), end.isInterrupted};
+}
+
+std::string causeToSkip(const Check& check, const std::vector<CheckResult>& earlier) {
+    for (const CheckResult& result : earlier) {
+        // What was skipped itself because of another's failure says as little.
+        if (result.check == check.needs &&
+            (result.verdict >= Verdict::Fail || result.verdict == Verdict::Skip)) {
+            return "without success of " + std::string(check.needs);
+        }
+    }
+    return {};
+}
+
+} // namespace zqm::cli
