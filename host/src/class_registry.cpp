@@ -39,6 +39,11 @@ void ClassRegistry::add(ClassRecord* record, std::optional<std::int32_t> announc
         reports_->add(Report::Kind::BadRecord, "PluginRegisterClass: no record");
         return;
     }
+    if (!isAligned(record)) {
+        reports_->add(Report::Kind::BadRecord,
+                      "PluginRegisterClass: a record at an address that is no multiple of 8");
+        return;
+    }
     if (record->name == nullptr || *record->name == '\0') {
         reports_->add(Report::Kind::BadRecord, "PluginRegisterClass: a class without a name");
         return;

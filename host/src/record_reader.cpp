@@ -52,6 +52,10 @@ std::span<Record> RecordReader::table(const char* what, Record* records, std::ui
     if (records != nullptr && count == 0) {
         badRecord("a table of " + std::string(what) + ", but none counted");
     }
+    if (!isAligned(records)) {
+        badRecord("a table of " + std::string(what) + " at an address that is no multiple of 8");
+        return {};
+    }
     return {records, static_cast<std::size_t>(count)};
 }
 

@@ -14,6 +14,11 @@
 
 namespace zqm::host {
 
+// Whether a record, or a table of them, is where it can be read.
+inline bool isAligned(const void* record) {
+    return reinterpret_cast<std::uintptr_t>(record) % alignof(ClassRecord) == 0;
+}
+
 class RecordReader {
 public:
     // The record's name is not null; super may be.

@@ -4,6 +4,7 @@
 
 #include "zqmhost/zqmhost.h"
 
+#include <bit>
 #include <functional>
 #include <gmock/gmock.h>
 
@@ -48,6 +49,11 @@ struct Sample {
                        .sharedMethods = sharedMethods,
                        .sharedMethodCount = 1};
 };
+
+template <typename Record>
+Record* unaligned(Record* records) {
+    return std::bit_cast<Record*>(std::bit_cast<std::uintptr_t>(records) + 1);
+}
 
 struct Fault {
     const char* name;
@@ -107,6 +113,10 @@ INSTANTIATE_TEST_SUITE_P(
               "a table of constants"},
         Fault{"sharedWithoutTable", [](Sample& s) { s.record.sharedMethods = nullptr; }, kRecord,
               "1 shared methods counted"},
+        Fault{"unalignedTable", [](Sample& s) { s.record.methods = unaligned(s.methods); }, kRecord,
+              "a table of methods at an address that is no multiple of 8"},
+        Fault{"unalignedEvents", [](Sample& s) { s.record.events = unaligned(s.events); }, kRecord,
+              "a table of events at an address"},
         Fault{"propertyWithoutName", [](Sample& s) { s.properties[1].name = nullptr; }, kRecord,
               "property 1 has no name"},
         Fault{"propertyTwice", [](Sample& s) { s.properties[1].name = "ONE"; }, kRecord,
@@ -192,6 +202,14 @@ TEST_F(Registration, BeforeTheRevisionIsAnnouncedIsReported) {
     runtime.registerClass(sample.record);
     ASSERT_EQ(runtime.reports().size(), 1U);
     EXPECT_THAT(runtime.reports().front().text, HasSubstr("before \"RegisterPluginVersion\""));
+}
+
+TEST_F(Registration, OfARecordAtAnOddAddressIsReported) {
+    announce();
+    call<void>("PluginRegisterClass", static_cast<void*>(unaligned(&sample.record)));
+    ASSERT_EQ(runtime.reports().size(), 1U);
+    EXPECT_THAT(runtime.reports().front().text, HasSubstr("a record at an address that is no multiple of 8"));
+    EXPECT_THAT(runtime.classNames(), IsEmpty());
 }
 
 TEST_F(Registration, OfNothingIsReported) {
