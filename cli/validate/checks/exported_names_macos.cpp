@@ -1,0 +1,9 @@
+#include "cli/validate/checks/exported_names.h"
+
+namespace zqm::cli {
+
+std::optional<std::vector<std::string>> exportedNames(void* /*library*/) {
+    return std::nullopt;
+}
+
+} // namespace zqm::cli

@@ -1,0 +1,39 @@
+// What a host can't look at without a crash: where a class record points to.
+
+#pragma once
+
+#include "cli/validate/checks/memory_probe.h"
+#include "cli/validate/findings.h"
+#include "plugin/host_interface.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace zqm::cli {
+
+class RecordInspection {
+public:
+    explicit RecordInspection(Findings& findings) : findings_(&findings) {}
+
+    // Whether the host can read all of the record, and write what it has to write.
+    bool isReadable(void* record);
+
+private:
+    void fail(const std::string& what);
+    bool isText(const std::string& what, const char* text);
+    bool isCode(const std::string& what, const void* function);
+    template <typename Record>
+    bool isTable(const char* what, Record* records, std::uint64_t count);
+    bool isMember(const std::string& what, const PropertyRecord& record);
+    bool isMember(const std::string& what, const MethodRecord& record);
+    bool isMember(const std::string& what, EventRecord& record);
+    bool isMember(const std::string& what, const ConstantRecord& record);
+
+    Findings* findings_;
+    MemoryProbe probe_;
+    std::size_t number_ = 0; // of the record, from 1
+    std::string where_;
+};
+
+} // namespace zqm::cli
