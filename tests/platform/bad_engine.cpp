@@ -6,12 +6,22 @@
 #include <cstdlib>
 #include <poll.h>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <variant>
 
 namespace {
 
 using namespace zqm::protocol;
+
+// The first descriptor that comes with a message, as nothing takes it out of that.
+constexpr int kPassed = kEngineSocket + 1;
+
+bool isFileBegun() {
+    struct stat status {};
+    return ::fstat(kPassed, &status) == 0 && S_ISREG(status.st_mode) &&
+           (status.st_size != 0 || ::lseek(kPassed, 0, SEEK_CUR) != 0);
+}
 
 class BadEngine {
 public:
@@ -92,6 +102,13 @@ private:
         if (fault_ == "die on request") {
             ::_exit(1);
         }
+        if (fault_ == "die in a file" && ++requests_ == 2) {
+            ::_exit(::write(kPassed, "RIFF", 4) == 4 ? 1 : 2);
+        }
+        if (isFileBegun()) {
+            say(encode(Started{utterance, "somebody has begun the file"}));
+            return;
+        }
         if (fault_ == "garbage on request") {
             say("{\"type\":\n");
             return;
@@ -106,7 +123,7 @@ private:
         }
         say(encode(Started{utterance, ""}) + encode(Word{utterance, 0, 5}));
         misbehaveAmidSpeech(utterance);
-        if (fault_.empty() || fault_ == "stubborn") {
+        if (fault_.empty() || fault_ == "stubborn" || fault_ == "die in a file") {
             say(encode(Finished{utterance, true, ""}));
         }
     }
@@ -153,6 +170,7 @@ private:
     }
 
     std::string fault_;
+    int requests_ = 0;
     Channel channel_;
 };
 

@@ -72,6 +72,19 @@ INSTANTIATE_TEST_SUITE_P(All, FaultAtTheStart,
                          testing::Values("close at once", "die on request", "garbage on request", "refuse",
                                          "finish a future utterance", "mute"));
 
+// The next engine is given the same file, which holds nothing by then.
+TEST_F(EngineFault, AFileThatAnEngineHadBegunIsBegunAnew) {
+    Speaker speaker;
+    {
+        const ScopedEnvironment fault("ZQM_BAD_ENGINE", "die in a file");
+        ASSERT_TRUE([speaker.synthesizer startSpeakingString:@"Hello world"]);
+        ASSERT_TRUE(speaker.runToEnd());
+    }
+    ASSERT_TRUE(speaker.say("Hello world", path("a.wav")));
+    ASSERT_TRUE(speaker.runToEnd(2));
+    EXPECT_TRUE(speaker.heard.finished.back());
+}
+
 TEST_F(EngineFault, AnEngineThatReadsNothingIsGivenUp) {
     Speaker speaker;
     const ScopedEnvironment fault("ZQM_BAD_ENGINE", "deaf");
