@@ -1,0 +1,39 @@
+// The states in which engines are killed.
+
+#pragma once
+
+#include "tests/endurance/kill_scene.h"
+
+#include <map>
+#include <span>
+#include <string_view>
+
+namespace zqm::endurance {
+
+// What the host program saw of one.
+enum class Sight {
+    Nothing,   // nothing was due, and nothing came
+    Served,    // what it asked for, by the next engine
+    Refused,   // false or nil, at once
+    EndFalse,  // the speech ended with false
+    EndTrue,   // the speech ended with true: it was complete
+    NotKilled, // the moment was over before the kill; nothing is counted
+};
+inline constexpr std::size_t kSights = 5; // those that are counted
+
+using Sights = std::map<Sight, std::size_t>;
+
+struct KillState {
+    std::string_view name;
+    std::size_t share; // of all kills, in thousandths
+    // Kills once, or several times, and checks. Throws std::runtime_error with what is wrong.
+    Sights (*run)(KillScene& scene);
+};
+
+std::span<const KillState> killStates();
+
+// In a process of its own, which asks for its voices for the first time: kills the engines that are asked
+// until one has answered, and prints how many requests were refused and served. An exit code.
+int killAskedForVoices(const std::string& plugin, std::uint64_t seed);
+
+} // namespace zqm::endurance
