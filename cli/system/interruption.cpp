@@ -57,6 +57,7 @@ Interruption::~Interruption() {
     for (std::size_t index = 0; index < kWatched.size(); ++index) {
         sigaction(kWatched[index].signalNumber, &earlier[index], nullptr);
     }
+    received = 0;
 }
 
 int Interruption::signalNumber() {

@@ -6,7 +6,9 @@
 #include "cli/command_line/option_rules.h"
 
 #include <algorithm>
+#include <charconv>
 #include <sstream>
+#include <system_error>
 #include <utility>
 
 namespace zqm::cli {
@@ -40,7 +42,8 @@ std::vector<const Check*> checksNamed(const std::string& names) {
 
 std::uint64_t seedOf(const std::string& text) {
     std::uint64_t seed = 0;
-    if (!CLI::detail::lexical_cast(text, seed) || text.find_first_not_of("0123456789") != std::string::npos) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+    if (error != std::errc() || end != text.data() + text.size()) {
         throw UsageError("--seed: " + text + " is not a whole number from 0 to 18446744073709551615");
     }
     return seed;

@@ -1,0 +1,167 @@
+// Class records that point to what can't be read: told, and never read.
+
+#include "cli/validate/checks/record_inspection.h"
+#include "cli/validate/supervision.h"
+
+#include "cli/validate/checks/member_names.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <string>
+#include <vector>
+
+namespace zqm::cli {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+void nothing(REALobject) {}
+bool flag(REALobject, std::int64_t) {
+    return true;
+}
+
+template <typename Pointer>
+Pointer nowhere() {
+    return std::bit_cast<Pointer>(std::uintptr_t{0x10});
+}
+
+const EventRecord kConstantEvents[] = {{.declaration = "began"}};
+
+struct Sample {
+    PropertyRecord properties[2] = {{.name = "One", .type = "Boolean", .getter = flag},
+                                    {.name = "Two", .type = "Boolean", .getter = flag}};
+    MethodRecord methods[1] = {{.function = nothing, .declaration = "First"}};
+    EventRecord events[1] = {{.declaration = "began"}};
+    ConstantRecord constants[1] = {{.declaration = "A=1"}};
+    ClassRecord record{.version = 13,
+                       .name = "Sample",
+                       .dataSize = 16,
+                       .constructor = nothing,
+                       .destructor = nothing,
+                       .properties = properties,
+                       .propertyCount = 2,
+                       .methods = methods,
+                       .methodCount = 1,
+                       .events = events,
+                       .eventCount = 1,
+                       .constants = constants,
+                       .constantCount = 1};
+};
+
+// The failures, in a process of its own as it is for plugins.
+std::vector<std::string> failuresOf(const std::function<void(Findings&)>& work) {
+    std::vector<std::string> failures;
+    supervise(work, {.limit = Findings::Seconds(60),
+                     .isSeparate = true,
+                     .found = [&](const Finding& finding) { failures.push_back(finding.text); }});
+    return failures;
+}
+
+std::vector<std::string> failuresOf(void (*damage)(Sample&)) {
+    return failuresOf([damage](Findings& findings) {
+        Sample sample;
+        damage(sample);
+        RecordInspection inspection(findings);
+        if (inspection.isReadable(&sample.record)) {
+            findings.warn("readable");
+        }
+    });
+}
+
+TEST(RecordInspection, OfAGoodRecord) {
+    EXPECT_THAT(failuresOf([](Sample&) {}), ElementsAre("readable"));
+}
+
+TEST(RecordInspection, LeavesToTheHostWhatItTells) {
+    EXPECT_THAT(failuresOf([](Sample& s) { s.record.name = nullptr; }), ElementsAre("readable"));
+    EXPECT_THAT(failuresOf([](Sample& s) { s.record.methods = nullptr; }), ElementsAre("readable"));
+    EXPECT_THAT(failuresOf([](Sample& s) { s.properties[0].name = nullptr; }), ElementsAre("readable"));
+    EXPECT_THAT(failuresOf([](Findings& findings) {
+                    EXPECT_TRUE(RecordInspection(findings).isReadable(nullptr));
+                    EXPECT_TRUE(
+                        RecordInspection(findings).isReadable(std::bit_cast<void*>(std::uintptr_t{1})));
+                }),
+                IsEmpty());
+}
+
+TEST(RecordInspection, OfARecordThatIsNowhere) {
+    EXPECT_THAT(failuresOf([](Findings& findings) {
+                    EXPECT_FALSE(RecordInspection(findings).isReadable(nowhere<void*>()));
+                }),
+                ElementsAre("class record 1: it can't be read"));
+}
+
+TEST(RecordInspection, OfTextsThatAreNowhere) {
+    EXPECT_THAT(failuresOf([](Sample& s) { s.record.name = nowhere<const char*>(); }),
+                ElementsAre("class record 1: its name can't be read"));
+    EXPECT_THAT(failuresOf([](Sample& s) {
+                    s.record.superName = nowhere<const char*>();
+                    s.properties[1].type = nowhere<const char*>();
+                    s.methods[0].declaration = nowhere<const char*>();
+                    s.events[0].declaration = nowhere<const char*>();
+                    s.constants[0].declaration = nowhere<const char*>();
+                }),
+                ElementsAre("class \"Sample\": its superclass can't be read",
+                            "class \"Sample\": property 1's type can't be read",
+                            "class \"Sample\": method 0's declaration can't be read",
+                            "class \"Sample\": event 0's declaration can't be read",
+                            "class \"Sample\": constant 0's declaration can't be read"));
+}
+
+TEST(RecordInspection, OfTablesThatAreNowhereOrCutOff) {
+    EXPECT_THAT(failuresOf([](Sample& s) { s.record.constants = nowhere<const ConstantRecord*>(); }),
+                ElementsAre("class \"Sample\": constant: 1 counted, but only 0 can be read"));
+    EXPECT_THAT(failuresOf([](Sample& s) { s.record.methodCount = 1000000; }),
+                ElementsAre("class \"Sample\": method: 1000000 counted, more than any class has"));
+}
+
+TEST(RecordInspection, OfFunctionsThatAreNone) {
+    EXPECT_THAT(failuresOf([](Sample& s) {
+                    s.record.constructor = nowhere<void (*)(REALobject)>();
+                    s.methods[0].function = nowhere<void (*)(REALobject)>();
+                    s.properties[0].getter = nowhere<bool (*)(REALobject, std::int64_t)>();
+                }),
+                ElementsAre("class \"Sample\": its constructor is no function of a library",
+                            "class \"Sample\": property 0's getter is no function of a library",
+                            "class \"Sample\": method 0's function is no function of a library"));
+}
+
+TEST(RecordInspection, OfEventsThatTheHostCantWrite) {
+    EXPECT_THAT(failuresOf([](Sample& s) { s.record.events = const_cast<EventRecord*>(kConstantEvents); }),
+                ElementsAre("class \"Sample\": event 0 can't be written to, as hosts do"));
+}
+
+TEST(MemberNames, ThatHostCodeCanTellApartAreGood) {
+    EXPECT_THAT(failuresOf([](Findings& findings) {
+                    checkMemberNames(
+                        {.name = "Sample",
+                         .methods = {{.name = "f"}, {.name = "F", .parameters = {{"a", {"Integer"}}}}},
+                         .properties = {{.name = "gr\xc3\xb6\xc3\x9f_2", .type = {"Integer"}}}},
+                        findings);
+                }),
+                IsEmpty());
+}
+
+TEST(MemberNames, ThatItCantAreTold) {
+    EXPECT_THAT(failuresOf([](Findings& findings) {
+                    checkMemberNames(
+                        {.name = "Sample",
+                         .methods = {{.name = "Rate", .parameters = {{"a", {"Integer"}}, {"A", {"String"}}}}},
+                         .properties = {{.name = "rate", .type = {"Integer"}},
+                                        {.name = "two words", .type = {"Integer"}},
+                                        {.name = "sink", .type = {"Integer"}, .isReadable = false}},
+                         .constants = {{.name = "1st", .value = "1"}}},
+                        findings);
+                }),
+                ElementsAre("class \"Sample\": \"Rate\" has two parameters \"A\"",
+                            "class \"Sample\": \"rate\" is a method and a property",
+                            "class \"Sample\": host code can't write the name of the property \"two words\"",
+                            "class \"Sample\": property \"sink\" can be set, but not read",
+                            "class \"Sample\": host code can't write the name of the constant \"1st\""));
+}
+
+} // namespace
+} // namespace zqm::cli

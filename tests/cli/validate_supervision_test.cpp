@@ -1,0 +1,305 @@
+// Work in processes of its own that ends well, badly, or not at all.
+
+#include "cli/validate/supervision.h"
+
+#include "cli/system/interruption.h"
+#include "cli/validate/validation.h"
+#include "tests/support/process_table.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+namespace zqm::cli {
+
+void PrintTo(const Finding& finding, std::ostream* out) {
+    *out << nameOf(finding.verdict) << ": " << finding.text;
+}
+
+namespace {
+
+using support::isAlive;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+
+constexpr Findings::Seconds kAmple{60};
+constexpr Findings::Seconds kShort{0.2};
+
+[[noreturn]] void hang() {
+    while (true) {
+        pause();
+    }
+}
+
+// Sanitizers would take the signal for a report of their own.
+[[noreturn]] void crash(int number) {
+    std::raise(number);
+    std::abort();
+}
+
+struct Supervised {
+    std::vector<Finding> findings;
+    SupervisedEnd end;
+};
+
+Supervised supervised(const std::function<void(Findings&)>& work, Findings::Seconds limit = kAmple) {
+    Supervised result;
+    result.end = supervise(work, {.limit = limit, .isSeparate = true, .found = [&](const Finding& finding) {
+                                      result.findings.push_back(finding);
+                                  }});
+    return result;
+}
+
+// Waits, since whoever is killed may be seen for a while.
+bool hasGone(pid_t process) {
+    for (int round = 0; round < 1000 && isAlive(process); ++round) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return !isAlive(process);
+}
+
+TEST(Supervision, WorkThatFindsNothing) {
+    const Supervised result = supervised([](Findings&) {});
+    EXPECT_THAT(result.findings, IsEmpty());
+    EXPECT_EQ(result.end.output, "");
+    EXPECT_FALSE(result.end.isInterrupted);
+}
+
+TEST(Supervision, FindingsComeInOrder) {
+    const std::string longText(200000, 'x');
+    const Supervised result = supervised([&](Findings& findings) {
+        findings.pass("good");
+        findings.warn("odd");
+        findings.fail("");
+        findings.skip(longText);
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Pass, "good"}, Finding{Verdict::Warning, "odd"},
+                                             Finding{Verdict::Fail, ""}, Finding{Verdict::Skip, longText}));
+}
+
+TEST(Supervision, WhatIsThrownIsAFailure) {
+    const Supervised result = supervised([](Findings&) { throw std::runtime_error("thrown"); });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "thrown"}));
+}
+
+TEST(Supervision, ACrashIsToldWithItsSignalAndStep) {
+    const Supervised result = supervised([](Findings& findings) {
+        findings.warn("before");
+        findings.at("one");
+        findings.at("two");
+        crash(SIGSEGV);
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Warning, "before"},
+                                             Finding{Verdict::Crash, "SIGSEGV, at: two"}));
+    EXPECT_THAT(supervised([](Findings&) { crash(SIGABRT); }).findings,
+                ElementsAre(Finding{Verdict::Crash, "SIGABRT"}));
+}
+
+TEST(Supervision, SignalsThatTheCommandIgnoresEndTheWork) {
+    const auto earlier = std::signal(SIGPIPE, SIG_IGN);
+    const Supervised result = supervised([](Findings&) { std::raise(SIGPIPE); });
+    std::signal(SIGPIPE, earlier);
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Crash, "SIGPIPE"}));
+}
+
+TEST(Supervision, AnExitIsNoEndOfWork) {
+    EXPECT_THAT(supervised([](Findings& findings) {
+                    findings.at("leaving");
+                    _exit(3);
+                }).findings,
+                ElementsAre(Finding{Verdict::Fail, "ended the program with exit code 3, at: leaving"}));
+    EXPECT_THAT(supervised([](Findings&) { _exit(0); }).findings,
+                ElementsAre(Finding{Verdict::Fail, "ended the program with exit code 0"}));
+}
+
+TEST(Supervision, WorkThatClosesEveryDescriptorIsNotTakenForGood) {
+    const Supervised result = supervised([](Findings&) {
+        for (int descriptor = 0; descriptor < 256; ++descriptor) {
+            close(descriptor);
+        }
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "ended the program with exit code 1"}));
+}
+
+TEST(Supervision, AHangIsEndedAtTheLimit) {
+    const Supervised result = supervised(
+        [](Findings& findings) {
+            findings.pass(std::to_string(getpid()));
+            findings.at("waiting");
+            hang();
+        },
+        kShort);
+    ASSERT_EQ(result.findings.size(), 2U);
+    EXPECT_EQ(result.findings[1], (Finding{Verdict::Fail, "exceeded 0.2 s, at: waiting"}));
+    EXPECT_FALSE(isAlive(std::stoi(result.findings[0].text)));
+}
+
+TEST(Supervision, AStoppedProcessIsAHang) {
+    EXPECT_THAT(supervised([](Findings&) { std::raise(SIGSTOP); }, kShort).findings,
+                ElementsAre(Finding{Verdict::Fail, "exceeded 0.2 s"}));
+}
+
+// More than a pipe holds.
+TEST(Supervision, OfMuchOutputTheEndIsKept) {
+    const Supervised result = supervised([](Findings& findings) {
+        for (int line = 0; line < 100000; ++line) {
+            std::printf("line %d\n", line);
+        }
+        std::fflush(stdout);
+        std::fputs("the last of errors\n", stderr);
+        findings.fail("told");
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "told"}));
+    EXPECT_THAT(result.end.output, EndsWith("line 99999\nthe last of errors\n"));
+    EXPECT_LE(result.end.output.size(), 4096U);
+}
+
+TEST(Supervision, WhatWorkLeavesRunningIsEndedAndNotWaitedFor) {
+    for (const bool crashes : {false, true}) {
+        const Supervised result = supervised([crashes](Findings& findings) {
+            const pid_t child = fork(); // it holds the pipes
+            if (child == 0) {
+                hang();
+            }
+            findings.pass(std::to_string(child));
+            if (crashes) {
+                crash(SIGKILL);
+            }
+        });
+        ASSERT_EQ(result.findings.size(), crashes ? 2U : 1U);
+        EXPECT_TRUE(hasGone(std::stoi(result.findings[0].text)));
+    }
+}
+
+TEST(Supervision, OfWorkThatForksOneGoesOn) {
+    const Supervised result = supervised([](Findings& findings) {
+        const pid_t child = fork();
+        findings.pass(child == 0 ? "the child" : "the parent");
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Pass, "the parent"}));
+}
+
+TEST(Supervision, APartOfItsOwnMayCrashAndHang) {
+    const Supervised result = supervised(
+        [](Findings& findings) {
+            const Verdict first = findings.apart("first", [](Findings& inner) {
+                inner.at("deep");
+                crash(SIGABRT);
+            });
+            findings.apart("second", [](Findings&) { hang(); });
+            findings.apart("third", [](Findings&) { hang(); });
+            const Verdict last = findings.apart("last", [](Findings& inner) { inner.warn("odd"); });
+            findings.pass(std::string(nameOf(first)) + " " + nameOf(last));
+            crash(SIGTERM);
+        },
+        kShort);
+    EXPECT_THAT(result.findings,
+                ElementsAre(Finding{Verdict::Crash, "first: SIGABRT, at: deep"},
+                            Finding{Verdict::Fail, "second: exceeded 0.2 s"},
+                            Finding{Verdict::Fail, "third: exceeded 0.2 s"},
+                            Finding{Verdict::Warning, "last: odd"}, Finding{Verdict::Pass, "crash warning"},
+                            Finding{Verdict::Crash, "SIGTERM, at: last"}));
+}
+
+TEST(Supervision, AnInterruptionEndsTheWorkAndItsParts) {
+    const Interruption interruption;
+    std::vector<pid_t> processes;
+    const auto note = [&](const Finding& finding) {
+        processes.push_back(std::stoi(finding.text.substr(finding.text.rfind(' ') + 1)));
+        if (processes.size() == 2) {
+            std::raise(SIGINT);
+        }
+    };
+    const SupervisedEnd end = supervise(
+        [](Findings& findings) {
+            findings.pass("process " + std::to_string(getpid()));
+            findings.apart("part", [](Findings& inner) {
+                inner.pass(std::to_string(getpid()));
+                hang();
+            });
+        },
+        {.limit = kAmple, .isSeparate = true, .found = note});
+    EXPECT_TRUE(end.isInterrupted);
+    ASSERT_EQ(processes.size(), 2U);
+    EXPECT_TRUE(hasGone(processes[0]));
+    EXPECT_TRUE(hasGone(processes[1]));
+}
+
+CheckResult resultOf(void (*run)(const Subject&, Findings&), Findings::Seconds limit = kAmple) {
+    return runCheck({.name = "sample", .summary = "does", .run = run}, {.library = "lib.so", .seed = 7},
+                    limit)
+        .result;
+}
+
+TEST(CheckResults, TheWorstFindingCounts) {
+    EXPECT_EQ(resultOf([](const Subject&, Findings&) {}).verdict, Verdict::Pass);
+    EXPECT_EQ(resultOf([](const Subject&, Findings& findings) { findings.skip("no reason"); }).verdict,
+              Verdict::Skip);
+    EXPECT_EQ(resultOf([](const Subject&, Findings& findings) {
+                  findings.fail("bad");
+                  findings.warn("odd");
+              }).verdict,
+              Verdict::Fail);
+    EXPECT_EQ(resultOf([](const Subject&, Findings& findings) {
+                  findings.fail("bad");
+                  crash(SIGBUS);
+              }).verdict,
+              Verdict::Crash);
+}
+
+TEST(CheckResults, TheSubjectReachesTheCheck) {
+    const CheckResult result = resultOf([](const Subject& subject, Findings& findings) {
+        findings.pass(subject.library + std::to_string(subject.seed));
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Pass, "lib.so7"}));
+    EXPECT_EQ(result.check, "sample");
+    EXPECT_EQ(result.summary, "does");
+}
+
+TEST(CheckResults, OutputIsToldOfFailuresOnly) {
+    EXPECT_EQ(resultOf([](const Subject&, Findings&) { std::puts("said"); }).output, "");
+    EXPECT_EQ(resultOf([](const Subject&, Findings& findings) {
+                  std::puts("said");
+                  findings.fail("bad");
+              }).output,
+              "said\n");
+}
+
+TEST(CheckResults, OfVeryManyFindingsTheFirstAreKeptAndTheWorst) {
+    const CheckResult result = resultOf([](const Subject&, Findings& findings) {
+        for (int number = 0; number < 5000; ++number) {
+            findings.warn("odd");
+        }
+        crash(SIGSEGV);
+    });
+    ASSERT_EQ(result.findings.size(), 102U);
+    EXPECT_EQ(result.findings[100], (Finding{Verdict::Crash, "SIGSEGV"}));
+    EXPECT_EQ(result.findings[101].text, "4900 more like these");
+    EXPECT_EQ(result.verdict, Verdict::Crash);
+}
+
+TEST(CheckResults, ACheckIsSkippedWithoutTheSuccessOfWhatItNeeds) {
+    const Check check{.name = "later", .summary = "", .run = nullptr, .needs = "first"};
+    EXPECT_EQ(causeToSkip(check, {}), "");
+    EXPECT_EQ(causeToSkip(check, {{.check = "first", .summary = "", .verdict = Verdict::Warning}}), "");
+    EXPECT_EQ(causeToSkip(check, {{.check = "other", .summary = "", .verdict = Verdict::Fail}}), "");
+    for (const Verdict verdict : {Verdict::Skip, Verdict::Fail, Verdict::Crash}) {
+        EXPECT_EQ(causeToSkip(check, {{.check = "first", .summary = "", .verdict = verdict}}),
+                  "without success of first");
+    }
+}
+
+} // namespace
+} // namespace zqm::cli
