@@ -9,21 +9,17 @@ std::span<const Check> checks() {
     static constexpr std::array kChecks{
         Check{
             .name = "load", .summary = "can be loaded, with all the symbols that it needs", .run = checkLoad},
+        Check{.name = "start",
+              .summary = "announces its revision and registers its classes, in less than a second",
+              .run = checkStart,
+              .needs = "load"},
         Check{.name = "exports",
               .summary = "exports its entry function and nothing else",
               .run = checkExports,
-              .needs = "load"},
+              .needs = "start"},
         Check{.name = "records",
               .summary = "registers class records whose tables, names and declarations are good",
               .run = checkRecords,
-              .needs = "load"},
-        Check{.name = "start",
-              .summary = "announces its revision and registers its classes",
-              .run = checkStart,
-              .needs = "load"},
-        Check{.name = "start-time",
-              .summary = "registers in less than a second",
-              .run = checkStartTime,
               .needs = "start"},
         Check{.name = "versions",
               .summary = "announces to every version of hosts what it understands, and works there",
@@ -32,7 +28,7 @@ std::span<const Check> checks() {
         Check{.name = "restart",
               .summary = "registers the same classes when it is started again",
               .run = checkRestart,
-              .needs = "start"},
+              .needs = "records"},
     };
     return kChecks;
 }

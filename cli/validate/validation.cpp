@@ -52,7 +52,7 @@ std::string causeToSkip(const Check& check, const std::vector<CheckResult>& earl
         // What was skipped itself because of another's failure says as little.
         if (result.check == check.needs &&
             (result.verdict >= Verdict::Fail || result.verdict == Verdict::Skip)) {
-            return "without success of " + std::string(check.needs);
+            return std::string(check.needs) + " has not passed";
         }
     }
     return {};

@@ -297,7 +297,7 @@ TEST(CheckResults, ACheckIsSkippedWithoutTheSuccessOfWhatItNeeds) {
     EXPECT_EQ(causeToSkip(check, {{.check = "other", .summary = "", .verdict = Verdict::Fail}}), "");
     for (const Verdict verdict : {Verdict::Skip, Verdict::Fail, Verdict::Crash}) {
         EXPECT_EQ(causeToSkip(check, {{.check = "first", .summary = "", .verdict = verdict}}),
-                  "without success of first");
+                  "first has not passed");
     }
 }
 

@@ -7,10 +7,9 @@
 namespace zqm::cli {
 
 void checkLoad(const Subject& subject, Findings& findings);
+void checkStart(const Subject& subject, Findings& findings);
 void checkExports(const Subject& subject, Findings& findings);
 void checkRecords(const Subject& subject, Findings& findings);
-void checkStart(const Subject& subject, Findings& findings);
-void checkStartTime(const Subject& subject, Findings& findings);
 void checkVersions(const Subject& subject, Findings& findings);
 void checkRestart(const Subject& subject, Findings& findings);
 

@@ -15,8 +15,7 @@ bool isAligned(const void* record) {
 } // namespace
 
 bool RecordInspection::isReadable(void* record) {
-    where_ = "class record " + std::to_string(++number_);
-    findings_->at(where_);
+    at("class record " + std::to_string(++number_));
     // The host tells of these, and reads no further.
     if (record == nullptr || !isAligned(record)) {
         return true;
@@ -32,8 +31,7 @@ bool RecordInspection::isReadable(void* record) {
     if (type.name == nullptr || *type.name == '\0') {
         return true;
     }
-    where_ = std::string("class \"") + type.name + '"';
-    findings_->at(where_);
+    at(std::string("class \"") + type.name + '"');
     // All of them, so that each is told.
     bool isGood = isText("its superclass", type.superName);
     isGood &= isCode("its constructor", reinterpret_cast<const void*>(type.constructor));
@@ -48,7 +46,16 @@ bool RecordInspection::isReadable(void* record) {
 }
 
 void RecordInspection::fail(const std::string& what) {
-    findings_->fail(where_ + ": " + what);
+    if (findings_ != nullptr) {
+        findings_->fail(where_ + ": " + what);
+    }
+}
+
+void RecordInspection::at(const std::string& where) {
+    where_ = where;
+    if (findings_ != nullptr) {
+        findings_->at(where);
+    }
 }
 
 // A null one is the host's to judge.

@@ -14,6 +14,7 @@ namespace zqm::cli {
 
 class RecordInspection {
 public:
+    RecordInspection() = default; // tells nobody what it finds
     explicit RecordInspection(Findings& findings) : findings_(&findings) {}
 
     // Whether the host can read all of the record, and write what it has to write.
@@ -30,7 +31,9 @@ private:
     bool isMember(const std::string& what, EventRecord& record);
     bool isMember(const std::string& what, const ConstantRecord& record);
 
-    Findings* findings_;
+    void at(const std::string& where);
+
+    Findings* findings_ = nullptr;
     MemoryProbe probe_;
     std::size_t number_ = 0; // of the record, from 1
     std::string where_;
