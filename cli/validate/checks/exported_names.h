@@ -6,8 +6,14 @@
 
 namespace zqm::cli {
 
-// What a library exports that dlopen gave, but for what linkers add to every library; none: this system
-// doesn't tell.
-std::optional<std::vector<std::string>> exportedNames(void* library);
+struct ExportedName {
+    std::string name;
+    // Others may define it too, as they do the C++ library's templates: the loader then takes one for all.
+    bool isShared;
+};
+
+// What a library exports that dlopen gave, but for what linkers add to every library, by their names; none:
+// this system doesn't tell.
+std::optional<std::vector<ExportedName>> exportedNames(void* library);
 
 } // namespace zqm::cli

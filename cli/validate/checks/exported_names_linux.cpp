@@ -69,7 +69,7 @@ bool isExported(const ElfW(Sym) & symbol) {
 
 } // namespace
 
-std::optional<std::vector<std::string>> exportedNames(void* library) {
+std::optional<std::vector<ExportedName>> exportedNames(void* library) {
     link_map* map = nullptr;
     if (dlinfo(library, RTLD_DI_LINKMAP, &map) != 0) {
         return std::nullopt;
@@ -81,14 +81,14 @@ std::optional<std::vector<std::string>> exportedNames(void* library) {
     } else if (tables.hash != nullptr) {
         count = tables.hash[1];
     }
-    std::vector<std::string> names;
+    std::vector<ExportedName> names;
     for (std::size_t index = 0; index < count; ++index) {
         const std::string_view name = tables.names + tables.symbols[index].st_name;
         if (isExported(tables.symbols[index]) && std::ranges::find(kOfLinkers, name) == kOfLinkers.end()) {
-            names.emplace_back(name);
+            names.push_back({std::string(name), ELF64_ST_BIND(tables.symbols[index].st_info) != STB_GLOBAL});
         }
     }
-    std::ranges::sort(names);
+    std::ranges::sort(names, {}, &ExportedName::name);
     return names;
 }
 

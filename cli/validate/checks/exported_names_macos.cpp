@@ -2,7 +2,7 @@
 
 namespace zqm::cli {
 
-std::optional<std::vector<std::string>> exportedNames(void* /*library*/) {
+std::optional<std::vector<ExportedName>> exportedNames(void* /*library*/) {
     return std::nullopt;
 }
 

@@ -8,31 +8,38 @@
 namespace zqm::cli {
 namespace {
 
-constexpr std::size_t kMostNamed = 5;
+constexpr std::size_t kMostNamed = 3;
 
-// "a, b and 3 more"
-std::string listOf(const std::vector<std::string>& names) {
-    std::string list;
+// "it exports a, b and 3 more"
+std::string tellingOf(const std::vector<std::string>& names) {
+    std::string text = "it exports ";
     for (std::size_t index = 0; index < std::min(names.size(), kMostNamed); ++index) {
-        list += (index == 0 ? "" : ", ") + names[index];
+        text += (index == 0 ? "" : ", ") + names[index];
     }
-    return list + (names.size() > kMostNamed ? " and " + std::to_string(names.size() - kMostNamed) + " more"
-                                             : std::string());
+    return names.size() > kMostNamed ? text + " and " + std::to_string(names.size() - kMostNamed) + " more"
+                                     : text;
 }
 
 } // namespace
 
 void checkExports(const Subject& subject, Findings& findings) {
-    auto names = exportedNames(openPlugin(subject.library));
-    if (!names) {
+    const auto exported = exportedNames(openPlugin(subject.library));
+    if (!exported) {
         findings.skip("this system doesn't tell what a library exports");
         return;
     }
-    std::erase(*names, kEntryFunction);
-    // A host loads many plugins, and one of them may have the same name for another thing. That does harm
-    // only where the host lets them see each other's names.
-    if (!names->empty()) {
-        findings.warn(std::string("besides ") + kEntryFunction + " it exports " + listOf(*names));
+    std::vector<std::string> own;
+    std::vector<std::string> shared;
+    for (const ExportedName& name : *exported) {
+        if (name.name != kEntryFunction) {
+            (name.isShared ? shared : own).push_back(name.name);
+        }
+    }
+    if (!own.empty()) {
+        findings.fail(tellingOf(own) + ", which another plugin in the same program may call something else");
+    }
+    if (!shared.empty()) {
+        findings.warn(tellingOf(shared) + ", which the program and all its plugins then share");
     }
 }
 

@@ -1,0 +1,192 @@
+// `zqmspeech validate` as people run it. What each check refuses is told by tests/validate.
+
+#include "tests/cli/json_schema.h"
+#include "tests/cli/one_line.h"
+#include "tests/cli/zqmspeech.h"
+#include "tests/support/process_table.h"
+#include "tests/support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zqm::tests {
+namespace {
+
+namespace fs = std::filesystem;
+using support::ProcessResult;
+using support::TemporaryFolder;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string kBuild = fs::path(ZQMSPEECH_PROGRAM).parent_path().string();
+const std::string kStatic = "load,start,exports,records,versions,restart";
+
+ProcessResult validate(std::vector<std::string> arguments,
+                       const support::ProcessOptions& options = bareOptions()) {
+    arguments.insert(arguments.begin(), "validate");
+    return zqmspeech(arguments, options);
+}
+
+class OwnPlugin : public testing::TestWithParam<const char*> {};
+
+TEST_P(OwnPlugin, PassesAllChecks) {
+    const ProcessResult result = validate({"--seed", "1", GetParam()});
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output, Not(HasSubstr("fail ")));
+    EXPECT_THAT(result.output, Not(HasSubstr("crash ")));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OwnPlugin,
+                         testing::Values(ZQM_SPEECH_PLUGIN, ZQM_FOUNDATION_PLUGIN, ZQM_TIMER_PLUGIN),
+                         [](const auto& plugin) { return fs::path(plugin.param).stem().string(); });
+
+TEST(Validate, TellsEachCheckAndWhatCameOut) {
+    const ProcessResult result = validate({"--seed", "42", "--only", kStatic, kBuild + "/libZQMNSSpeech.so"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, StartsWith("pass     load "));
+    EXPECT_THAT(result.output, HasSubstr("\npass     start "));
+    EXPECT_THAT(result.output, EndsWith("\nlibZQMNSSpeech.so, seed 42: 6 pass\n"));
+}
+
+TEST(Validate, TheExitCodeTellsOfAFailure) {
+    const ProcessResult failed = validate({"--only", kStatic, ZQM_BROKEN_PLUGIN});
+    EXPECT_EQ(failed.exitCode, 3);
+    EXPECT_EQ(failed.errors, "");
+    EXPECT_THAT(failed.output, HasSubstr("\nfail     records "));
+    const ProcessResult crashed = validate({ZQM_CRASHING_PLUGIN});
+    EXPECT_EQ(crashed.exitCode, 3);
+    EXPECT_THAT(crashed.output, HasSubstr("\ncrash    start "));
+    EXPECT_THAT(crashed.output, HasSubstr(" SIGSEGV\n"));
+}
+
+TEST(Validate, WarningsAndSkippedChecksAreNoFailure) {
+    const ProcessResult result = validate({"--only", "records", ZQM_WIDGET_PLUGIN});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, StartsWith("warning  records "));
+    EXPECT_THAT(result.output, HasSubstr("\"Sink\" can be set, but not read\n"));
+}
+
+TEST(Validate, ChecksThatNeedAFailedOneAreSkipped) {
+    const ProcessResult result = validate({"--only", "start,exports,records,versions", ZQM_LEAVING_PLUGIN});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.output, HasSubstr(" ended the program with exit code 3\n"));
+    EXPECT_THAT(result.output, HasSubstr("\nskip     records "));
+    EXPECT_THAT(result.output, HasSubstr(" start has not passed\n"));
+    EXPECT_THAT(result.output, HasSubstr(": 1 fail, 3 skip\n"));
+}
+
+TEST(Validate, WhatIsNoLibraryFailsToLoad) {
+    const TemporaryFolder folder;
+    const std::string text = (folder / "text.so").string();
+    std::ofstream(text)
+        << "This is no library at all, but a text that is longer than any header of one is.\n";
+    for (const std::string& file : {text, folder.path().string(), std::string("/dev/null")}) {
+        const ProcessResult result = validate({file});
+        EXPECT_EQ(result.exitCode, 3) << file;
+        EXPECT_THAT(result.output, StartsWith("fail     load "));
+        EXPECT_THAT(result.output, HasSubstr(file + ": "));
+    }
+    const std::string cut = (folder / "cut.so").string();
+    fs::copy_file(ZQM_WIDGET_PLUGIN, cut);
+    fs::resize_file(cut, 5000);
+    EXPECT_EQ(validate({cut}).exitCode, 3);
+}
+
+TEST(Validate, TakesAFileOfTheFolderOneIsIn) {
+    support::ProcessOptions options = bareOptions();
+    options.folder = fs::path(ZQM_WIDGET_PLUGIN).parent_path();
+    EXPECT_EQ(validate({"--only", "load,start", "widget_plugin.so"}, options).exitCode, 0);
+}
+
+TEST(Validate, ListsItsChecks) {
+    const ProcessResult result = validate({"--list"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, StartsWith("load\tcan be loaded"));
+    EXPECT_THAT(result.output, HasSubstr("\nrestart\t"));
+}
+
+TEST(Validate, JsonIsAsTheSchemaSays) {
+    for (const char* const library : {ZQM_WIDGET_PLUGIN, ZQM_BROKEN_PLUGIN, ZQM_CRASHING_PLUGIN}) {
+        const ProcessResult result = validate({"--json", "--only", kStatic, library});
+        EXPECT_EQ(result.errors, "");
+        nlohmann::json document = nlohmann::json::parse(result.output);
+        EXPECT_EQ(schemaErrors(document.dump(), ZQM_VALIDATE_SCHEMA), "");
+        EXPECT_EQ(document["checks"].size(), 6U);
+        EXPECT_EQ(result.exitCode, document["verdict"] == "warning" || document["verdict"] == "pass" ? 0 : 3);
+        document["checks"][0]["verdict"] = "good";
+        EXPECT_THAT(schemaErrors(document.dump(), ZQM_VALIDATE_SCHEMA), HasSubstr("ValidationError"));
+    }
+}
+
+TEST(Validate, FitsTheTerminal) {
+    for (const unsigned short columns : std::initializer_list<unsigned short>{80, 200}) {
+        const Terminal terminal(columns);
+        const ProcessResult result =
+            support::runProcess("/bin/sh",
+                                {"-c", "exec \"$0\" validate --only load,start,records \"$1\" > \"$2\"",
+                                 ZQMSPEECH_PROGRAM, ZQM_BROKEN_PLUGIN, terminal.path()},
+                                bareOptions());
+        EXPECT_EQ(result.exitCode, 3);
+        std::istringstream written(terminal.written());
+        std::size_t longest = 0;
+        for (std::string line; std::getline(written, line);) {
+            longest = std::max(longest, line.size() - 1); // the terminal adds a carriage return
+        }
+        EXPECT_LE(longest, columns);
+        EXPECT_GT(longest, columns / 2U);
+    }
+}
+
+TEST(Validate, CtrlCEndsWhatItStarted) {
+    support::Process command(ZQMSPEECH_PROGRAM, {"validate", "--time-limit", "600", ZQM_HANGING_PLUGIN},
+                             bareOptions());
+    pid_t child = 0;
+    for (int round = 0; round < 6000 && child == 0; ++round) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        if (command.result().output.find("load") != std::string::npos) { // the next one hangs
+            const std::vector<pid_t> children = support::childrenOf(command.pid());
+            child = children.empty() ? 0 : children.front();
+        }
+    }
+    ASSERT_NE(child, 0);
+    command.signal(SIGINT);
+    ASSERT_TRUE(command.waitFor(std::chrono::seconds(60)));
+    EXPECT_EQ(command.result().exitCode, 130);
+    EXPECT_FALSE(support::isAlive(child));
+}
+
+TEST(ValidateFailure, OfWhatIsNotThere) {
+    expectOneLine(validate({"/nonexistent/plugin.so"}), 1, "there is no plugin /nonexistent/plugin.so");
+    expectOneLine(validate({"two\nlines"}), 1, "there is no plugin two?lines");
+}
+
+TEST(ValidateFailure, OfWrongUse) {
+    expectOneLine(validate({}), 2, "there is no library to validate");
+    expectOneLine(validate({"--only", "loads", "a.so"}), 2, "no check is called loads (near it: load)");
+}
+
+TEST(ValidateFailure, ADocumentThatCantBeWrittenIsSaid) {
+    const ProcessResult result = support::runProcess(
+        "/bin/sh",
+        {"-c", "exec \"$0\" validate --only load \"$1\" > /dev/full", ZQMSPEECH_PROGRAM, ZQM_WIDGET_PLUGIN},
+        bareOptions());
+    expectOneLine(result, 1, "can't write to standard output");
+}
+
+} // namespace
+} // namespace zqm::tests
