@@ -97,3 +97,13 @@ function(zqm_add_test_plugin name source)
   target_link_libraries(${name} PRIVATE zqm_warnings)
   set_target_properties(${name} PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests" PREFIX "")
 endfunction()
+
+# A test program that finds the platform library, and beside it another engine, in a folder of its own.
+function(zqm_use_library_of test folder)
+  file(MAKE_DIRECTORY "${folder}")
+  get_target_property(version zqmplatform SOVERSION)
+  set(library "libzqmplatform.so.${version}")
+  file(CREATE_LINK "${CMAKE_BINARY_DIR}/${library}" "${folder}/${library}" SYMBOLIC)
+  set_target_properties(${test} PROPERTIES SKIP_BUILD_RPATH ON)
+  target_link_options(${test} PRIVATE "LINKER:-rpath,${folder}")
+endfunction()

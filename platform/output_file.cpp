@@ -134,6 +134,12 @@ bool OutputFile::openBeside(const std::string& path, const std::optional<mode_t>
         error = std::strerror(errno);
         return false;
     }
+    description_.finalName = name;
+    mode_ = mode;
+    return openTemporary(error);
+}
+
+bool OutputFile::openTemporary(std::string& error) {
     // A file without a name leaves nothing behind, whatever becomes of its writers. The engine names it.
     std::string temporary = temporaryName();
     if (::access("/proc/self/fd", X_OK) == 0) {
@@ -152,11 +158,10 @@ bool OutputFile::openBeside(const std::string& path, const std::optional<mode_t>
         error = std::strerror(errno);
         return false;
     }
-    if (mode) {
-        ::fchmod(file_.get(), *mode);
+    if (mode_) {
+        ::fchmod(file_.get(), *mode_);
     }
     description_.temporaryName = temporary;
-    description_.finalName = name;
     return true;
 }
 
@@ -181,6 +186,15 @@ void OutputFile::discard() const {
     if (folder_) {
         ::unlinkat(folder_.get(), description_.temporaryName.c_str(), 0);
     }
+}
+
+bool OutputFile::renew(std::string& error) {
+    if (!folder_) {
+        return true;
+    }
+    discard();
+    file_.reset();
+    return openTemporary(error);
 }
 
 } // namespace zqm::platform

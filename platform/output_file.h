@@ -29,12 +29,19 @@ public:
     // Removes what was written so far, unless it is in place already.
     void discard() const;
 
+    // For another engine, when nobody knows what the one before has written or will yet: an empty file in the
+    // place of the one that it has. What is written in place stays as it is. False: there is none now, and
+    // `error` says why.
+    bool renew(std::string& error);
+
 private:
     OutputFile() = default;
     bool openInPlace(const std::string& path, mode_t type, std::string& error);
     bool openBeside(const std::string& path, const std::optional<mode_t>& mode, std::string& error);
+    bool openTemporary(std::string& error);
 
     protocol::Output description_;
+    std::optional<mode_t> mode_; // of the file that it replaces
     protocol::Descriptor file_;
     protocol::Descriptor folder_;
 };

@@ -39,7 +39,8 @@ std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<O
     bool begun = false;
     do {
         begun = openEngine(error) && begin(request, output, error);
-    } while (!begun && !engine_.isOpen() && std::exchange(isUsed, false));
+    } while (!begun && !engine_.isOpen() && std::exchange(isUsed, false) &&
+             (!output || output->renew(error)));
     if (!begun) {
         if (output) {
             output->discard();
