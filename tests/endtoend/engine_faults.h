@@ -45,13 +45,21 @@ struct FaultCase {
     [[nodiscard]] bool isBehind(const std::string& type) const;
 };
 
+enum class Garbage {
+    Once,     // each kind at one of the messages
+    OnDemand, // none, unless all is asked for
+};
+
 // At each of these messages: what cuts the conversation before and behind it, what doubles, delays or leaves
-// out the message unless the host would wait for it, and messages that are none in its place. Of the last
-// each kind comes once, and each at every message when the environment has ZQM_ALL_FAULTS.
-std::vector<FaultCase> faultCases(const std::vector<Place>& places);
+// out the message unless the host would wait for it, and garbage in its place. Of that each kind comes at
+// every message when the environment has ZQM_ALL_FAULTS.
+std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage garbage);
 
 // The same with engines that are new to the host and with some that have served before.
 std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases);
+
+// Every so manieth, unless all is asked for.
+std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step);
 
 std::string nameOf(const testing::TestParamInfo<FaultCase>& each);
 void PrintTo(const FaultCase& each, std::ostream* stream);
@@ -75,12 +83,13 @@ protected:
 
     FaultyRoad road;
     std::filesystem::path next = folder / "next.wav";
+    double seconds = 0; // of the short text
 
 private:
     void waitUntilNothingIsLeft();
 
-    double seconds_ = 0; // of the short text
     std::size_t descriptors_ = 0;
+    std::vector<pid_t> children_; // that are no engines
 };
 
 } // namespace zqm::endtoend

@@ -1,10 +1,14 @@
 // Engines that end, or whose conversation with the host is cut, garbled or delayed, at every message of it.
 
 #include "tests/endtoend/engine_faults.h"
+#include "tests/support/command_listener.h"
 #include "tests/support/fresh_process.h"
+#include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/spoken_phrases.h"
 
 #include <gmock/gmock.h>
+#include <memory>
 
 namespace zqm::endtoend {
 namespace {
@@ -19,14 +23,25 @@ using Lines = std::vector<std::string>;
 
 class WritingFaults : public EngineFaults, public testing::WithParamInterface<FaultCase> {
 protected:
+    virtual bool begin(Speaker& speaker) { return speaker.start(kShortText, file); }
+
+    // There is nothing to be written.
+    void beAloud() { isAloud_ = true; }
+
     // Of the start and all that follows.
     Lines start(Speaker& speaker) {
         return loggedByHost([&] {
-            if (speaker.start(kShortText, file)) {
+            if (begin(speaker)) {
                 ++starts_;
                 EXPECT_TRUE(speaker.waitForEnd());
             }
         });
+    }
+
+    void useEngine(Speaker& speaker) {
+        speaker.speak(kShortText, file);
+        std::filesystem::remove(file);
+        endsBefore_ = speaker.ends.size();
     }
 
     [[nodiscard]] std::vector<bool> endsOf(const Speaker& speaker) const {
@@ -52,7 +67,9 @@ protected:
         EXPECT_EQ(starts_, 1);
         EXPECT_THAT(endsOf(speaker), ElementsAre(true));
         EXPECT_THAT(log, IsEmpty());
-        expectWhole(file);
+        if (!isAloud_) {
+            expectWhole(file);
+        }
     }
 
     void expectConsistent(Speaker& speaker, const Lines& log) {
@@ -82,18 +99,16 @@ protected:
         expectWhole(next);
     }
 
-    std::size_t endsBefore_ = 0;
-
 private:
+    bool isAloud_ = false;
+    std::size_t endsBefore_ = 0;
     int starts_ = 0;
 };
 
 TEST_P(WritingFaults, AreToldAndOver) {
     Speaker speaker(runtime);
     if (GetParam().isUsed) {
-        speaker.speak(kShortText, file);
-        std::filesystem::remove(file);
-        endsBefore_ = speaker.ends.size();
+        useEngine(speaker);
     }
     plan(GetParam());
     const Lines log = start(speaker);
@@ -104,7 +119,260 @@ TEST_P(WritingFaults, AreToldAndOver) {
 INSTANTIATE_TEST_SUITE_P(All, WritingFaults,
                          ValuesIn(newAndUsed(faultCases({request("speak"), event("started"), event("phoneme"),
                                                          event("word"), event("phoneme", 2),
-                                                         event("finished")}))),
+                                                         event("finished")},
+                                                        Garbage::Once))),
+                         nameOf);
+
+// ---- the same with a dictionary of pronunciations, which each engine is told before it speaks
+
+class DictionaryFaults : public WritingFaults {
+protected:
+    void addDictionary(Speaker& speaker) {
+        host::Dictionary entry = runtime.dictionary();
+        entry.setValue(key("NSSpeechDictionaryEntrySpelling"), kShortText);
+        entry.setValue(key("NSSpeechDictionaryEntryPhonemes"), "lAAlAAlAAlAAlAAlAAlAAlAAlAAlAA");
+        host::Dictionary dictionary = runtime.dictionary();
+        dictionary.setValue(key("NSSpeechDictionaryLocaleIdentifier"), "en_US");
+        dictionary.setValue(key("NSSpeechDictionaryModificationDate"), "2026-01-01 00:00:00 +0000");
+        dictionary.setValue(key("NSSpeechDictionaryPronunciations"),
+                            runtime.array(host::ElementType::Object, {entry}));
+        dictionary.setValue(key("NSSpeechDictionaryAbbreviations"), runtime.array(host::ElementType::Object));
+        speaker.object.call("addSpeechDictionary", dictionary);
+    }
+
+private:
+    std::string key(const char* constant) { return runtime.callShared(kSynthesizer, constant).asText(); }
+};
+
+TEST_P(DictionaryFaults, LoseNothingOfIt) {
+    const double without = seconds;
+    {
+        Speaker speaker(runtime);
+        addDictionary(speaker);
+        speaker.speak(kShortText, next);
+        seconds = support::SoundFile(next).seconds();
+        ASSERT_GT(seconds, 2 * without);
+    }
+    Speaker speaker(runtime);
+    if (GetParam().isUsed) {
+        useEngine(speaker);
+    }
+    addDictionary(speaker);
+    plan(GetParam());
+    const Lines log = start(speaker);
+    expectConsistent(speaker, log);
+    expectNextWorks(speaker);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, DictionaryFaults,
+                         ValuesIn(newAndUsed(faultCases({request("lexicon")}, Garbage::OnDemand))), nameOf);
+
+// ---- the same aloud
+
+class AloudFaults : public WritingFaults {
+protected:
+    static void SetUpTestSuite() { server_ = std::make_unique<support::PulseServer>(); }
+    static void TearDownTestSuite() { server_.reset(); }
+
+    bool begin(Speaker& speaker) override {
+        return speaker.object.call("startSpeakingString", kShortText).asBool();
+    }
+
+private:
+    static std::unique_ptr<support::PulseServer> server_;
+    const support::ScopedPulseServer use_{*server_};
+};
+
+std::unique_ptr<support::PulseServer> AloudFaults::server_;
+
+TEST_P(AloudFaults, AreToldAndOver) {
+    beAloud();
+    Speaker speaker(runtime);
+    if (GetParam().isUsed) {
+        useEngine(speaker);
+    }
+    plan(GetParam());
+    const Lines log = start(speaker);
+    expectConsistent(speaker, log);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+    expectNextWorks(speaker);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, AloudFaults,
+                         ValuesIn(thinned(newAndUsed(faultCases({request("speak"), event("started"),
+                                                                 event("phoneme"), event("word"),
+                                                                 event("finished")},
+                                                                Garbage::OnDemand)),
+                                          3)),
+                         nameOf);
+
+// ---- pausing, changing, continuing and stopping a long text
+
+class SteeringFaults : public EngineFaults, public testing::WithParamInterface<FaultCase> {
+protected:
+    void steer(Speaker& speaker) {
+        const auto runUntil = [&](const std::function<bool()>& holds) {
+            EXPECT_TRUE(runtime.runUntil([&] { return !speaker.ends.empty() || road.isDone() || holds(); },
+                                         kDeadline));
+        };
+        ASSERT_TRUE(speaker.start(longText(), file));
+        EXPECT_TRUE(
+            runtime.runUntil([&] { return !speaker.ends.empty() || !speaker.words.empty(); }, kDeadline));
+        speaker.object.call("pauseSpeakingAtBoundary", 0);
+        runUntil([&] { return road.tells("< paused"); });
+        speaker.object.set("Rate", 200);
+        speaker.object.call("continueSpeaking");
+        runUntil([&] { return road.tells("< continued"); });
+        speaker.object.call("stopSpeaking");
+        EXPECT_FALSE(speaker.object.get("isSpeaking").asBool());
+        EXPECT_TRUE(speaker.waitForEnd());
+    }
+};
+
+TEST_P(SteeringFaults, EndTheSpeechAtMost) {
+    Speaker speaker(runtime);
+    plan(GetParam());
+    const Lines log = loggedByHost([&] { steer(speaker); });
+    EXPECT_THAT(speaker.ends, ElementsAre(false));
+    const auto why = ElementsAre(kEndedEarly + GetParam().fault.reason);
+    if (GetParam().fault.effect == Fault::Effect::Either) {
+        EXPECT_THAT(log, AnyOf(IsEmpty(), why));
+    } else if (GetParam().isLoss() && !GetParam().isBehind("finished")) {
+        EXPECT_THAT(log, why);
+    } else {
+        EXPECT_THAT(log, IsEmpty());
+        EXPECT_TRUE(std::filesystem::exists(file));
+    }
+    if (std::filesystem::exists(file)) {
+        EXPECT_NO_THROW(support::SoundFile{file});
+    }
+    speaker.object.set("Rate", speaker.object.get("Rate").asDouble());
+    const std::size_t ends = speaker.ends.size();
+    ASSERT_TRUE(speaker.start(kShortText, next));
+    EXPECT_TRUE(speaker.waitForEnd());
+    ASSERT_EQ(speaker.ends.size(), ends + 1);
+    EXPECT_TRUE(speaker.ends.back());
+    EXPECT_NO_THROW(support::SoundFile{next});
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SteeringFaults,
+                         ValuesIn(thinned(faultCases({request("pause"), request("adjust"),
+                                                      request("continue"), request("stop"), event("word"),
+                                                      event("paused"), event("continued"), event("finished")},
+                                                     Garbage::Once),
+                                          2)),
+                         nameOf);
+
+// ---- phonemes of a text
+
+class PhonemeFaults : public EngineFaults, public testing::WithParamInterface<FaultCase> {};
+
+TEST_P(PhonemeFaults, AreToldOrMadeUpFor) {
+    const auto ask = [](Speaker& speaker) { return speaker.object.call("phonemesFromText", kShortText); };
+    Speaker other(runtime);
+    const std::string wanted = ask(other).asText();
+    Speaker speaker(runtime);
+    if (GetParam().isUsed) {
+        ask(speaker);
+    }
+    plan(GetParam());
+    host::Value phonemes;
+    const Lines log = loggedByHost([&] { phonemes = ask(speaker); });
+    if (!GetParam().isLoss() || GetParam().isBehind("phonemes") || GetParam().isUsed) {
+        EXPECT_EQ(phonemes.asText(), wanted);
+        EXPECT_THAT(log, IsEmpty());
+    } else {
+        EXPECT_TRUE(phonemes.isNull());
+        EXPECT_THAT(log, ElementsAre("Phonemes can't be told: " + GetParam().fault.reason));
+    }
+    EXPECT_EQ(ask(speaker).asText(), wanted);
+    speaker.speak(kShortText, next);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, PhonemeFaults,
+    ValuesIn(newAndUsed(faultCases({request("phonemes"), event("phonemes")}, Garbage::OnDemand))), nameOf);
+
+// ---- the voices, which a process asks for once
+
+class VoiceFaults : public testing::TestWithParam<FaultCase> {};
+
+TEST_P(VoiceFaults, AreNotRemembered) {
+    support::inFreshProcess([] {
+        const FaultCase& fault = GetParam();
+        const FaultyRoad road;
+        host::Runtime runtime;
+        loadPlugin(runtime);
+        const auto count = [&] { return runtime.callShared(kSynthesizer, "availableVoicesCount").asSize(); };
+        road.plan(fault.place, fault.fault.action, fault.fault.bytes);
+        const std::size_t before = count();
+        EXPECT_TRUE(road.isDone());
+        EXPECT_EQ(before == 0, fault.isLoss() && !fault.isBehind("voices"));
+        EXPECT_GT(count(), 50U);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(All, VoiceFaults,
+                         ValuesIn(faultCases({request("voices"), event("voices")}, Garbage::OnDemand)),
+                         nameOf);
+
+// ---- listening to a file
+
+class ListeningFaults : public EngineFaults, public testing::WithParamInterface<FaultCase> {
+protected:
+    static void SetUpTestSuite() {
+        spoken_ = std::make_unique<support::TemporaryFolder>();
+        support::writeSpokenPhrases({"open the window", "stop the music"}, *spoken_ / "phrases.wav");
+    }
+    static void TearDownTestSuite() { spoken_.reset(); }
+
+    void SetUp() override {
+        EngineFaults::SetUp();
+        ZQMPlatformListenToFile((*spoken_ / "phrases.wav").c_str());
+    }
+    void TearDown() override {
+        ZQMPlatformListenToFile(nullptr);
+        EngineFaults::TearDown();
+    }
+
+    void listen(support::CommandListener& listener) {
+        const std::size_t ends = listener.timesEnded();
+        listener.start();
+        EXPECT_TRUE(runtime.runUntil([&] { return listener.timesEnded() > ends; }, kDeadline));
+        EXPECT_THAT(listener.commands(), ElementsAre("open the window", "stop the music"));
+        EXPECT_THAT(listener.failures(), IsEmpty());
+        listener.stop();
+        listener.forget();
+    }
+
+private:
+    static std::unique_ptr<support::TemporaryFolder> spoken_;
+};
+
+std::unique_ptr<support::TemporaryFolder> ListeningFaults::spoken_;
+
+TEST_P(ListeningFaults, LoseNothing) {
+    support::CommandListener listener(runtime, {"stop the music", "open the window"});
+    plan(GetParam());
+    const Lines log = loggedByHost([&] {
+        listen(listener);
+        EXPECT_TRUE(runtime.runUntil([&] { return road.isDone(); }, kDeadline));
+    });
+    if (GetParam().isLoss() && !GetParam().isBehind("endOfInput")) {
+        EXPECT_THAT(log, ElementsAre(GetParam().fault.reason + "; another one goes on listening"));
+    } else {
+        EXPECT_THAT(log, IsEmpty());
+    }
+    listen(listener);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ListeningFaults,
+                         ValuesIn(thinned(faultCases({request("commands"), request("listen"),
+                                                      event("commandsSet"), event("listening"),
+                                                      event("level"), event("heard"), event("heard", 1),
+                                                      event("endOfInput")},
+                                                     Garbage::OnDemand),
+                                          7)),
                          nameOf);
 
 } // namespace
