@@ -174,14 +174,6 @@ std::vector<Descriptor> OutputFile::descriptors() const {
     return copies;
 }
 
-void OutputFile::beginAnew() const {
-    if (folder_) {
-        // Of a new file neither can fail.
-        [[maybe_unused]] const int emptied = ::ftruncate(file_.get(), 0);
-        ::lseek(file_.get(), 0, SEEK_SET);
-    }
-}
-
 void OutputFile::discard() const {
     if (folder_) {
         ::unlinkat(folder_.get(), description_.temporaryName.c_str(), 0);

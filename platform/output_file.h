@@ -22,10 +22,6 @@ public:
     [[nodiscard]] const protocol::Output& description() const { return description_; }
     [[nodiscard]] std::vector<protocol::Descriptor> descriptors() const;
 
-    // Forgets what an engine has written that was lost before it said that it speaks. What went into a device
-    // or a pipe can't be taken back.
-    void beginAnew() const;
-
     // Removes what was written so far, unless it is in place already.
     void discard() const;
 

@@ -80,7 +80,6 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
                             .output = {}};
     std::vector<protocol::Descriptor> descriptors;
     if (output) {
-        output->beginAnew();
         message.output = output->description();
         descriptors = output->descriptors();
     }
