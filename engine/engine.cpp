@@ -73,12 +73,12 @@ protocol::Descriptor politeSignals() {
 
 } // namespace
 
-Engine::Engine(protocol::Descriptor socket)
-    : channel_(std::move(socket), protocol::kMaxRequestLine), signals_(politeSignals()), server_(loop_.api()),
-      listening_(
-          loop_, server_, hostOf(channel_.descriptor()),
-          [this] { return std::make_unique<Listener>(englishTranscriber(speaker_)); },
-          [this](const protocol::Event& event) { report(event); }) {
+Engine::Engine(protocol::Descriptor socket, const FilePlacer& placer)
+    : channel_(std::move(socket), protocol::kMaxRequestLine), placer_(placer), signals_(politeSignals()),
+      server_(loop_.api()), listening_(
+                                loop_, server_, hostOf(channel_.descriptor()),
+                                [this] { return std::make_unique<Listener>(englishTranscriber(speaker_)); },
+                                [this](const protocol::Event& event) { report(event); }) {
     loop_.watch(channel_.descriptor(), [this] { readRequests(); });
     if (signals_) {
         loop_.watch(signals_.get(), [this] { quit(kExitOk); });
@@ -190,7 +190,7 @@ void Engine::handle(protocol::Speak& request) {
     }
     std::unique_ptr<Output> output;
     if (request.output) {
-        output = std::make_unique<FileOutput>(loop_, std::move(*request.output), std::move(file),
+        output = std::make_unique<FileOutput>(loop_, placer_, std::move(*request.output), std::move(file),
                                               std::move(folder), speaker_.sampleRate());
     }
     const protocol::Voice* const voice = speaker_.findVoice(request.voice);

@@ -4,6 +4,7 @@
 
 #include "engine/event_loop.h"
 #include "engine/listening/listening.h"
+#include "engine/output/file_placer.h"
 #include "engine/protocol/channel.h"
 #include "engine/protocol/protocol.h"
 #include "engine/sound_server.h"
@@ -23,8 +24,8 @@ inline constexpr int kExitBadConversation = 3;
 
 class Engine {
 public:
-    // Throws std::runtime_error when espeak-ng can't be used.
-    explicit Engine(protocol::Descriptor socket);
+    // Throws std::runtime_error when espeak-ng can't be used. The placer outlives this.
+    Engine(protocol::Descriptor socket, const FilePlacer& placer);
 
     // Works until the host ends the conversation, or itself. Answers the exit code.
     int run();
@@ -56,6 +57,7 @@ private:
     void refuse(const char* reason);
 
     protocol::Channel channel_;
+    const FilePlacer& placer_;
     protocol::Descriptor signals_; // before the speaker: espeak-ng starts a thread, which inherits the mask
     EventLoop loop_;
     SoundServer server_;

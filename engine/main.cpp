@@ -1,10 +1,15 @@
+#include "engine/confinement/file_rules.h"
+#include "engine/confinement/landlock.h"
+#include "engine/confinement/system_calls.h"
 #include "engine/engine.h"
+#include "engine/output/file_placer.h"
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <fcntl.h>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 
@@ -14,8 +19,9 @@ constexpr const char* kHelp =
     "zqmspeech-engine speaks for a program that uses libzqmplatform, which starts it and talks to it over\n"
     "descriptor 3. It can't be used by hand: see the command zqmspeech.\n"
     "\n"
-    "  --version  print the version\n"
-    "  --help     print this\n";
+    "  --version      print the version\n"
+    "  --confinement  print what the kernel keeps an engine from\n"
+    "  --help         print this\n";
 
 bool isStreamSocket(int descriptor) {
     int family = 0;
@@ -30,6 +36,18 @@ int print(const char* text) {
                                                                      : zqm::engine::kExitFailure;
 }
 
+// By doing to itself what is done to an engine.
+int printConfinement() {
+    const int landlock = zqm::engine::restrictFiles(zqm::engine::fileRules());
+    const bool seccomp = zqm::engine::restrictSystemCalls(zqm::engine::Work::Speech);
+    const std::string files = landlock > 0 ? "reads its data alone, writes what it is given (Landlock " +
+                                                 std::to_string(landlock) + ")"
+                                           : "not confined: this kernel has no Landlock";
+    const std::string calls =
+        seccomp ? "those that it needs (seccomp)" : "not confined: this kernel has no seccomp";
+    return print(("files:         " + files + "\nsystem calls:  " + calls + "\n").c_str());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -37,6 +55,9 @@ int main(int argc, char** argv) {
     using zqm::protocol::kEngineSocket;
     if (argc == 2 && std::string_view(argv[1]) == "--version") {
         return print("zqmspeech-engine " ZQM_VERSION "\n");
+    }
+    if (argc == 2 && std::string_view(argv[1]) == "--confinement") {
+        return printConfinement();
     }
     if (argc == 2 && std::string_view(argv[1]) == "--help") {
         return print(kHelp);
@@ -53,7 +74,12 @@ int main(int argc, char** argv) {
     ::setenv("PULSE_LOG_SYSLOG", "1", 0);
     ::fcntl(kEngineSocket, F_SETFD, FD_CLOEXEC);
     try {
-        return zqm::engine::Engine(Descriptor(kEngineSocket)).run();
+        // In this order: what is begun before a confinement is outside of it, and espeak-ng begins a thread.
+        const zqm::engine::FilePlacer placer;
+        zqm::engine::restrictFiles(zqm::engine::fileRules());
+        zqm::engine::Engine engine(Descriptor(kEngineSocket), placer);
+        zqm::engine::restrictSystemCalls(zqm::engine::Work::Speech);
+        return engine.run();
     } catch (const std::exception& error) {
         static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", error.what()));
         return zqm::engine::kExitFailure;

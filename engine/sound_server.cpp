@@ -1,6 +1,8 @@
 #include "engine/sound_server.h"
 
+#include <algorithm>
 #include <pulse/timeval.h>
+#include <string_view>
 #include <utility>
 
 namespace zqm::engine {
@@ -19,7 +21,9 @@ pa_context* SoundServer::acquire() {
     }
     if (context_ == nullptr) {
         context_ = pa_context_new(api_, "zqmspeech");
-        if (context_ != nullptr && pa_context_connect(context_, nullptr, PA_CONTEXT_NOFLAGS, nullptr) < 0) {
+        // An engine starts no program.
+        if (context_ != nullptr &&
+            pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
             disconnect();
         }
     }
@@ -43,6 +47,19 @@ void SoundServer::release() {
             }
         },
         this);
+}
+
+// The address that was tried last may begin with the name of the machine that it is for.
+std::string SoundServer::absence() const {
+    const char* const tried = context_ != nullptr ? pa_context_get_server(context_) : nullptr;
+    std::string_view address = tried != nullptr ? tried : "";
+    if (address.starts_with('{')) {
+        address.remove_prefix(std::min(address.find('}'), address.size() - 1) + 1);
+    }
+    if (address.empty() || address.starts_with('/') || address.starts_with("unix:")) {
+        return "no sound server answers";
+    }
+    return "the sound server " + std::string(address) + " can't be used: only one with a UNIX socket can";
 }
 
 void SoundServer::disconnect() {

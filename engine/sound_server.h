@@ -5,6 +5,7 @@
 #include <chrono>
 #include <pulse/context.h>
 #include <pulse/mainloop-api.h>
+#include <string>
 
 namespace zqm::engine {
 
@@ -22,6 +23,9 @@ public:
     // there can be none. Each is given back with release().
     pa_context* acquire();
     void release();
+
+    // Why there is none, for who waited in vain.
+    [[nodiscard]] std::string absence() const;
 
 private:
     void disconnect();

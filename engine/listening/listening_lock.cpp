@@ -10,8 +10,6 @@ namespace zqm::engine {
 
 namespace {
 
-constexpr const char* kFileName = "zqmspeech-listening";
-
 // A place in the queue is a stretch of the file. How many of its bytes are locked tells whose it is, since
 // the kernel doesn't say whose a lock of an open file is.
 constexpr std::int64_t kStretch = std::int64_t{1} << 23; // beyond any process number

@@ -15,6 +15,8 @@ namespace zqm::engine {
 
 class ListeningLock {
 public:
+    static constexpr const char* kFileName = "zqmspeech-listening";
+
     // For a process that may listen with several engines, which don't get into each other's way.
     explicit ListeningLock(pid_t host) : host_(host) {}
 

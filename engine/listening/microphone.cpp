@@ -22,8 +22,6 @@ constexpr std::uint32_t kFragmentBytes =
     kListeningRate * kFragmentMilliseconds / kMillisecondsPerSecond * kSampleBytes;
 constexpr std::uint32_t kServersChoice = std::numeric_limits<std::uint32_t>::max();
 
-constexpr const char* kNoServer = "no sound server answers";
-
 } // namespace
 
 Microphone::~Microphone() {
@@ -47,7 +45,7 @@ void Microphone::advance() {
         connect();
     }
     if (context_ == nullptr || PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)) == 0) {
-        fail(isCapturing_ ? "the sound server is gone" : kNoServer);
+        fail(isCapturing_ ? "the sound server is gone" : server_.absence());
         return;
     }
     if (stream_ == nullptr && pa_context_get_state(context_) == PA_CONTEXT_READY) {
@@ -65,7 +63,7 @@ void Microphone::advance() {
         return;
     }
     if (!isOpen) {
-        fail(kNoServer);
+        fail(server_.absence());
     } else if (!std::exchange(isDoubted_, true)) {
         next_ = Clock::now() + kLastChance;
     } else {

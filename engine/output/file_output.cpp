@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::size_t kSamplesAtOnce = 65536;
 
-std::string errnoText() {
-    return std::generic_category().message(errno);
+std::string errorText(int number) {
+    return std::generic_category().message(number);
 }
 
 } // namespace
@@ -145,7 +145,7 @@ private:
 
     void failed() {
         if (error_.empty()) {
-            error_ = errnoText();
+            error_ = errorText(errno);
         }
     }
 
@@ -156,10 +156,10 @@ private:
     std::string error_;
 };
 
-FileOutput::FileOutput(EventLoop& loop, protocol::Output target, protocol::Descriptor file,
-                       protocol::Descriptor folder, int sampleRate)
-    : loop_(loop), target_(std::move(target)), file_(std::move(file)), folder_(std::move(folder)),
-      format_(findFileFormat(target_.extension)) {
+FileOutput::FileOutput(EventLoop& loop, const FilePlacer& placer, protocol::Output target,
+                       protocol::Descriptor file, protocol::Descriptor folder, int sampleRate)
+    : loop_(loop), placer_(placer), target_(std::move(target)), file_(std::move(file)),
+      folder_(std::move(folder)), format_(findFileFormat(target_.extension)) {
     if (format_ == nullptr) {
         fail("no sound file format is known for the extension \"" + target_.extension +
              "\" (known: " + knownExtensions() + ")");
@@ -200,20 +200,26 @@ void FileOutput::settle() {
     }
 }
 
+// Closing a file may bring the error that writing didn't: of the two descriptors the first is asked.
 void FileOutput::putInPlace() {
-    if (!giveName()) {
-        fail(errnoText());
+    const int written = file_.release();
+    file_.reset(::fcntl(written, F_DUPFD_CLOEXEC, 0));
+    const int kept = file_ ? 0 : errno;
+    const int closed = ::close(written) == 0 ? 0 : errno;
+    const int error = closed != 0 ? closed : target_.temporaryName.empty() ? 0 : kept;
+    if (error != 0) {
+        fail(errorText(error));
         return;
     }
-    if (::close(file_.release()) != 0) {
-        fail(errnoText());
-        return;
+    if (!target_.temporaryName.empty()) {
+        const int refusal =
+            placer_.place(file_.get(), folder_.get(), target_.temporaryName, target_.finalName);
+        if (refusal != 0) {
+            fail(errorText(refusal));
+            return;
+        }
     }
-    if (!target_.temporaryName.empty() && ::renameat(folder_.get(), target_.temporaryName.c_str(),
-                                                     folder_.get(), target_.finalName.c_str()) != 0) {
-        fail(errnoText());
-        return;
-    }
+    file_.reset();
     become(State::Ended);
 }
 
@@ -273,25 +279,17 @@ void FileOutput::stop() {
     }
 }
 
-// A file that was opened without a name gets its temporary one.
-bool FileOutput::giveName() const {
-    struct stat status {};
-    if (target_.temporaryName.empty() || ::fstat(file_.get(), &status) != 0 || status.st_nlink > 0) {
-        return true;
-    }
-    const std::string opened = "/proc/self/fd/" + std::to_string(file_.get());
-    return ::linkat(AT_FDCWD, opened.c_str(), folder_.get(), target_.temporaryName.c_str(),
-                    AT_SYMLINK_FOLLOW) == 0;
-}
-
 void FileOutput::fail(std::string error) {
     failWith(std::move(error));
     removeTemporary();
 }
 
 void FileOutput::removeTemporary() {
-    if (!target_.temporaryName.empty() && folder_) {
-        ::unlinkat(folder_.get(), target_.temporaryName.c_str(), 0);
+    struct stat status {};
+    const bool hasName =
+        !target_.temporaryName.empty() && ::fstat(file_.get(), &status) == 0 && status.st_nlink > 0;
+    if (hasName && folder_) {
+        static_cast<void>(placer_.remove(file_.get(), folder_.get(), target_.temporaryName));
         folder_.reset();
     }
 }

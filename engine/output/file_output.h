@@ -4,6 +4,7 @@
 
 #include "engine/event_loop.h"
 #include "engine/output/file_format.h"
+#include "engine/output/file_placer.h"
 #include "engine/output/output.h"
 #include "engine/protocol/descriptor.h"
 #include "engine/protocol/protocol.h"
@@ -14,8 +15,9 @@ namespace zqm::engine {
 
 class FileOutput final : public Output {
 public:
-    // The file is open and empty; the folder is needed with a temporary name only. The loop outlives this.
-    FileOutput(EventLoop& loop, protocol::Output target, protocol::Descriptor file,
+    // The file is open and empty; the folder is needed with a temporary name only. Loop and placer outlive
+    // this.
+    FileOutput(EventLoop& loop, const FilePlacer& placer, protocol::Output target, protocol::Descriptor file,
                protocol::Descriptor folder, int sampleRate);
     ~FileOutput() override;
 
@@ -32,12 +34,12 @@ private:
 
     void settle();
     void putInPlace();
-    bool giveName() const;
     void waitForRoom(bool needed);
     void fail(std::string error);
     void removeTemporary();
 
     EventLoop& loop_;
+    const FilePlacer& placer_;
     protocol::Output target_;
     protocol::Descriptor file_;
     protocol::Descriptor folder_;

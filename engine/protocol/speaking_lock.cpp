@@ -9,8 +9,6 @@
 namespace zqm::protocol {
 namespace {
 
-constexpr const char* kFileName = "zqmspeech-speaking";
-
 // A lock of the open file, not of the process: asking never takes it, so that askers don't see each other.
 struct flock wholeFile(short type) {
     struct flock lock {};

@@ -9,6 +9,8 @@ namespace zqm::protocol {
 
 class SpeakingLock {
 public:
+    static constexpr const char* kFileName = "zqmspeech-speaking";
+
     // From now until release() or the end of this object; any number of objects may hold it at once. Where
     // there is no folder for it, nothing is held.
     void hold();

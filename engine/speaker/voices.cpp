@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <espeak-ng/espeak_ng.h>
 #include <espeak-ng/speak_lib.h>
 #include <filesystem>
 #include <fstream>
@@ -51,6 +52,13 @@ std::string languageTag(std::string_view name) {
         tag += subtag;
     }
     return tag;
+}
+
+std::string voiceFolder() {
+    espeak_ng_InitializePath(nullptr);
+    const char* folder = nullptr;
+    espeak_Info(&folder);
+    return folder;
 }
 
 VoicePitch voicePitch(const std::string& identifier) {

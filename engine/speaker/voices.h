@@ -11,6 +11,9 @@
 
 namespace zqm::engine {
 
+// With espeak-ng's data; it needs not be initialised yet.
+std::string voiceFolder();
+
 // All but MBROLA's, whose sounds are not part of espeak-ng; sorted by identifier. espeak-ng is initialised.
 std::vector<protocol::Voice> listVoices();
 

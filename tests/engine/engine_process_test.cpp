@@ -18,6 +18,7 @@
 using namespace zqm::protocol;
 using namespace zqm::support;
 using namespace zqm::test;
+using testing::AllOf;
 using testing::HasSubstr;
 
 namespace {
@@ -34,11 +35,14 @@ TEST(EngineProgram, startedByHandSaysSoInOneLine) {
     EXPECT_THAT(result.errors, HasSubstr("zqmspeech-engine: "));
 }
 
-TEST(EngineProgram, knowsTwoOptions) {
+TEST(EngineProgram, knowsThreeOptions) {
     EXPECT_THAT(runProcess(ZQM_ENGINE, {"--version"}).output, HasSubstr("zqmspeech-engine "));
     EXPECT_EQ(runProcess(ZQM_ENGINE, {"--version"}).exitCode, 0);
     EXPECT_THAT(runProcess(ZQM_ENGINE, {"--help"}).output, HasSubstr("--version"));
     EXPECT_EQ(runProcess(ZQM_ENGINE, {"--help"}).exitCode, 0);
+    EXPECT_THAT(runProcess(ZQM_ENGINE, {"--confinement"}).output,
+                AllOf(HasSubstr("files: "), HasSubstr("calls: ")));
+    EXPECT_EQ(runProcess(ZQM_ENGINE, {"--confinement"}).exitCode, 0);
     EXPECT_EQ(runProcess(ZQM_ENGINE, {"--nonsense"}).exitCode, 2);
 }
 

@@ -350,6 +350,13 @@ TEST(SoundSpeechWithoutServer, isAnError) {
     EXPECT_EQ(startError(engine.untilEnd(2)), "no sound server answers");
 }
 
+TEST(SoundSpeechWithoutServer, onANetworkIsAnErrorOfItsOwn) {
+    EngineProcess engine({{"PULSE_SERVER", "tcp:127.0.0.1:1"}});
+    engine.send(speak(1, kText));
+    EXPECT_EQ(startError(engine.untilEnd(1)),
+              "the sound server tcp:127.0.0.1:1 can't be used: only one with a UNIX socket can");
+}
+
 // A server that takes connections but says nothing.
 TEST(SoundSpeechWithoutServer, thatAnswersIsAnErrorToo) {
     const TemporaryFolder folder;

@@ -1,0 +1,29 @@
+// The kernel's Landlock: which files a process may open from now on. By raw system calls, since the C library
+// has none for it, and with the rights of newer kernels than that whose headers are installed.
+
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace zqm::engine {
+
+// What one rule permits of a file, or of all beneath a folder.
+enum class FileAccess : std::uint8_t { List, Read, ReadTree, ReadAndWrite };
+
+struct FileRule {
+    std::string path; // one that is absent permits nothing
+    FileAccess access;
+};
+
+// The version of what the kernel has; 0: it has none, or keeps it from this program.
+int landlockVersion();
+
+// From now on this thread, and what it starts, opens no file, makes, renames and removes none but by these
+// rules; where the kernel's version knows of them, no TCP connection, no abstract UNIX socket and no signal
+// to another program either. What is open already stays as usable as it was. Answers the version, as above.
+// Throws std::system_error when a kernel that has it can't do it.
+int restrictFiles(std::span<const FileRule> rules);
+
+} // namespace zqm::engine
