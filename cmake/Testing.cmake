@@ -8,7 +8,7 @@ endif()
 # only; what they are is said in them.
 set(ZQM_TEST_ENVIRONMENT "LC_ALL=C.UTF-8")
 if(ZQM_SANITIZE)
-  foreach(sanitizer IN ITEMS asan lsan ubsan)
+  foreach(sanitizer IN ITEMS asan lsan tsan ubsan)
     set(options_of_${sanitizer} "")
     file(GLOB suppressions CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/tests/sanitizers/${sanitizer}.supp")
     if(suppressions)
@@ -17,6 +17,7 @@ if(ZQM_SANITIZE)
   endforeach()
   list(APPEND ZQM_TEST_ENVIRONMENT
     "LSAN_OPTIONS=print_suppressions=0${options_of_lsan}"
+    "TSAN_OPTIONS=halt_on_error=1${options_of_tsan}"
     "UBSAN_OPTIONS=print_stacktrace=1${options_of_ubsan}")
   # Those of a single program, by its name, count more: the environment of the command is a test's.
   string(CONCAT ZQM_ASAN_OPTIONS

@@ -25,30 +25,37 @@ struct NamedFile {
 };
 
 // As scripts/measure-confinement finds them used.
-constexpr std::array kFiles{
-    NamedFile{nullptr, ZQM_MODEL_FOLDER, FileAccess::ReadTree},             // how speech sounds
-    NamedFile{nullptr, "/usr/lib/locale", FileAccess::ReadTree},            // what a letter is, for espeak-ng
-    NamedFile{nullptr, "/usr/share/locale/locale.alias", FileAccess::Read}, // for that
-    // Of the sound server's client: its settings,
-    NamedFile{nullptr, "/etc/pulse", FileAccess::ReadTree},
-    NamedFile{"XDG_CONFIG_HOME", "/pulse", FileAccess::ReadTree},
-    NamedFile{"HOME", "/.config/pulse", FileAccess::ReadTree},
-    NamedFile{"HOME", "/.pulse", FileAccess::ReadTree},
-    NamedFile{"PULSE_CLIENTCONFIG", "", FileAccess::Read},
-    NamedFile{"PULSE_CONFIG_PATH", "", FileAccess::ReadTree},
-    // the folder of the server's socket,
-    NamedFile{"XDG_RUNTIME_DIR", "/pulse", FileAccess::ReadTree},
-    NamedFile{"PULSE_RUNTIME_PATH", "", FileAccess::ReadTree},
-    // what shows the server whose client it is,
-    NamedFile{"HOME", "/.pulse-cookie", FileAccess::Read},
-    NamedFile{"PULSE_COOKIE", "", FileAccess::Read},
-    NamedFile{nullptr, "/etc/machine-id", FileAccess::Read},
-    NamedFile{nullptr, "/var/lib/dbus/machine-id", FileAccess::Read},
-    // names for the memory that it shares with the server, and what an earlier one left of that,
-    NamedFile{nullptr, "/dev/urandom", FileAccess::Read},
-    NamedFile{nullptr, "/dev/shm", FileAccess::List},
-    // and the time of what it tells the system's log.
-    NamedFile{nullptr, "/etc/localtime", FileAccess::Read},
+constexpr std::array kFiles {
+    NamedFile{nullptr, ZQM_MODEL_FOLDER, FileAccess::ReadTree},      // how speech sounds
+        NamedFile{nullptr, "/usr/lib/locale", FileAccess::ReadTree}, // what a letter is, for espeak-ng
+        NamedFile{nullptr, "/usr/share/locale/locale.alias", FileAccess::Read}, // for that
+        // Of the sound server's client: its settings,
+        NamedFile{nullptr, "/etc/pulse", FileAccess::ReadTree},
+        NamedFile{"XDG_CONFIG_HOME", "/pulse", FileAccess::ReadTree},
+        NamedFile{"HOME", "/.config/pulse", FileAccess::ReadTree},
+        NamedFile{"HOME", "/.pulse", FileAccess::ReadTree},
+        NamedFile{"PULSE_CLIENTCONFIG", "", FileAccess::Read},
+        NamedFile{"PULSE_CONFIG_PATH", "", FileAccess::ReadTree},
+        // the folder of the server's socket,
+        NamedFile{"XDG_RUNTIME_DIR", "/pulse", FileAccess::ReadTree},
+        NamedFile{"PULSE_RUNTIME_PATH", "", FileAccess::ReadTree},
+        // what shows the server whose client it is,
+        NamedFile{"HOME", "/.pulse-cookie", FileAccess::Read},
+        NamedFile{"PULSE_COOKIE", "", FileAccess::Read},
+        NamedFile{nullptr, "/etc/machine-id", FileAccess::Read},
+        NamedFile{nullptr, "/var/lib/dbus/machine-id", FileAccess::Read},
+        // names for the memory that it shares with the server, and what an earlier one left of that,
+        NamedFile{nullptr, "/dev/urandom", FileAccess::Read},
+        NamedFile{nullptr, "/dev/shm", FileAccess::List},
+        // and the time of what it tells the system's log.
+        NamedFile{nullptr, "/etc/localtime", FileAccess::Read},
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        // The sanitizers' libraries, in builds that nobody is given, look at this process's threads and
+        // memory, and name the places of a mistake.
+        NamedFile{nullptr, "/proc/self", FileAccess::ReadTree},
+        NamedFile{nullptr, "/proc/self/exe", FileAccess::Read},
+        NamedFile{nullptr, "/usr/lib", FileAccess::ReadTree},
+#endif
 };
 
 constexpr std::string_view kHome = "HOME";

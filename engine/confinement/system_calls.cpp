@@ -159,9 +159,9 @@ constexpr std::array kSanitizers{
     Call{SCMP_SYS(clone)},  // the search for leaks at the end goes on in a thread of its own,
     Call{SCMP_SYS(ptrace)}, // which stops the others,
     Call{SCMP_SYS(prctl)},  // and may do so
-    Call{SCMP_SYS(getppid)},         Call{SCMP_SYS(waitid)}, Call{SCMP_SYS(rt_sigpending)},
-    Call{SCMP_SYS(set_robust_list)}, Call{SCMP_SYS(rseq)},   Call{SCMP_SYS(readlink)},
-    Call{SCMP_SYS(ioctl)}, // is standard error a terminal?
+    Call{SCMP_SYS(getdents)},      Call{SCMP_SYS(getppid)},         Call{SCMP_SYS(waitid)},
+    Call{SCMP_SYS(rt_sigpending)}, Call{SCMP_SYS(set_robust_list)}, Call{SCMP_SYS(rseq)},
+    Call{SCMP_SYS(readlink)},      Call{SCMP_SYS(ioctl)}, // is standard error a terminal?
 };
 #elif defined(__SANITIZE_THREAD__)
 constexpr std::array kSanitizers{
