@@ -1,5 +1,6 @@
 #include "tests/endtoend/engine_faults.h"
 
+#include "tests/support/garbage_lines.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/process_table.h"
 #include "tests/support/sound_file.h"
@@ -21,58 +22,31 @@ namespace {
 using Effect = Fault::Effect;
 
 constexpr std::size_t kLongestEvent = std::size_t{1} << 20;
-constexpr int kDeepNesting = 100'000;
 
 Fault garbage(std::string name, std::string line) {
     return {.name = std::move(name), .action = "replace", .bytes = std::move(line) + "\n"};
 }
 
-// Of either direction.
-std::vector<Fault> garbageForBoth() {
-    return {
-        garbage("no_json", "garbage"),
-        garbage("empty_line", ""),
-        garbage("empty_object", "{}"),
-        garbage("truncated_json", R"({"type":)"),
-        garbage("number_as_type", R"({"type":7})"),
-        garbage("list", "[1,2,3]"),
-        garbage("unknown_type", R"({"type":"explode","utterance":1})"),
-        garbage("deep_nesting", std::string(kDeepNesting, '[')),
-        garbage("invalid_utf8", "{\"type\":\"\xC0\xAF\xFF\"}"),
-        garbage("nul", std::string("{\"type\":\0\"stop\"}", 16)),
-        {.name = "too_many_descriptors", .action = "laden"},
-    };
+std::vector<Fault> garbage(const std::vector<support::GarbageLine>& lines) {
+    std::vector<Fault> faults;
+    for (const auto& [name, line] : lines) {
+        faults.push_back(garbage(name, line));
+    }
+    faults.push_back({.name = "too_many_descriptors", .action = "laden"});
+    return faults;
 }
 
 std::vector<Fault> garbageEvents() {
-    std::vector<Fault> faults = garbageForBoth();
+    std::vector<Fault> faults = garbage(support::garbageEvents());
     const auto nonsense = [&](std::string name, std::string line) {
         faults.push_back(garbage(std::move(name), std::move(line)));
         faults.back().reason = kNonsense;
     };
-    faults.push_back(garbage("text_as_number", R"({"type":"started","utterance":"one"})"));
-    faults.push_back(garbage("negative_number", R"({"type":"started","utterance":-1})"));
-    faults.push_back(
-        garbage("huge_number", R"({"type":"word","utterance":1,"position":0,"length":1,"at":1e999})"));
-    faults.push_back(garbage("surplus_member", R"({"type":"started","utterance":1,"more":1})"));
-    faults.push_back(garbage("request", R"({"type":"continue","utterance":1})"));
     faults.push_back(garbage("overlong", std::string(kLongestEvent, 'x')));
     nonsense("foreign_start", R"({"type":"started","utterance":1000})");
     nonsense("foreign_word", R"({"type":"word","utterance":1000,"position":0,"length":1,"at":0})");
     nonsense("foreign_end", R"({"type":"finished","utterance":1000,"completed":true,"at":1})");
     nonsense("foreign_session", R"({"type":"listening","session":1000})");
-    return faults;
-}
-
-std::vector<Fault> garbageRequests() {
-    std::vector<Fault> faults = garbageForBoth();
-    faults.push_back(garbage("text_as_number", R"({"type":"continue","utterance":"one"})"));
-    faults.push_back(garbage("negative_number", R"({"type":"continue","utterance":-1})"));
-    faults.push_back(garbage("huge_number", R"({"type":"adjust","utterance":1,"manner":{"rate":1e999}})"));
-    faults.push_back(garbage("surplus_member", R"({"type":"continue","utterance":1,"more":1})"));
-    faults.push_back(garbage("event", R"({"type":"started","utterance":1})"));
-    faults.push_back(garbage("missing_descriptor",
-                             R"({"type":"listen","session":1000,"reportsLevel":false,"fromFile":true})"));
     return faults;
 }
 
@@ -125,7 +99,7 @@ bool FaultCase::isBehind(const std::string& type) const {
     return rank(place.type) > rank(type) || (place.type == type && isHandedOn);
 }
 
-std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage garbage) {
+std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage wanted) {
     std::vector<FaultCase> cases;
     const auto add = [&](Place place, const Fault& fault, bool isAfter = false) {
         place.isAfter = isAfter;
@@ -152,9 +126,9 @@ std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage garb
         std::ranges::copy_if(places, std::back_inserter(found),
                              [&](const Place& place) { return place.toHost == toHost; });
         std::size_t turn = 0;
-        for (const Fault& fault : toHost ? garbageEvents() : garbageRequests()) {
+        for (const Fault& fault : toHost ? garbageEvents() : garbage(support::garbageRequests())) {
             for (std::size_t index = 0; index < found.size(); ++index) {
-                if (wantsAll() || (garbage == Garbage::Once && index == turn % found.size())) {
+                if (wantsAll() || (wanted == Garbage::Once && index == turn % found.size())) {
                     add(found[index], fault);
                 }
             }

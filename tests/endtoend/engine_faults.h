@@ -53,7 +53,7 @@ enum class Garbage {
 // At each of these messages: what cuts the conversation before and behind it, what doubles, delays or leaves
 // out the message unless the host would wait for it, and garbage in its place. Of that each kind comes at
 // every message when the environment has ZQM_ALL_FAULTS.
-std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage garbage);
+std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage wanted);
 
 // The same with engines that are new to the host and with some that have served before.
 std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases);
