@@ -26,6 +26,16 @@ if(ZQM_SANITIZE)
   add_link_options(-fsanitize=${ZQM_SANITIZE})
 endif()
 
+# For coverage-guided fuzzing (fuzz/): every edge and comparison is told to libFuzzer. Programs that are not fuzzed
+# link what tells nobody.
+option(ZQM_FUZZ "Build the fuzz targets with libFuzzer, and all that they reach so that it leads that" OFF)
+if(ZQM_FUZZ)
+  add_compile_options(-O1 -g1 -fsanitize-coverage=trace-pc,trace-cmp)
+  add_library(zqm_uncounted_edges SHARED "${PROJECT_SOURCE_DIR}/fuzz/uncounted_edges.cpp")
+  target_compile_options(zqm_uncounted_edges PRIVATE -fno-sanitize=all)
+  link_libraries($<BUILD_INTERFACE:zqm_uncounted_edges>)
+endif()
+
 # Linked privately by each of our own targets; never reaches third-party code.
 add_library(zqm_warnings INTERFACE)
 target_compile_options(zqm_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
