@@ -14,9 +14,15 @@ constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 
 const iconv_t kNone = reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr): iconv's own way
 
+// Escape, Shift Out and Shift In change how the bytes behind them are read, where an encoding has that; as
+// characters of a text they have no place there. ICU refuses them, iconv writes them.
+constexpr std::u16string_view kShifts = u"\u001B\u000E\u000F";
+constexpr std::string_view kShifted = "ISO-2022-";
+
 class IconvConverter : public TextConverter {
 public:
-    IconvConverter(iconv_t decoder, iconv_t encoder) : decoder_(decoder), encoder_(encoder) {}
+    IconvConverter(iconv_t decoder, iconv_t encoder, bool isShifted)
+        : decoder_(decoder), encoder_(encoder), isShifted_(isShifted) {}
     IconvConverter(const IconvConverter&) = delete;
     IconvConverter& operator=(const IconvConverter&) = delete;
     ~IconvConverter() override {
@@ -36,6 +42,9 @@ public:
 
     EncodedText encode(std::u16string_view text) override {
         EncodedText result;
+        if (isShifted_) {
+            text = text.substr(0, text.find_first_of(kShifts));
+        }
         const std::string_view units(reinterpret_cast<const char*>(text.data()),
                                      text.size() * sizeof(char16_t));
         result.consumed = run(encoder_, units, result.bytes) / sizeof(char16_t);
@@ -70,6 +79,7 @@ private:
 
     iconv_t decoder_;
     iconv_t encoder_;
+    bool isShifted_;
 };
 
 } // namespace
@@ -84,7 +94,7 @@ std::unique_ptr<TextConverter> openIconvConverter(const char* name) {
         iconv_close(decoder);
         return nullptr;
     }
-    return std::make_unique<IconvConverter>(decoder, encoder);
+    return std::make_unique<IconvConverter>(decoder, encoder, std::string_view(name).starts_with(kShifted));
 }
 
 } // namespace zqm::platform

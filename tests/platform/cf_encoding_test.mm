@@ -208,6 +208,23 @@ TEST_P(Encodings, HaveNoPlaceForALoneSurrogateUnlessTheyAreUtf16) {
     CFRelease(string);
 }
 
+// As text of a shifted encoding they would change how what follows is read.
+TEST_P(Encodings, HaveNoPlaceForAShiftWhereItIsNoText) {
+    if (!std::string_view(GetParam().converter).starts_with("ISO-2022-")) {
+        return;
+    }
+    for (const UniChar shift : {UniChar{0x1B}, UniChar{0x0E}, UniChar{0x0F}}) {
+        const UniChar units[] = {'a', shift, '$', 'B'};
+        CFStringRef const string = CFStringCreateWithCharacters(nullptr, units, 4);
+        std::array<UInt8, 16> buffer{};
+        CFIndex used = 0;
+        EXPECT_EQ(1, CFStringGetBytes(string, CFRangeMake(0, 4), GetParam().number, 0, 0, buffer.data(), 16,
+                                      &used));
+        EXPECT_EQ('a', buffer[static_cast<std::size_t>(used) - 1]);
+        CFRelease(string);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(All, Encodings, testing::ValuesIn(kCases),
                          [](const auto& row) { return row.param.name; });
 
