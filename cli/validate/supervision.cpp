@@ -226,9 +226,9 @@ public:
     const Listener& listener() const { return listener_; }
 
     std::string output() {
-        output_text_ += output_.read();
-        output_text_.erase(0, output_text_.size() - std::min(output_text_.size(), kKeptOutput));
-        return output_text_;
+        keptOutput_ += output_.read();
+        keptOutput_.erase(0, keptOutput_.size() - std::min(keptOutput_.size(), kKeptOutput));
+        return keptOutput_;
     }
 
 private:
@@ -255,7 +255,7 @@ private:
     Listener listener_;
     Pipe findings_;
     Pipe output_;
-    std::string output_text_;
+    std::string keptOutput_;
     pid_t process_ = 0;
     std::optional<int> status_;
 };
