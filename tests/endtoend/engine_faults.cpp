@@ -21,6 +21,13 @@ namespace {
 
 using Effect = Fault::Effect;
 
+// Where every access to memory is checked, an engine takes long to start.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::size_t kSlowness = 3;
+#else
+constexpr std::size_t kSlowness = 1;
+#endif
+
 constexpr std::size_t kLongestEvent = std::size_t{1} << 20;
 
 Fault garbage(std::string name, std::string line) {
@@ -156,7 +163,7 @@ std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases) {
 
 std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step) {
     std::vector<FaultCase> some;
-    for (std::size_t index = 0; index < cases.size(); index += wantsAll() ? 1 : step) {
+    for (std::size_t index = 0; index < cases.size(); index += wantsAll() ? 1 : step * kSlowness) {
         some.push_back(cases[index]);
     }
     return some;

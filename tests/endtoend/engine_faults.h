@@ -58,8 +58,8 @@ std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage want
 // The same with engines that are new to the host and with some that have served before.
 std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases);
 
-// Every so manieth, unless all is asked for.
-std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step);
+// Every so manieth, and fewer where engines are slow, unless all is asked for.
+std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step = 1);
 
 std::string nameOf(const testing::TestParamInfo<FaultCase>& each);
 void PrintTo(const FaultCase& each, std::ostream* stream);

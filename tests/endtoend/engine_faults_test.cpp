@@ -117,10 +117,10 @@ TEST_P(WritingFaults, AreToldAndOver) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, WritingFaults,
-                         ValuesIn(newAndUsed(faultCases({request("speak"), event("started"), event("phoneme"),
-                                                         event("word"), event("phoneme", 2),
-                                                         event("finished")},
-                                                        Garbage::Once))),
+                         ValuesIn(thinned(newAndUsed(faultCases({request("speak"), event("started"),
+                                                                 event("phoneme"), event("word"),
+                                                                 event("phoneme", 2), event("finished")},
+                                                                Garbage::Once)))),
                          nameOf);
 
 // ---- the same with a dictionary of pronunciations, which each engine is told before it speaks
@@ -165,7 +165,8 @@ TEST_P(DictionaryFaults, LoseNothingOfIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, DictionaryFaults,
-                         ValuesIn(newAndUsed(faultCases({request("lexicon")}, Garbage::OnDemand))), nameOf);
+                         ValuesIn(thinned(newAndUsed(faultCases({request("lexicon")}, Garbage::OnDemand)))),
+                         nameOf);
 
 // ---- the same aloud
 
@@ -289,9 +290,10 @@ TEST_P(PhonemeFaults, AreToldOrMadeUpFor) {
     speaker.speak(kShortText, next);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, PhonemeFaults,
-    ValuesIn(newAndUsed(faultCases({request("phonemes"), event("phonemes")}, Garbage::OnDemand))), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, PhonemeFaults,
+                         ValuesIn(thinned(newAndUsed(faultCases({request("phonemes"), event("phonemes")},
+                                                                Garbage::OnDemand)))),
+                         nameOf);
 
 // ---- the voices, which a process asks for once
 
@@ -312,9 +314,9 @@ TEST_P(VoiceFaults, AreNotRemembered) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(All, VoiceFaults,
-                         ValuesIn(faultCases({request("voices"), event("voices")}, Garbage::OnDemand)),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(
+    All, VoiceFaults, ValuesIn(thinned(faultCases({request("voices"), event("voices")}, Garbage::OnDemand))),
+    nameOf);
 
 // ---- listening to a file
 

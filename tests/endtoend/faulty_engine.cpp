@@ -13,10 +13,12 @@
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
+#include <linux/sockios.h>
 #include <map>
 #include <optional>
 #include <poll.h>
 #include <sstream>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -190,6 +192,7 @@ private:
             descriptors.clear();
         } else if (action == "laden") {
             sendAll(to);
+            waitUntilTaken(to);
             return sendLaden(line, to);
         }
         if (action == "replace") {
@@ -202,6 +205,13 @@ private:
         }
         to.flush();
         return true;
+    }
+
+    // What comes at one go with too many descriptors is refused with them.
+    static void waitUntilTaken(const Channel& channel) {
+        for (int waiting = 1; ::ioctl(channel.descriptor(), SIOCOUTQ, &waiting) == 0 && waiting > 0;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
 
     static bool sendLaden(const std::string& line, const Channel& to) {
