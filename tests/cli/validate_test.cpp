@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -118,6 +119,17 @@ TEST(Validate, ListsItsChecks) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, StartsWith("load\tcan be loaded"));
     EXPECT_THAT(result.output, HasSubstr("\nrestart\t"));
+}
+
+TEST(Validate, EachCheckIsExplained) {
+    std::ifstream file(ZQM_WRITING_A_PLUGIN);
+    const std::string page((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::istringstream list(validate({"--list"}).output);
+    std::size_t count = 0;
+    for (std::string line; std::getline(list, line); ++count) {
+        EXPECT_THAT(page, HasSubstr("\n| `" + line.substr(0, line.find('\t')) + "` | "));
+    }
+    EXPECT_GT(count, 0U);
 }
 
 TEST(Validate, JsonIsAsTheSchemaSays) {
