@@ -17,7 +17,7 @@ namespace {
 // With the run beside the sibling library twice as many; ZQM_ENGINE_KILLS=100000 is the long form, which
 // takes an hour of two processors (scripts/soak runs it on all there are).
 #if defined(__SANITIZE_ADDRESS__)
-constexpr const char* kKills = "60";
+constexpr const char* kKills = "30";
 #else
 constexpr const char* kKills = "500";
 #endif

@@ -15,7 +15,8 @@ namespace zqm::endurance {
 
 // Bytes that this process has allocated and not freed; 0 under a sanitizer, which keeps its own books.
 inline std::size_t allocatedBytes() {
-    return mallinfo2().uordblks;
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd; // large blocks are counted apart
 }
 
 inline std::size_t residentPagesOf(pid_t process) {
