@@ -83,6 +83,7 @@ private:
     host::String hostText(std::size_t mostUnits);
     std::string key(const char* name);
     std::filesystem::path newFile();
+    void warmUp();
     void speakThroughResident();
     void listenThroughResident();
     void finish();
