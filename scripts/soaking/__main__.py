@@ -116,7 +116,7 @@ def main() -> int:
     for problem in problems:
         print(f"FAILED: {problem}", file=sys.stderr)
     if not problems:
-        print("Nothing failed, and nothing grows.")
+        print("Nothing failed, and nothing grows." if options.seconds > 0 else "Nothing failed.")
     return 1 if problems else 0
 
 
