@@ -4,9 +4,12 @@
 #include "engine/engine.h"
 #include "engine/output/file_placer.h"
 
+#include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <string>
@@ -29,6 +32,16 @@ bool isStreamSocket(int descriptor) {
     socklen_t length = sizeof family;
     return ::getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &family, &length) == 0 && family == AF_UNIX &&
            ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &length) == 0 && type == SOCK_STREAM;
+}
+
+// With fewer, espeak-ng finds only some of its voices and doesn't say so.
+bool canOpenFiles() {
+    constexpr int kFiles = 16;
+    std::array<zqm::protocol::Descriptor, kFiles> files;
+    for (auto& file : files) {
+        file.reset(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    }
+    return static_cast<bool>(files.back());
 }
 
 int print(const char* text) {
@@ -66,6 +79,10 @@ int main(int argc, char** argv) {
         static_cast<void>(std::fputs(
             "zqmspeech-engine: started by a program that speaks, not by hand (see --help)\n", stderr));
         return zqm::engine::kExitUsage;
+    }
+    if (!canOpenFiles()) {
+        static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", std::strerror(errno)));
+        return zqm::engine::kExitFailure;
     }
     // A reader that went away, or a limit on the size of files, is an error to be reported, not an end.
     std::signal(SIGPIPE, SIG_IGN);

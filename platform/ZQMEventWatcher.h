@@ -1,4 +1,4 @@
-// What the run loop tells when the event hub's descriptor is readable.
+// What the run loop tells when the event hub's descriptor is readable, or when the hub may try to get one.
 
 #pragma once
 
@@ -9,6 +9,8 @@ __attribute__((visibility("hidden")))
 @private
     int _descriptor;
 }
+
++ (void)recover:(NSTimer*)timer;
 
 - (instancetype)initWithDescriptor:(int)descriptor;
 

@@ -9,6 +9,7 @@
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
+#include <utility>
 
 namespace zqm::platform {
 
@@ -20,15 +21,27 @@ EventHub& EventHub::shared() {
     static EventHub* hub = nullptr;
     if (hub == nullptr || !hub->owner_.isCurrent()) {
         hub = new EventHub; // NOLINT(cppcoreguidelines-owning-memory): for the life of the process
-        watchOnMainRunLoop(hub->descriptor());
+    }
+    if (!hub->epoll_) {
+        hub->open();
     }
     return *hub;
 }
 
-EventHub::EventHub()
-    : epoll_(aboveStandardDescriptors(Descriptor(::epoll_create1(EPOLL_CLOEXEC)))),
-      wakeUp_(aboveStandardDescriptors(Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))) {
-    watch(wakeUp_.get(), nullptr);
+void EventHub::open() {
+    wakeUp_ = aboveStandardDescriptors(Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)));
+    epoll_ = wakeUp_ ? aboveStandardDescriptors(Descriptor(::epoll_create1(EPOLL_CLOEXEC))) : Descriptor();
+    if (epoll_ && !watch(wakeUp_.get(), nullptr)) {
+        epoll_.reset();
+    }
+    if (!epoll_) {
+        wakeUp_.reset();
+        recoverSoon();
+        return;
+    }
+    signalled_ = false;
+    signal(!ready_.empty());
+    watchOnMainRunLoop(epoll_.get());
 }
 
 bool EventHub::watch(int descriptor, EventSource* source) {
@@ -61,6 +74,32 @@ void EventHub::remove(EventSource* source) {
     signal(!ready_.empty());
 }
 
+void EventHub::wakeSoon(EventSource* source) {
+    wakeNot(source);
+    waiting_.push_back(source);
+    recoverSoon();
+}
+
+void EventHub::wakeNot(EventSource* source) {
+    std::erase(waiting_, source);
+}
+
+void EventHub::recover() {
+    isRecovering_ = false;
+    if (!epoll_) {
+        open();
+    }
+    for (EventSource* const source : std::exchange(waiting_, {})) {
+        source->takeMessages();
+    }
+}
+
+void EventHub::recoverSoon() {
+    if (!std::exchange(isRecovering_, true)) {
+        recoverOnMainRunLoop();
+    }
+}
+
 bool EventHub::dispatch() {
     std::array<epoll_event, 64> events{};
     const int count = ::epoll_wait(epoll_.get(), events.data(), static_cast<int>(events.size()), 0);
@@ -82,7 +121,7 @@ bool EventHub::dispatch() {
 }
 
 void EventHub::signal(bool on) {
-    if (on == signalled_) {
+    if (on == signalled_ || !wakeUp_) {
         return;
     }
     signalled_ = on;

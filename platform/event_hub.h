@@ -7,6 +7,7 @@
 #include "platform/process_identity.h"
 
 #include <deque>
+#include <vector>
 
 namespace zqm::platform {
 
@@ -45,17 +46,28 @@ public:
     // Before a source ends.
     void remove(EventSource* source);
 
+    // For one that lacks a descriptor to be woken by: its messages are taken soon, once.
+    void wakeSoon(EventSource* source);
+    void wakeNot(EventSource* source);
+
+    // For the run loop: opens what could not be opened, and wakes who waits for that.
+    void recover();
+
     // For the run loop: reads all that has come, then makes one callback. False: none was wanted.
     bool dispatch();
 
 private:
-    EventHub();
+    EventHub() = default;
+    void open();
+    void recoverSoon();
     void signal(bool on);
 
     protocol::Descriptor epoll_;
     protocol::Descriptor wakeUp_; // readable while sources are ready
     std::deque<EventSource*> ready_;
+    std::vector<EventSource*> waiting_; // to be woken soon
     bool signalled_ = false;
+    bool isRecovering_ = false; // the run loop has been told
     ProcessIdentity owner_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/foundation_text.h"
 #include "platform/listening_file.h"
+#include "platform/log_line.h"
 #include "platform/retained.h"
 
 #include <memory>
@@ -11,10 +12,6 @@
 
 namespace zqm::platform {
 namespace {
-
-void log(const std::string& line) {
-    NSLog(@"%@", stringOf(line));
-}
 
 // With strings that don't change any more.
 NSArray* newCopyOf(NSArray* commands) {
@@ -54,7 +51,7 @@ std::shared_ptr<const void> shared(id object) {
 
 } // namespace
 
-Recognizer::Recognizer(NSSpeechRecognizer* object) : object_(object), session_(this, log) {}
+Recognizer::Recognizer(NSSpeechRecognizer* object) : object_(object), session_(this, logLine) {}
 
 Recognizer::~Recognizer() {
     [commands_ release];

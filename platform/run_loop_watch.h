@@ -7,6 +7,9 @@ namespace zqm::platform {
 // From now on the run loop lets the hub dispatch whenever the descriptor is readable.
 void watchOnMainRunLoop(int descriptor);
 
+// After a moment the run loop lets the hub recover.
+void recoverOnMainRunLoop();
+
 // While one of these lives, an exception of a callback, native or NSException, does not unwind Foundation's
 // run loop, which would leave memory and state behind: it is kept, and thrown again by rethrowKept() once the
 // run loop has returned.

@@ -35,6 +35,17 @@ void watchOnMainRunLoop(int descriptor) {
                               forMode:NSDefaultRunLoopMode];
 }
 
+void recoverOnMainRunLoop() {
+    constexpr NSTimeInterval kMoment = 0.1;
+    const AutoreleasePool pool;
+    NSTimer* const timer = [NSTimer timerWithTimeInterval:kMoment
+                                                   target:[ZQMEventWatcher class]
+                                                 selector:@selector(recover:)
+                                                 userInfo:nil
+                                                  repeats:NO];
+    [[NSRunLoop mainRunLoop] addTimer:timer forMode:NSDefaultRunLoopMode];
+}
+
 ExceptionKeeper::ExceptionKeeper() {
     ++keepers;
 }
@@ -62,6 +73,11 @@ void ExceptionKeeper::rethrowKept() {
         _descriptor = descriptor;
     }
     return self;
+}
+
++ (void)recover:(NSTimer*)timer {
+    (void)timer;
+    zqm::platform::EventHub::shared().recover();
 }
 
 - (void)receivedEvent:(void*)data type:(RunLoopEventType)type extra:(void*)extra forMode:(NSString*)mode {

@@ -3,6 +3,7 @@
 #include "platform/delegate_messages.h"
 #include "platform/file_url.h"
 #include "platform/foundation_text.h"
+#include "platform/log_line.h"
 #include "platform/speaking_observer.h"
 #include "platform/speech_dictionary.h"
 #include "platform/text_portions.h"
@@ -20,7 +21,7 @@ using protocol::Manner;
 constexpr std::size_t kPhonemePortion = 10'000;
 
 BOOL refuse(const std::string& reason) {
-    NSLog(@"Speech can't be started: %s", reason.c_str());
+    logLine("Speech can't be started: " + reason);
     return NO;
 }
 
@@ -126,7 +127,7 @@ NSString* Synthesizer::phonemes(NSString* text) {
         std::string error;
         const auto answer = session_.phonemes({portion, voice_->identifier, manner_}, error);
         if (!answer) {
-            NSLog(@"Phonemes can't be told: %s", error.c_str());
+            logLine("Phonemes can't be told: " + error);
             return nil;
         }
         symbols += symbols.empty() || answer->empty() ? "" : " ";
@@ -139,7 +140,7 @@ void Synthesizer::addDictionary(NSDictionary* dictionary) {
     std::string error;
     auto entries = lexiconOf(dictionary, error);
     if (!entries) {
-        NSLog(@"Speech dictionary refused: %s", error.c_str());
+        logLine("Speech dictionary refused: " + error);
         return;
     }
     session_.addDictionary(std::move(*entries));
@@ -197,7 +198,7 @@ bool Synthesizer::deliver() {
             return false;
         }
         if (const std::string failure = session_.takeFailure(); !failure.empty()) {
-            NSLog(@"Speech ended early: %s", failure.c_str());
+            logLine("Speech ended early: " + failure);
         }
         const auto text = texts_.find(event->utterance);
         NSString* const string = [[text->second retain] autorelease];

@@ -12,7 +12,11 @@ namespace zqm::platform {
 using protocol::Descriptor;
 
 Timer::~Timer() {
-    if (descriptor_ && owner_.isCurrent()) {
+    if (!owner_.isCurrent()) {
+        return;
+    }
+    stop();
+    if (descriptor_) {
         EventHub::shared().unwatch(descriptor_.get());
     }
 }
@@ -25,15 +29,31 @@ void Timer::start(std::chrono::milliseconds delay) {
             descriptor_.reset();
         }
     }
+    if (!descriptor_) {
+        due_ = std::chrono::steady_clock::now() + delay;
+        EventHub::shared().wakeSoon(source_);
+    }
     // A time of 0 would stop it.
     set(std::max<std::chrono::nanoseconds>(delay, std::chrono::nanoseconds(1)));
 }
 
 void Timer::stop() {
     set(std::chrono::nanoseconds::zero());
+    if (due_) {
+        due_.reset();
+        EventHub::shared().wakeNot(source_);
+    }
 }
 
 bool Timer::takeExpiry() {
+    if (due_) {
+        if (std::chrono::steady_clock::now() >= *due_) {
+            stop();
+            return true;
+        }
+        EventHub::shared().wakeSoon(source_);
+        return false;
+    }
     std::uint64_t count = 0;
     return descriptor_ && ::read(descriptor_.get(), &count, sizeof count) == sizeof count;
 }

@@ -7,6 +7,7 @@
 #include "platform/process_identity.h"
 
 #include <chrono>
+#include <optional>
 
 namespace zqm::platform {
 
@@ -18,7 +19,7 @@ public:
     Timer& operator=(const Timer&) = delete;
     ~Timer();
 
-    // Not at all where the system has no timers left.
+    // Where the system has no timer left, the run loop is asked again and again.
     void start(std::chrono::milliseconds delay);
     void stop();
 
@@ -30,6 +31,7 @@ private:
 
     EventSource* source_;
     protocol::Descriptor descriptor_;
+    std::optional<std::chrono::steady_clock::time_point> due_; // without a descriptor
     ProcessIdentity owner_;
 };
 

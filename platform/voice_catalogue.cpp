@@ -69,7 +69,7 @@ const protocol::Voices& catalogue() {
     if (!known) {
         if (auto answer = askEngine()) {
             voices = std::move(*answer);
-            known = true;
+            known = !voices.voices.empty(); // an engine that finds none may do so later
         }
     }
     return voices;
