@@ -1,0 +1,31 @@
+// A folder of data in which one file is not what it should be.
+
+#pragma once
+
+#include "tests/support/temporary_folder.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace zqm::faults {
+
+enum class Damage { Missing, Empty, Truncated, Random };
+
+inline constexpr Damage kDamages[] = {Damage::Missing, Damage::Empty, Damage::Truncated, Damage::Random};
+
+const char* nameOf(Damage damage);
+
+// Links to all files of a folder but one, which is a damaged copy.
+class DamagedCopy {
+public:
+    DamagedCopy(const std::filesystem::path& original, const std::filesystem::path& file, Damage damage,
+                unsigned seed = 0);
+
+    const std::filesystem::path& path() const { return folder_.path(); }
+
+private:
+    support::TemporaryFolder folder_;
+};
+
+} // namespace zqm::faults

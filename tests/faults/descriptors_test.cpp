@@ -1,0 +1,155 @@
+// Programs and engines that may open no more files. The limit is raised by one from try to try, so that each
+// step that needs a descriptor fails once.
+
+#include "tests/faults/program.h"
+#include "tests/support/command_listener.h"
+#include "tests/support/fresh_process.h"
+#include "tests/support/process_table.h"
+#include "tests/support/pulse_server.h"
+#include "tests/support/scoped_environment.h"
+#include "tests/support/spoken_phrases.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace zqm::faults {
+namespace {
+
+using support::ScopedEnvironment;
+
+constexpr int kMostSteps = 60;
+
+// The first one that is not in use, which the next file gets.
+rlim_t freeDescriptor() {
+    const int descriptor = ::dup(STDIN_FILENO);
+    ::close(descriptor);
+    return static_cast<rlim_t>(descriptor);
+}
+
+Fault fewerDescriptors(int spare) {
+    return [spare] {
+        return std::make_shared<ScopedLimit>(RLIMIT_NOFILE, freeDescriptor() + static_cast<rlim_t>(spare));
+    };
+}
+
+// Whether the engines have as few, or all they want.
+class FewDescriptors : public testing::TestWithParam<const char*> {};
+
+TEST_P(FewDescriptors, ForTheFirstSpeechOfAProgram) {
+    Tally tally("first speech of a program that may open no more files");
+    for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
+        SCOPED_TRACE(spare);
+        ASSERT_LT(spare, kMostSteps);
+        support::inFork([&] {
+            const ScopedEnvironment engines("ZQM_ENGINE_LIMITS", GetParam());
+            Program program;
+            tally.add(program.speak("speech.wav", fewerDescriptors(spare)));
+            program.expectWorks();
+            program.expectNoEngine();
+            const std::size_t held = support::openDescriptors();
+            program.speak("speech.wav", fewerDescriptors(spare));
+            program.expectNoEngine();
+            EXPECT_EQ(support::openDescriptors(), held);
+        });
+    }
+    EXPECT_GT(tally.of(Seen::Refused), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Engines, FewDescriptors, testing::Values("", "descriptors=1024"),
+                         [](const auto& limits) { return limits.param[0] == 0 ? "AsFew" : "Enough"; });
+
+// It says why, and begins as soon as it can; only a file that can't be opened is given up.
+TEST(NoDescriptors, ForTheFirstListeningOfAProgram) {
+    const ScopedEnvironment engines("ZQM_ENGINE_LIMITS", "descriptors=1024");
+    const support::TemporaryFolder folder;
+    const std::filesystem::path file = folder / "command.wav";
+    support::writeSpokenPhrases({"open the window"}, file);
+    Tally tally("first listening of a program that may open no more files");
+    for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
+        SCOPED_TRACE(spare);
+        ASSERT_LT(spare, kMostSteps);
+        support::inFork([&] {
+            Program program;
+            {
+                support::CommandListener listener(program.runtime, {"open the window", "close the door"});
+                ZQMPlatformListenToFile(file.c_str());
+                {
+                    const auto limit = fewerDescriptors(spare)();
+                    listener.start();
+                }
+                const auto isOver = [&] { return listener.timesEnded() > 0; };
+                const auto isGivenUp = [&] {
+                    return !listener.failures().empty() &&
+                           listener.failures().back().starts_with(file.string());
+                };
+                EXPECT_TRUE(program.runtime.runUntil([&] { return isOver() || isGivenUp(); }, kPatience))
+                    << testing::PrintToString(listener.failures());
+                tally.add(isGivenUp()                   ? Seen::Refused
+                          : listener.failures().empty() ? Seen::Completed
+                                                        : Seen::EndedEarly);
+                if (isGivenUp()) {
+                    listener.stop();
+                    listener.start();
+                    EXPECT_TRUE(program.runtime.runUntil(isOver, kPatience));
+                }
+                EXPECT_EQ(listener.commands(), std::vector<std::string>{"open the window"});
+                ZQMPlatformListenToFile(nullptr);
+            }
+            program.expectNoEngine();
+        });
+    }
+}
+
+// ---- engines that were started with enough, and then may open no more
+
+class EngineWithoutDescriptors : public testing::Test {
+protected:
+    // What the only engine may open beyond what it has.
+    static std::shared_ptr<ScopedLimit> limitEngine(int spare) {
+        const pid_t engine = engines().at(0);
+        return std::make_shared<ScopedLimit>(
+            RLIMIT_NOFILE, support::openDescriptorsOf(engine) + static_cast<rlim_t>(spare), engine);
+    }
+
+    Program program_;
+};
+
+// An engine that can't is replaced by one that can.
+TEST_F(EngineWithoutDescriptors, WritesAFileAllTheSame) {
+    for (int spare = 0; spare < 4; ++spare) {
+        SCOPED_TRACE(spare);
+        {
+            live::Speaker speaker(program_.runtime);
+            program_.expectWorks(speaker);
+            const auto limit = limitEngine(spare);
+            program_.expectWorks(speaker);
+        }
+        program_.expectNoEngine();
+    }
+}
+
+TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
+    const support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    Tally tally("speech aloud with an engine that may open no more files");
+    for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
+        SCOPED_TRACE(spare);
+        ASSERT_LT(spare, kMostSteps);
+        {
+            live::Speaker speaker(program_.runtime);
+            program_.expectWorks(speaker);
+            const auto limit = limitEngine(spare);
+            if (!speaker.start("Hello")) {
+                tally.add(Seen::Refused);
+            } else {
+                EXPECT_TRUE(speaker.waitForEnd());
+                tally.add(speaker.finished() == true ? Seen::Completed : Seen::EndedEarly);
+            }
+        }
+        program_.expectNoEngine();
+    }
+    program_.expectWorks();
+}
+
+} // namespace
+} // namespace zqm::faults
