@@ -3,6 +3,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <system_error>
 
 namespace zqm::faults {
 
@@ -13,6 +14,15 @@ namespace {
 std::string contents(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// No symbolic link: an engine may read only what lies in its folders.
+void share(const fs::path& file, const fs::path& link) {
+    std::error_code error;
+    fs::create_hard_link(file, link, error);
+    if (error) {
+        fs::copy_file(file, link);
+    }
 }
 
 // A byte in a hundred, and a hundred at least, is another one.
@@ -38,7 +48,7 @@ DamagedCopy::DamagedCopy(const fs::path& original, const fs::path& file, Damage 
         if (entry.is_directory()) {
             fs::create_directory(folder_.path() / name);
         } else if (name != file) {
-            fs::create_symlink(entry.path(), folder_.path() / name);
+            share(entry.path(), folder_.path() / name);
         }
     }
     if (damage == Damage::Missing) {

@@ -16,7 +16,7 @@ inline constexpr Damage kDamages[] = {Damage::Missing, Damage::Empty, Damage::Tr
 
 const char* nameOf(Damage damage);
 
-// Links to all files of a folder but one, which is a damaged copy.
+// All files of a folder, and a damaged copy of one of them.
 class DamagedCopy {
 public:
     DamagedCopy(const std::filesystem::path& original, const std::filesystem::path& file, Damage damage,

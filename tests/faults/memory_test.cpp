@@ -101,7 +101,7 @@ TEST_P(Memories, ThatEndInMidSpeech) {
     const bool isData = std::string(GetParam()) == "data";
     {
         live::Speaker speaker(program_.runtime);
-        ASSERT_TRUE(speaker.startToFile(live::longText() + live::longText(), file));
+        ASSERT_TRUE(speaker.startToFile(sentences(100), file));
         ASSERT_TRUE(speaker.waitForWords(1));
         const ScopedLimit limit(isData ? RLIMIT_DATA : RLIMIT_AS, 0, engines().at(0));
         ASSERT_TRUE(speaker.waitForEnd());

@@ -18,13 +18,10 @@ class ModelData : public testing::TestWithParam<const char*> {};
 TEST_P(ModelData, ThatIsDamagedIsAFailureToListenAndNothingElse) {
     Tally tally(std::string("speech model with a damaged file ") + GetParam());
     withPrivateMounts([&] {
-        // Where it is found while something else is in its place.
-        const support::TemporaryFolder model;
-        const auto original = ScopedMount::ofFolder(ZQM_MODEL, model.path());
         Program program;
         for (const Damage damage : kDamages) {
             SCOPED_TRACE(nameOf(damage));
-            const DamagedCopy copy(model.path(), GetParam(), damage, kSeed);
+            const DamagedCopy copy(ZQM_MODEL, GetParam(), damage, kSeed);
             const auto damaged = [&] {
                 return std::shared_ptr<void>(new auto(ScopedMount::ofFolder(copy.path(), ZQM_MODEL)));
             };

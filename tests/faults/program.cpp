@@ -17,7 +17,6 @@ namespace zqm::faults {
 
 namespace {
 
-constexpr std::size_t kWordsOfText = 9;
 constexpr const char* kCommand = "open the window";
 constexpr std::size_t kKinds = 5; // of Seen
 
@@ -28,6 +27,14 @@ std::string veryLongText() {
     std::string text;
     for (int sentence = 0; sentence < kSentences; ++sentence) {
         text += "This is a sentence that takes its time. ";
+    }
+    return text;
+}
+
+std::string sentences(int count) {
+    std::string text;
+    for (int sentence = 0; sentence < count; ++sentence) {
+        text += std::string(kText) + ' ';
     }
     return text;
 }

@@ -23,6 +23,10 @@ inline constexpr host::Seconds kPatience{120};
 inline constexpr double kMostSecondsToAnswer = 30;
 
 inline constexpr const char* kText = "The window is open, and the door is closed.";
+inline constexpr std::size_t kWordsOfText = 9;
+
+// That sentence again and again.
+std::string sentences(int count);
 
 // So much that an engine writes it for a minute.
 std::string veryLongText();

@@ -10,7 +10,7 @@
 namespace zqm::faults {
 namespace {
 
-constexpr unsigned kSeeds = 3;
+constexpr unsigned kSeeds = 2;
 
 class VoiceData : public testing::TestWithParam<const char*> {};
 
