@@ -25,7 +25,7 @@ public:
     void release();
 
     // Why there is none, for who waited in vain.
-    [[nodiscard]] std::string absence() const;
+    [[nodiscard]] static std::string absence();
 
 private:
     void disconnect();

@@ -165,8 +165,11 @@ constexpr std::array kSanitizers{
 };
 #elif defined(__SANITIZE_THREAD__)
 constexpr std::array kSanitizers{
-    Call{SCMP_SYS(prctl)},                              // names and memory
-    Call{SCMP_SYS(personality)}, Call{SCMP_SYS(ioctl)}, // is standard error a terminal?
+    Call{SCMP_SYS(rseq)}, // a thread of its own, which may only begin when the filter is there
+    Call{SCMP_SYS(set_robust_list)},
+    Call{SCMP_SYS(prctl)}, // names and memory
+    Call{SCMP_SYS(personality)},
+    Call{SCMP_SYS(ioctl)}, // is standard error a terminal?
 };
 #else
 constexpr std::array<Call, 0> kSanitizers{};

@@ -45,7 +45,7 @@ void Microphone::advance() {
         connect();
     }
     if (context_ == nullptr || PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)) == 0) {
-        fail(isCapturing_ ? "the sound server is gone" : server_.absence());
+        fail(isCapturing_ ? "the sound server is gone" : SoundServer::absence());
         return;
     }
     if (stream_ == nullptr && pa_context_get_state(context_) == PA_CONTEXT_READY) {
@@ -63,7 +63,7 @@ void Microphone::advance() {
         return;
     }
     if (!isOpen) {
-        fail(server_.absence());
+        fail(SoundServer::absence());
     } else if (!std::exchange(isDoubted_, true)) {
         next_ = Clock::now() + kLastChance;
     } else {

@@ -67,7 +67,7 @@ void SoundOutput::update() {
         return;
     }
     if (!connected || std::chrono::steady_clock::now() >= deadline_) {
-        failWith(server_.absence());
+        failWith(SoundServer::absence());
         return;
     }
     if (stream_ == nullptr && pa_context_get_state(context_) == PA_CONTEXT_READY) {

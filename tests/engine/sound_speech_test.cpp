@@ -351,7 +351,7 @@ TEST(SoundSpeechWithoutServer, isAnError) {
 }
 
 TEST(SoundSpeechWithoutServer, onANetworkIsAnErrorOfItsOwn) {
-    EngineProcess engine({{"PULSE_SERVER", "tcp:127.0.0.1:1"}});
+    EngineProcess engine(Environment{{"PULSE_SERVER", "tcp:127.0.0.1:1"}});
     engine.send(speak(1, kText));
     EXPECT_EQ(startError(engine.untilEnd(1)),
               "the sound server tcp:127.0.0.1:1 can't be used: only one with a UNIX socket can");
