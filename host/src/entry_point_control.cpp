@@ -1,9 +1,16 @@
 #include "zqmhost/entry_point_control.h"
 
 #include "core.h"
+#include "entry_point_types.h"
+
+#include <set>
 
 namespace zqm::host {
 
+std::vector<std::string> EntryPointControl::names() {
+    const std::set<std::string> names(kEntryPointNames.begin(), kEntryPointNames.end());
+    return {names.begin(), names.end()};
+}
 void EntryPointControl::refuse(std::string_view name) {
     core_->entryPoints().refuse(name);
 }

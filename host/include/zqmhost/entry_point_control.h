@@ -18,6 +18,9 @@ public:
     // Of the runtime, which makes it: Runtime::entryPoints().
     explicit EntryPointControl(Core& core) : core_(&core) {}
 
+    // All that the interface knows, each once.
+    static std::vector<std::string> names();
+
     // From now on the resolver answers null for the name. A plugin that already holds the function keeps it.
     void refuse(std::string_view name);
     void refuseAll();
