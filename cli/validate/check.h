@@ -15,6 +15,7 @@ namespace zqm::cli {
 struct Subject {
     std::string library; // its path
     std::uint64_t seed;  // of all that is chosen by chance, so that a run can be repeated
+    std::string folder;  // for what the plugin writes
 };
 
 // It runs in a process of its own, into which nothing was loaded before. Without a finding it has passed;

@@ -38,13 +38,14 @@ void Findings::at(std::string_view step) {
     send(kStepMessage, step);
 }
 
-Verdict Findings::apart(std::string_view step, const std::function<void(Findings&)>& work) {
+Verdict Findings::apart(std::string_view step, const std::function<void(Findings&)>& work, Verdict most) {
     at(step);
     send(kApartMessage, {});
     Verdict worst = Verdict::Pass;
     supervise(work, {.limit = limit_, .isSeparate = false, .found = [&](const Finding& finding) {
-                         worst = std::max(worst, finding.verdict);
-                         add({finding.verdict, std::string(step) + ": " + finding.text});
+                         const Verdict verdict = std::min(finding.verdict, most);
+                         worst = std::max(worst, verdict);
+                         add({verdict, (step.empty() ? "" : std::string(step) + ": ") + finding.text});
                      }});
     send(kBackMessage, {});
     return worst;

@@ -30,9 +30,10 @@ public:
     void at(std::string_view step);
 
     // Does this in one more process, a copy of this one, with the same time limit for each of its steps. Its
-    // findings, a crash or a hang among them, become those of this check, behind the name of the step.
-    // Answers the worst of them.
-    Verdict apart(std::string_view step, const std::function<void(Findings&)>& work);
+    // findings, a crash or a hang among them, become those of this check, behind the name of the step if it
+    // has one, and are no worse than the last verdict. Answers the worst of them.
+    Verdict apart(std::string_view step, const std::function<void(Findings&)>& work,
+                  Verdict most = Verdict::Crash);
 
     // That all has been done: the process ends.
     [[noreturn]] void end();

@@ -5,6 +5,7 @@
 #include "cli/system/interruption.h"
 #include "cli/terminal/colours.h"
 #include "cli/terminal/terminal_line.h"
+#include "cli/validate/scratch_folder.h"
 #include "cli/validate/validate_json.h"
 #include "cli/validate/validate_text.h"
 #include "cli/validate/validation.h"
@@ -60,7 +61,8 @@ int validate(const ValidateOptions& options) {
     if (access(options.library.c_str(), F_OK) != 0) {
         throw Failure("there is no plugin " + options.library);
     }
-    const Subject subject{options.library, options.seed ? *options.seed : anySeed()};
+    const ScratchFolder folder;
+    const Subject subject{options.library, options.seed ? *options.seed : anySeed(), folder.path()};
     const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
     Validation validation{.library = options.library.substr(options.library.rfind('/') + 1),
                           .seed = subject.seed,

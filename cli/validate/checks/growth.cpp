@@ -1,0 +1,73 @@
+#include "cli/system/process_usage.h"
+#include "cli/validate/checks/checks.h"
+#include "cli/validate/hosted_plugin.h"
+
+#include <string>
+
+namespace zqm::cli {
+namespace {
+
+constexpr std::uint64_t kFirstLives = 8; // fill what is filled once
+constexpr std::uint64_t kLives = 12;
+constexpr host::Seconds kTurn{0.02};
+constexpr int kQuietTurns = 25;
+constexpr int kMostTurns = 250;
+
+struct Measure {
+    const char* name;
+    std::int64_t ProcessUsage::*amount;
+    std::int64_t most; // for each life; less may be a cache that is still filling
+};
+constexpr Measure kMeasures[] = {
+    {"bytes of memory", &ProcessUsage::heap, 1024},
+    {"file descriptors", &ProcessUsage::descriptors, 0},
+    {"processes", &ProcessUsage::processes, 0},
+};
+
+// The plugin's processes need a moment to end, and the run loop to be told of it.
+ProcessUsage settledUsage(HostedPlugin& plugin, const ProcessUsage& before) {
+    ProcessUsage usage = processUsage();
+    for (int quiet = 0, turn = 0; quiet < kQuietTurns && turn < kMostTurns; ++turn) {
+        if (usage.descriptors <= before.descriptors && usage.processes <= before.processes) {
+            break;
+        }
+        plugin.runtime().runFor(kTurn);
+        const ProcessUsage now = processUsage();
+        quiet = now.descriptors == usage.descriptors && now.processes == usage.processes ? quiet + 1 : 0;
+        usage = now;
+    }
+    return usage;
+}
+
+} // namespace
+
+// Lives after lives must need no more than the first of them.
+void checkGrowth(const Subject& subject, Findings& findings) {
+    tryApart(subject, findings, "", [](const Subject& there, Findings& found) {
+        HostedPlugin plugin(there, found);
+        std::uint64_t life = 0;
+        const auto liveOften = [&](std::uint64_t lives) {
+            for (const std::uint64_t end = life + lives; life < end; ++life) {
+                plugin.runtime().entryPoints().resetCounts(); // the host would note each
+                plugin.live({}, life);
+            }
+            found.at("looking at what is in use");
+        };
+        liveOften(kFirstLives);
+        const ProcessUsage first = settledUsage(plugin, {});
+        liveOften(kLives);
+        const ProcessUsage once = settledUsage(plugin, first);
+        liveOften(kLives);
+        const ProcessUsage twice = settledUsage(plugin, once);
+        for (const Measure& measure : kMeasures) {
+            const std::int64_t before = once.*measure.amount - first.*measure.amount;
+            const std::int64_t after = twice.*measure.amount - once.*measure.amount;
+            const auto most = measure.most * static_cast<std::int64_t>(kLives);
+            found.add({before > most && after > most ? Verdict::Fail : Verdict::Pass,
+                       std::to_string(kLives) + " lives changed what is in use by " + std::to_string(before) +
+                           " " + measure.name + ", as many again by " + std::to_string(after)});
+        }
+    });
+}
+
+} // namespace zqm::cli

@@ -1,0 +1,30 @@
+#include "cli/validate/checks/checks.h"
+#include "cli/validate/hosted_plugin.h"
+
+namespace zqm::cli {
+
+void checkMembers(const Subject& subject, Findings& findings) {
+    tryApart(subject, findings, "",
+             [](const Subject& there, Findings& found) { HostedPlugin(there, found).live(); });
+}
+
+void checkUnconstructed(const Subject& subject, Findings& findings) {
+    for (const bool extreme : {false, true}) {
+        tryApart(subject, findings, extreme ? "extreme arguments" : "ordinary arguments",
+                 [&](const Subject& there, Findings& found) {
+                     HostedPlugin plugin(there, found);
+                     plugin.live({.constructed = false, .extreme = extreme});
+                     plugin.tellReports();
+                 });
+    }
+}
+
+void checkArguments(const Subject& subject, Findings& findings) {
+    tryApart(subject, findings, "", [](const Subject& there, Findings& found) {
+        HostedPlugin plugin(there, found);
+        plugin.live({.extreme = true});
+        plugin.tellReports();
+    });
+}
+
+} // namespace zqm::cli

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace zqm::cli {
+
+// A folder where temporary files go, for what a plugin writes. Gone afterwards, with all that is in it.
+class ScratchFolder {
+public:
+    ScratchFolder(); // throws Failure
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~ScratchFolder();
+
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
+} // namespace zqm::cli
