@@ -1,0 +1,123 @@
+// Each check of `zqmspeech validate` refuses the plugins with the fault that it looks for, and those alone.
+
+#include "tests/support/process.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace zqm::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+// What a plugin of the corpus is refused for.
+struct Refusal {
+    const char* plugin;
+    const char* check;   // null: none
+    const char* verdict; // the worst one
+};
+
+const Refusal kCorpus[] = {
+    {"good", nullptr, "pass"},
+    {"missing_symbol", "load", "fail"},
+    {"no_entry_function", "start", "fail"},
+    {"slow_start", "start", "fail"},
+    {"crashes_at_start", "start", "crash"},
+    {"exits_at_start", "start", "fail"},
+    {"hangs_at_start", "start", "fail"},
+    {"extra_export", "exports", "fail"},
+    {"counts_too_many", "records", "fail"},
+    {"counts_without_table", "records", "fail"},
+    {"misaligned_record", "records", "fail"},
+    {"null_name", "records", "fail"},
+    {"duplicate_class", "records", "fail"},
+    {"duplicate_member", "records", "fail"},
+    {"bad_declaration", "records", "fail"},
+    {"no_accessors", "records", "fail"},
+    {"ignores_the_version", "versions", "fail"},
+    {"fails_when_started_again", "restart", "crash"},
+    {"crashes_with_any_argument", "members", "crash"},
+    {"keeps_a_lock", "handles", "fail"},
+    {"unlocks_too_often", "handles", "fail"},
+    {"uses_a_dead_handle", "handles", "fail"},
+    {"crashes_on_null", "arguments", "crash"},
+    {"crashes_on_extremes", "arguments", "crash"},
+    {"exits_in_a_member", "arguments", "fail"},
+    {"hangs_in_a_member", "arguments", "fail"},
+    {"crashes_when_unconstructed", "unconstructed", "crash"},
+    {"needs_a_service", "refused", "crash"},
+    {"needs_one_of_two_services", "refused-sets", "crash"},
+    {"trusts_every_call", "failing-calls", "crash"},
+    {"grows", "growth", "fail"},
+    {"leaves_descriptors", "growth", "fail"},
+    {"leaves_processes", "growth", "fail"},
+    {"crashes_when_unloaded", "unload", "warning"},
+};
+
+std::string nameOf(const testing::TestParamInfo<Refusal>& info) {
+    return info.param.plugin;
+}
+
+class Corpus : public testing::TestWithParam<Refusal> {};
+
+TEST_P(Corpus, IsRefusedByItsCheckAlone) {
+    const Refusal& refusal = GetParam();
+    const std::string plugin = std::string(ZQM_CORPUS "/") + refusal.plugin + ".so";
+    const support::ProcessResult result = support::runProcess(
+        ZQMSPEECH_PROGRAM, {"validate", "--json", "--seed", "1", "--time-limit", "10", plugin});
+    const auto document = nlohmann::json::parse(result.output, nullptr, false);
+    ASSERT_FALSE(document.is_discarded()) << result.output << result.errors;
+    const bool isRefused = refusal.verdict == std::string("fail") || refusal.verdict == std::string("crash");
+    EXPECT_EQ(result.exitCode, isRefused ? 3 : 0);
+    for (const nlohmann::json& check : document["checks"]) {
+        const std::string verdict = check["verdict"];
+        if (refusal.check != nullptr && check["check"] == refusal.check) {
+            EXPECT_EQ(verdict, refusal.verdict) << check.dump(2);
+        } else {
+            EXPECT_THAT(verdict, testing::AnyOf("pass", "skip")) << check.dump(2);
+        }
+        if (refusal.check == nullptr) {
+            EXPECT_EQ(verdict, "pass") << check.dump(2);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Plugins, Corpus, testing::ValuesIn(kCorpus), nameOf);
+
+TEST(CorpusTable, HasEveryPlugin) {
+    std::set<std::string> sources;
+    for (const fs::directory_entry& entry : fs::directory_iterator(ZQM_CORPUS_SOURCES)) {
+        if (entry.path().extension() == ".cpp") {
+            sources.insert(entry.path().stem());
+        }
+    }
+    std::set<std::string> listed;
+    for (const Refusal& refusal : kCorpus) {
+        listed.insert(refusal.plugin);
+    }
+    EXPECT_EQ(sources, listed);
+}
+
+TEST(CorpusTable, RefusesAPluginForEachCheck) {
+    std::set<std::string> refusing;
+    for (const Refusal& refusal : kCorpus) {
+        if (refusal.check != nullptr) {
+            refusing.insert(refusal.check);
+        }
+    }
+    const auto document = nlohmann::json::parse(
+        support::runProcess(ZQMSPEECH_PROGRAM, {"validate", "--json", ZQM_CORPUS "/good.so"}).output);
+    for (const nlohmann::json& check : document["checks"]) {
+        EXPECT_TRUE(refusing.contains(check["check"])) << check["check"];
+    }
+}
+
+} // namespace
+} // namespace zqm::tests
