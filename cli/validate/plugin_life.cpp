@@ -16,7 +16,7 @@ using host::Value;
 constexpr int kChoices = 2;
 constexpr int kExtremeMixtures = 4;
 constexpr std::size_t kMostFound = 8;
-constexpr host::Seconds kTimeForEvents{0.005};
+constexpr host::Seconds kTimeForEvents{0.002};
 
 bool sameName(std::string_view one, std::string_view other) {
     return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {

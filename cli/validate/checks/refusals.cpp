@@ -1,3 +1,4 @@
+#include "cli/command_line/failure.h"
 #include "cli/validate/checks/checks.h"
 #include "cli/validate/hosted_plugin.h"
 
@@ -9,22 +10,66 @@
 #include <utility>
 #include <vector>
 
+#include <sys/mman.h>
+
 namespace zqm::cli {
 namespace {
 
 // A host that can't be told the revision is none.
 constexpr std::string_view kRequired = "RegisterPluginVersion";
 constexpr std::string_view kRegister = "PluginRegisterClass";
-constexpr int kSets = 24;
+constexpr int kSets = 16;
 // A set has each entry point with one of these chances in a hundred.
 constexpr std::array kChances{5U, 20U, 50U, 90U};
 constexpr std::array kVersions{2011.0, 2012.0, 2013.0, 2015.04, 2016.0, host::kDefaultVersion};
-constexpr std::size_t kMostFailures = 6;
+constexpr std::size_t kMostFailures = 3;
 
 std::vector<std::string> refusable() {
     std::vector<std::string> names = host::EntryPointControl::names();
     std::erase(names, kRequired);
     return names;
+}
+
+// Memory that this process shares with those that it starts.
+class SharedFlags {
+public:
+    explicit SharedFlags(std::size_t size)
+        : size_(size),
+          memory_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
+        if (memory_ == MAP_FAILED) {
+            throw Failure("no memory to share");
+        }
+    }
+    SharedFlags(const SharedFlags&) = delete;
+    SharedFlags& operator=(const SharedFlags&) = delete;
+    ~SharedFlags() { munmap(memory_, size_); }
+
+    bool& operator[](std::size_t index) { return static_cast<bool*>(memory_)[index]; }
+
+private:
+    std::size_t size_;
+    void* memory_;
+};
+
+// The services that the plugin asks for. The others can't be missed.
+std::vector<std::string> usedEntryPoints(const Subject& subject, Findings& findings) {
+    const std::vector<std::string> names = refusable();
+    SharedFlags used(names.size());
+    tryApart(subject, findings, "with all services", [&](const Subject& there, Findings& found) {
+        HostedPlugin plugin(there, found);
+        plugin.live();
+        const host::EntryPointControl control = plugin.runtime().entryPoints();
+        for (std::size_t index = 0; index < names.size(); ++index) {
+            used[index] = control.lookups(names[index]) > 0;
+        }
+    });
+    std::vector<std::string> result;
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        if (used[index]) {
+            result.push_back(names[index]);
+        }
+    }
+    return result;
 }
 
 void liveWithout(const Subject& subject, Findings& findings, const host::Options& options) {
@@ -55,7 +100,7 @@ std::string listOf(const std::vector<std::string>& names) {
 } // namespace
 
 void checkRefused(const Subject& subject, Findings& findings) {
-    for (const std::string& name : refusable()) {
+    for (const std::string& name : usedEntryPoints(subject, findings)) {
         tryApart(subject, findings, "without " + name, [&](const Subject& there, Findings& found) {
             liveWithout(there, found, {.refused = {name}});
         });
@@ -85,7 +130,7 @@ void checkRefusedSets(const Subject& subject, Findings& findings) {
 }
 
 void checkFailingCalls(const Subject& subject, Findings& findings) {
-    for (const std::string& name : refusable()) {
+    for (const std::string& name : usedEntryPoints(subject, findings)) {
         tryApart(subject, findings, name, [&](const Subject& there, Findings& found) {
             HostedPlugin plugin(there, found);
             host::EntryPointControl control = plugin.runtime().entryPoints();
