@@ -1,5 +1,6 @@
 #include "cli/system/process_usage.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -8,7 +9,8 @@
 #include <system_error>
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+// Of the sanitizer's library, whose header for it GCC doesn't install.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // NOLINT(bugprone-reserved-identifier)
 #endif
 
 namespace zqm::cli {
