@@ -238,8 +238,8 @@ TEST(Supervision, AnInterruptionEndsTheWorkAndItsParts) {
 }
 
 CheckResult resultOf(void (*run)(const Subject&, Findings&), Findings::Seconds limit = kAmple) {
-    return runCheck({.name = "sample", .summary = "does", .run = run}, {.library = "lib.so", .seed = 7},
-                    limit)
+    return runCheck({.name = "sample", .summary = "does", .run = run},
+                    {.library = "lib.so", .seed = 7, .folder = "."}, limit)
         .result;
 }
 
