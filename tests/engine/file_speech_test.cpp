@@ -510,7 +510,8 @@ TEST_F(FileSpeech, aFileThatCanNotBeWrittenIsAnError) {
         const std::vector<Event> events = write(speak(++utterance, kText), target);
         const auto end = finished(events);
         EXPECT_THAT(end ? end->error : startError(events), HasSubstr("Bad file descriptor")) << name;
-        EXPECT_FALSE(std::filesystem::exists(target.temporary)) << name;
+        // What an engine may not write it doesn't remove either: it may be anybody's.
+        EXPECT_TRUE(std::filesystem::exists(target.temporary)) << name;
         EXPECT_FALSE(std::filesystem::exists(target.file)) << name;
     }
 }
