@@ -11,6 +11,7 @@ std::vector<std::string> EntryPointControl::names() {
     const std::set<std::string> names(kEntryPointNames.begin(), kEntryPointNames.end());
     return {names.begin(), names.end()};
 }
+
 void EntryPointControl::refuse(std::string_view name) {
     core_->entryPoints().refuse(name);
 }
