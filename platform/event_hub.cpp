@@ -16,12 +16,13 @@ namespace zqm::platform {
 using protocol::Descriptor;
 
 // A fork has the parent's descriptors, which it must leave alone, and gets a hub of its own when it needs
-// one.
+// one. The parent's stays, since the run loop that came along watches it too.
 EventHub& EventHub::shared() {
-    static EventHub* hub = nullptr;
-    if (hub == nullptr || !hub->owner_.isCurrent()) {
-        hub = new EventHub; // NOLINT(cppcoreguidelines-owning-memory): for the life of the process
+    static auto& hubs = *new std::vector<std::unique_ptr<EventHub>>; // for the life of the process
+    if (hubs.empty() || !hubs.back()->owner_.isCurrent()) {
+        hubs.emplace_back(new EventHub);
     }
+    EventHub* const hub = hubs.back().get();
     if (!hub->epoll_) {
         hub->open();
     }
