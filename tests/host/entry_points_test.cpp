@@ -3,6 +3,9 @@
 #include "tests/host/widget.h"
 
 #include <gmock/gmock.h>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace zqm::host::test {
 namespace {
@@ -32,6 +35,20 @@ TEST_F(Refusals, AllNamesAtOnce) {
     EXPECT_EQ(Runtime::resolver()("PluginNewInstance"), nullptr);
     entries.allowAll();
     EXPECT_NE(Runtime::resolver()("REALLockString"), nullptr);
+}
+
+TEST_F(Refusals, EachNameOnceAndNoOther) {
+    const std::vector<std::string> names = EntryPointControl::names();
+    EXPECT_THAT(names, testing::IsSupersetOf({"PluginRegisterClass", "REALLockString", "RuntimeUBound"}));
+    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
+    for (const std::string& name : names) {
+        EXPECT_NE(Runtime::resolver()(name.c_str()), nullptr) << name;
+        entries.refuse(name);
+        EXPECT_EQ(Runtime::resolver()(name.c_str()), nullptr) << name;
+    }
+    for (const char* const name : kEntryPointNames) {
+        EXPECT_EQ(Runtime::resolver()(name), nullptr) << name;
+    }
 }
 
 TEST_F(Refusals, HeldFunctionGoesOnWorking) {
