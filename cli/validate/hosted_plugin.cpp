@@ -18,13 +18,6 @@ void HostedPlugin::live(LifePlan plan, std::uint64_t number) {
     life.live();
 }
 
-void HostedPlugin::tellReports() {
-    for (const host::Report& report : runtime_.reports()) {
-        findings_.fail(std::string(host::nameOf(report.kind)) + ": " + report.text);
-    }
-    runtime_.clearReports();
-}
-
 Verdict tryApart(const Subject& subject, Findings& findings, std::string_view step,
                  const std::function<void(const Subject&, Findings&)>& work, Verdict most) {
     return findings.apart(

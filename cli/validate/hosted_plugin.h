@@ -21,8 +21,6 @@ public:
 
     // One life of it, that of this number: the same for the same seed and number.
     void live(LifePlan plan = {}, std::uint64_t number = 0);
-    // A failure for each breach of the interface since the last time.
-    void tellReports();
 
     host::Runtime& runtime() { return runtime_; }
 

@@ -24,6 +24,12 @@ constexpr Measure kMeasures[] = {
     {"processes", &ProcessUsage::processes, 0},
 };
 
+std::string change(std::int64_t amount) {
+    return amount > 0   ? std::to_string(amount) + " more"
+           : amount < 0 ? std::to_string(-amount) + " less"
+                        : "no more";
+}
+
 // The plugin's processes need a moment to end, and the run loop to be told of it.
 ProcessUsage settledUsage(HostedPlugin& plugin, const ProcessUsage& before) {
     ProcessUsage usage = processUsage();
@@ -64,8 +70,8 @@ void checkGrowth(const Subject& subject, Findings& findings) {
             const std::int64_t after = twice.*measure.amount - once.*measure.amount;
             const auto most = measure.most * static_cast<std::int64_t>(kLives);
             found.add({before > most && after > most ? Verdict::Fail : Verdict::Pass,
-                       std::to_string(kLives) + " lives changed what is in use by " + std::to_string(before) +
-                           " " + measure.name + ", as many again by " + std::to_string(after)});
+                       std::string(measure.name) + " in use: " + change(before) + " after " +
+                           std::to_string(kLives) + " lives, " + change(after) + " after as many again"});
         }
     });
 }

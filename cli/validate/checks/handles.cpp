@@ -1,4 +1,6 @@
 #include "cli/validate/checks/checks.h"
+#include "cli/validate/checks/host_reports.h"
+#include "cli/validate/checks/host_versions.h"
 #include "cli/validate/hosted_plugin.h"
 
 #include <string>
@@ -6,7 +8,7 @@
 namespace zqm::cli {
 namespace {
 
-constexpr std::uint64_t kLives = 4;
+constexpr std::uint64_t kLives = 2;
 
 struct Kind {
     const char* name;
@@ -32,12 +34,9 @@ void tellDifference(Findings& findings, std::uint64_t life, const host::Ledger& 
     }
 }
 
-} // namespace
-
-// What a plugin makes once, at its first use, is not left behind by a life.
-void checkHandles(const Subject& subject, Findings& findings) {
-    tryApart(subject, findings, "", [](const Subject& there, Findings& found) {
-        HostedPlugin plugin(there, found);
+void checkWith(const HostVersion& host, const Subject& subject, Findings& findings) {
+    tryApart(subject, findings, nameOf(host), [&](const Subject& there, Findings& found) {
+        HostedPlugin plugin(there, found, {.version = host.version});
         plugin.live();
         for (std::uint64_t life = 1; life <= kLives; ++life) {
             const host::Ledger before = plugin.runtime().ledger();
@@ -45,8 +44,17 @@ void checkHandles(const Subject& subject, Findings& findings) {
             found.at("looking at the handles");
             tellDifference(found, life, before, plugin.runtime().ledger());
         }
-        plugin.tellReports();
+        addReports(plugin.runtime(), found);
     });
+}
+
+} // namespace
+
+// What a plugin makes once, at its first use, is not left behind by a life.
+void checkHandles(const Subject& subject, Findings& findings) {
+    for (const HostVersion& host : hostVersions()) {
+        checkWith(host, subject, findings);
+    }
 }
 
 } // namespace zqm::cli

@@ -1,11 +1,16 @@
 #include "cli/validate/checks/checks.h"
+#include "cli/validate/checks/host_reports.h"
+#include "cli/validate/checks/host_versions.h"
 #include "cli/validate/hosted_plugin.h"
 
 namespace zqm::cli {
 
 void checkMembers(const Subject& subject, Findings& findings) {
-    tryApart(subject, findings, "",
-             [](const Subject& there, Findings& found) { HostedPlugin(there, found).live(); });
+    for (const HostVersion& host : hostVersions()) {
+        tryApart(subject, findings, nameOf(host), [&](const Subject& there, Findings& found) {
+            HostedPlugin(there, found, {.version = host.version}).live();
+        });
+    }
 }
 
 void checkUnconstructed(const Subject& subject, Findings& findings) {
@@ -14,7 +19,7 @@ void checkUnconstructed(const Subject& subject, Findings& findings) {
                  [&](const Subject& there, Findings& found) {
                      HostedPlugin plugin(there, found);
                      plugin.live({.constructed = false, .extreme = extreme});
-                     plugin.tellReports();
+                     addReports(plugin.runtime(), found);
                  });
     }
 }
@@ -23,7 +28,7 @@ void checkArguments(const Subject& subject, Findings& findings) {
     tryApart(subject, findings, "", [](const Subject& there, Findings& found) {
         HostedPlugin plugin(there, found);
         plugin.live({.extreme = true});
-        plugin.tellReports();
+        addReports(plugin.runtime(), found);
     });
 }
 

@@ -17,8 +17,8 @@ void* openPlugin(const std::string& library) {
     return opened;
 }
 
-PluginMain entryFunctionOf(const std::string& library) {
-    void* function = dlsym(openPlugin(library), kEntryFunction);
+PluginMain entryFunctionOf(void* library) {
+    void* function = dlsym(library, kEntryFunction);
     if (function == nullptr) {
         throw Failure(std::string("it has no function ") + kEntryFunction);
     }

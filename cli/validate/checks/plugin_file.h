@@ -16,6 +16,6 @@ inline constexpr const char* kEntryFunction = "REALPluginMain";
 void* openPlugin(const std::string& library);
 
 // Throws Failure where there is none.
-PluginMain entryFunctionOf(const std::string& library);
+PluginMain entryFunctionOf(void* library);
 
 } // namespace zqm::cli

@@ -7,7 +7,7 @@
 namespace zqm::cli {
 
 void checkRecords(const Subject& subject, Findings& findings) {
-    const PluginMain entryFunction = entryFunctionOf(subject.library);
+    const PluginMain entryFunction = entryFunctionOf(openPlugin(subject.library));
     RecordInspection inspection(findings);
     host::Runtime runtime;
     startObserved(runtime, entryFunction, [&](void* record) { return inspection.isReadable(record); });

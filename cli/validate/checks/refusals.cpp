@@ -1,10 +1,10 @@
 #include "cli/command_line/failure.h"
 #include "cli/validate/checks/checks.h"
+#include "cli/validate/checks/host_versions.h"
 #include "cli/validate/hosted_plugin.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <random>
 #include <string>
 #include <utility>
@@ -21,8 +21,7 @@ constexpr std::string_view kRegister = "PluginRegisterClass";
 constexpr int kSets = 16;
 // A set has each entry point with one of these chances in a hundred.
 constexpr std::array kChances{5U, 20U, 50U, 90U};
-constexpr std::array kVersions{2011.0, 2012.0, 2013.0, 2015.04, 2016.0, host::kDefaultVersion};
-constexpr std::size_t kMostFailures = 3;
+constexpr std::size_t kFirstFailures = 3; // and one of those behind them
 
 std::vector<std::string> refusable() {
     std::vector<std::string> names = host::EntryPointControl::names();
@@ -83,10 +82,18 @@ void liveWithout(const Subject& subject, Findings& findings, const host::Options
     }
 }
 
-std::string nameOfVersion(double version) {
-    std::array<char, 32> text;
-    std::snprintf(text.data(), text.size(), "version %.2f", version);
-    return text.data();
+// Answers how often the service was called.
+std::size_t liveWithFailure(HostedPlugin& plugin, const Subject& subject, Findings& findings,
+                            const std::string& name, std::size_t nth) {
+    host::EntryPointControl control = plugin.runtime().entryPoints();
+    control.resetCounts();
+    control.failCall(name, nth);
+    PluginLife life(plugin.runtime(), subject.seed, {}, [&](const std::string& what) {
+        findings.at("failure of call " + std::to_string(nth) + ", " + what);
+    });
+    life.live();
+    control.failNone();
+    return control.calls(name);
 }
 
 std::string listOf(const std::vector<std::string>& names) {
@@ -112,7 +119,7 @@ void checkRefusedSets(const Subject& subject, Findings& findings) {
     const std::vector<std::string> names = refusable();
     for (int number = 0; number < kSets; ++number) {
         const unsigned chance = kChances[random() % kChances.size()];
-        const double version = kVersions[random() % kVersions.size()];
+        const HostVersion& host = hostVersions()[random() % hostVersions().size()];
         std::vector<std::string> refused;
         for (const std::string& name : names) {
             // Most sets leave something to use.
@@ -121,10 +128,9 @@ void checkRefusedSets(const Subject& subject, Findings& findings) {
             }
         }
         tryApart(subject, findings,
-                 "set " + std::to_string(number + 1) + ", " + nameOfVersion(version) + ", without " +
-                     listOf(refused),
+                 "set " + std::to_string(number + 1) + ", " + nameOf(host) + ", without " + listOf(refused),
                  [&](const Subject& there, Findings& found) {
-                     liveWithout(there, found, {.version = version, .refused = refused});
+                     liveWithout(there, found, {.version = host.version, .refused = refused});
                  });
     }
 }
@@ -133,18 +139,14 @@ void checkFailingCalls(const Subject& subject, Findings& findings) {
     for (const std::string& name : usedEntryPoints(subject, findings)) {
         tryApart(subject, findings, name, [&](const Subject& there, Findings& found) {
             HostedPlugin plugin(there, found);
-            host::EntryPointControl control = plugin.runtime().entryPoints();
-            for (std::size_t nth = 1; nth <= kMostFailures; ++nth) {
-                control.resetCounts();
-                control.failCall(name, nth);
-                PluginLife life(plugin.runtime(), there.seed, {}, [&](const std::string& what) {
-                    found.at("failure of call " + std::to_string(nth) + ", " + what);
-                });
-                life.live();
-                control.failNone();
-                if (control.calls(name) < nth) {
-                    break;
-                }
+            std::size_t calls = 0;
+            for (std::size_t nth = 1; nth <= std::min(kFirstFailures, calls + 1); ++nth) {
+                calls = liveWithFailure(plugin, there, found, name, nth);
+            }
+            if (calls > kFirstFailures) {
+                std::mt19937_64 random(there.seed);
+                liveWithFailure(plugin, there, found, name,
+                                kFirstFailures + 1 + random() % (calls - kFirstFailures));
             }
         });
     }

@@ -45,7 +45,7 @@ void compare(const std::vector<ClassRecord>& first, const std::vector<ClassRecor
 } // namespace
 
 void checkRestart(const Subject& subject, Findings& findings) {
-    const PluginMain entryFunction = entryFunctionOf(subject.library);
+    const PluginMain entryFunction = entryFunctionOf(openPlugin(subject.library));
     std::vector<ClassRecord> first;
     {
         host::Runtime runtime;

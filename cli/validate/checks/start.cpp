@@ -30,7 +30,7 @@ void checkStart(const Subject& subject, Findings& findings) {
     RecordInspection inspection; // what is wrong in records is told by another check
     std::size_t records = 0;
     const Clock::time_point begin = Clock::now();
-    const PluginMain entryFunction = entryFunctionOf(subject.library);
+    const PluginMain entryFunction = entryFunctionOf(openPlugin(subject.library));
     const Clock::time_point loaded = Clock::now();
     startObserved(runtime, entryFunction, [&](void* record) {
         ++records;

@@ -1,9 +1,9 @@
 #include "cli/validate/checks/checks.h"
+#include "cli/validate/checks/plugin_file.h"
 #include "cli/validate/hosted_plugin.h"
 
 #include <zqmhost/zqmhost.h>
 
-#include <bit>
 #include <dlfcn.h>
 
 namespace zqm::cli {
@@ -13,15 +13,10 @@ void checkUnload(const Subject& subject, Findings& findings) {
     tryApart(
         subject, findings, "",
         [](const Subject& there, Findings& found) {
-            void* library = dlopen(there.library.c_str(), RTLD_NOW | RTLD_LOCAL);
-            if (library == nullptr) {
-                found.warn("it can't be loaded");
-                return;
-            }
-            const auto main = std::bit_cast<void (*)(REALresolver)>(dlsym(library, "REALPluginMain"));
+            void* library = openPlugin(there.library);
             {
                 host::Runtime runtime;
-                runtime.start(main);
+                runtime.start(entryFunctionOf(library));
                 PluginLife(runtime, there.seed, {}, [&](const std::string& what) { found.at(what); }).live();
             }
             found.at("unloading it");
