@@ -1,5 +1,7 @@
 // The engine program, looked at from outside.
 
+#include "engine/confinement/landlock.h"
+#include "engine/speaker/voices.h"
 #include "tests/engine/engine_process.h"
 #include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
@@ -93,6 +95,32 @@ TEST_F(ConfinedEngine, endsItsHelperWhenItEnds) {
     engine_.hangUp();
     EXPECT_EQ(engine_.wait(), 0);
     EXPECT_FALSE(std::filesystem::exists("/proc/" + std::to_string(helpers.front())));
+}
+
+// An engine whose voices are those of a folder.
+bool findsVoices(const std::filesystem::path& folder) {
+    EngineProcess engine({{"ESPEAK_DATA_PATH", folder.string()}});
+    engine.send(ListVoices{});
+    const auto answer = engine.nextOf<Voices>();
+    return answer && !answer->voices.empty();
+}
+
+TEST(ConfinedEngineFiles, areNotThoseThatItsDataLinksToElsewhere) {
+    if (zqm::engine::landlockVersion() == 0) {
+        GTEST_SKIP() << "this kernel has no Landlock";
+    }
+    constexpr const char* kFile = "phontab"; // without which nothing is spoken
+    const TemporaryFolder data;
+    const TemporaryFolder elsewhere;
+    std::filesystem::copy(zqm::engine::voiceFolder(), data.path(), std::filesystem::copy_options::recursive);
+    const auto findsVoicesWithItIn = [&](const std::filesystem::path& place) {
+        std::filesystem::copy_file(std::filesystem::path(zqm::engine::voiceFolder()) / kFile, place);
+        std::filesystem::remove(data / kFile);
+        std::filesystem::create_symlink(place, data / kFile);
+        return findsVoices(data.path());
+    };
+    EXPECT_TRUE(findsVoicesWithItIn(data / "another name"));
+    EXPECT_FALSE(findsVoicesWithItIn(elsewhere / kFile));
 }
 
 } // namespace
