@@ -123,10 +123,6 @@ std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage want
         if (mayBeLeftOut(place)) {
             add(place, {.name = "drop", .action = "drop", .effect = Effect::None});
         }
-        if (place.type == "speak") {
-            add(place, {.name = "bare", .action = "bare"});
-            add(place, {.name = "soil", .action = "soil", .bytes = "RIFF, or what an engine began to write"});
-        }
     }
     for (const bool toHost : {false, true}) {
         std::vector<Place> found;
@@ -142,6 +138,13 @@ std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage want
             ++turn;
         }
     }
+    return cases;
+}
+
+std::vector<FaultCase> withFileFaults(std::vector<FaultCase> cases) {
+    cases.push_back({request("speak"), {.name = "bare", .action = "bare"}});
+    cases.push_back({request("speak"),
+                     {.name = "soil", .action = "soil", .bytes = "RIFF, or what an engine began to write"}});
     return cases;
 }
 
@@ -163,8 +166,11 @@ std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases) {
 
 std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step) {
     std::vector<FaultCase> some;
-    for (std::size_t index = 0; index < cases.size(); index += wantsAll() ? 1 : step * kSlowness) {
-        some.push_back(cases[index]);
+    for (std::size_t index = 0; index < cases.size(); ++index) {
+        const bool isAtEachMessage = kSlowness == 1 && cases[index].fault.action == "close";
+        if (wantsAll() || isAtEachMessage || index % (step * kSlowness) == 0) {
+            some.push_back(cases[index]);
+        }
     }
     return some;
 }

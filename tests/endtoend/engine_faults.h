@@ -55,10 +55,14 @@ enum class Garbage {
 // every message when the environment has ZQM_ALL_FAULTS.
 std::vector<FaultCase> faultCases(const std::vector<Place>& places, Garbage wanted);
 
+// The same, and a speech into a file that comes without its descriptors, or whose engine dies over the file.
+std::vector<FaultCase> withFileFaults(std::vector<FaultCase> cases);
+
 // The same with engines that are new to the host and with some that have served before.
 std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases);
 
-// Every so manieth, and fewer where engines are slow, unless all is asked for.
+// Every so manieth, and fewer where engines are slow, unless all is asked for; but the conversation is closed
+// before and behind each message where engines are fast.
 std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step = 1);
 
 std::string nameOf(const testing::TestParamInfo<FaultCase>& each);

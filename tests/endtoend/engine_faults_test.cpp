@@ -117,10 +117,10 @@ TEST_P(WritingFaults, AreToldAndOver) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, WritingFaults,
-                         ValuesIn(thinned(newAndUsed(faultCases({request("speak"), event("started"),
-                                                                 event("phoneme"), event("word"),
-                                                                 event("phoneme", 2), event("finished")},
-                                                                Garbage::Once)))),
+                         ValuesIn(thinned(newAndUsed(withFileFaults(
+                             faultCases({request("speak"), event("started"), event("phoneme"), event("word"),
+                                         event("phoneme", 2), event("finished")},
+                                        Garbage::Once))))),
                          nameOf);
 
 // ---- the same with a dictionary of pronunciations, which each engine is told before it speaks
