@@ -74,6 +74,21 @@ def kill_engines(options: argparse.Namespace) -> list[str]:
     return problems
 
 
+def do_faults(options: argparse.Namespace) -> list[str]:
+    programs = []
+    for lane in range(options.lanes):
+        share = {"GTEST_TOTAL_SHARDS": str(options.lanes), "GTEST_SHARD_INDEX": str(lane), "ZQM_ALL_FAULTS": "1"}
+        output = options.output / f"faults {lane + 1}.txt"
+        programs.append(
+            Program(f"faults of engines {lane + 1}", [str(options.programs / "engine_faults_test")], output, share)
+        )
+    problems = run(programs)
+    told = "".join(program.output.read_text(encoding="utf-8", errors="replace") for program in programs)
+    lines = told.splitlines()
+    print(f"{sum(line.startswith('[       OK ]') for line in lines)} faults of engines and their messages: as expected")
+    return problems + sorted({line.split(",")[0] for line in lines if line.startswith("[  FAILED  ]") and "/" in line})
+
+
 def fuzz(options: argparse.Namespace) -> list[str]:
     programs = []
     for lane, share in enumerate(shares(options.fuzz_calls, options.lanes)):
@@ -96,6 +111,7 @@ def main() -> int:
     parser.add_argument("--seed", type=int, required=True)
     parser.add_argument("--lanes", type=int, required=True)
     parser.add_argument("--kills", type=int, default=0)
+    parser.add_argument("--faults", action="store_true")
     parser.add_argument("--fuzz-calls", type=int, default=0)
     parser.add_argument("--fuzz-program", type=Path)
     parser.add_argument("--leak", choices=("memory", "descriptors", "handles"))
@@ -107,6 +123,8 @@ def main() -> int:
             problems += soak(options)
         if options.kills > 0:
             problems += kill_engines(options)
+        if options.faults:
+            problems += do_faults(options)
         if options.fuzz_calls > 0:
             problems += fuzz(options)
     except Problem as problem:

@@ -2,12 +2,14 @@
 
 from __future__ import annotations
 
+import os
 import subprocess
 import time
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from pathlib import Path
 
 SECONDS_TO_END = 5  # of one that is told to
+MOST_LINES = 50  # of what one that failed had to say
 
 
 @dataclass(frozen=True)
@@ -15,6 +17,7 @@ class Program:
     name: str
     arguments: list[str]
     output: Path  # its standard output
+    environment: dict[str, str] = field(default_factory=dict)  # beside this one's
 
 
 def run(programs: list[Program], seconds: float | None = None) -> list[str]:
@@ -26,7 +29,13 @@ def run(programs: list[Program], seconds: float | None = None) -> list[str]:
         for program in programs:
             program.output.parent.mkdir(parents=True, exist_ok=True)
             with program.output.open("wb") as output, program.output.with_suffix(".log").open("wb") as log:
-                process = subprocess.Popen(program.arguments, stdin=subprocess.DEVNULL, stdout=output, stderr=log)
+                process = subprocess.Popen(
+                    program.arguments,
+                    stdin=subprocess.DEVNULL,
+                    stdout=output,
+                    stderr=log,
+                    env=os.environ | program.environment,
+                )
             running.append((program, process))
         for program, process in running:
             try:
@@ -36,7 +45,8 @@ def run(programs: list[Program], seconds: float | None = None) -> list[str]:
                 continue
             if code != 0:
                 words = program.output.with_suffix(".log").read_text(encoding="utf-8", errors="replace").strip()
-                problems.append(f"{program.name} failed ({code}):\n{words}")
+                last = "\n".join(words.splitlines()[-MOST_LINES:])
+                problems.append(f"{program.name} failed ({code}):\n{last}")
     finally:
         for _, process in running:
             stop(process)

@@ -1,1 +1,2 @@
-// Compiles nothing of its own: the headers that nearly every test includes are compiled with it, once, as C++.
+// Compiles nothing of its own: the headers that nearly every test includes are compiled with it, once, as
+// C++.

@@ -171,6 +171,22 @@ TEST_F(Soak, AddsUpWhatBecameOfKilledEngines) {
     EXPECT_THAT(result.errors, HasSubstr("no engine was killed"));
 }
 
+TEST_F(Soak, DoesEveryFaultToEngines) {
+    play("engine_faults_test", "test \"$ZQM_ALL_FAULTS of $GTEST_TOTAL_SHARDS\" = '1 of 2' || exit 2\n"
+                               "echo \"[       OK ] All/Faults.AreTold/$GTEST_SHARD_INDEX (5 ms)\"");
+    ProcessResult result = soak(folder_.path(), {"--seconds", "0", "--lanes", "2", "--faults"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, StartsWith("2 faults of engines and their messages: as expected\n"));
+    play("engine_faults_test",
+         "echo '[  FAILED  ] All/Faults.AreTold/kill, where GetParam() = kill (5 ms)'\n"
+         "echo '[  FAILED  ] All/Faults.AreTold/kill, where GetParam() = kill'; exit 1");
+    result = soak(folder_.path(), {"--seconds", "0", "--lanes", "1", "--faults"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, StartsWith("0 faults"));
+    EXPECT_EQ(result.errors, "FAILED: faults of engines 1 failed (1):\n\n"
+                             "FAILED: [  FAILED  ] All/Faults.AreTold/kill\n");
+}
+
 TEST_F(Soak, MakesRandomHostCalls) {
     play("calls", "test \"$1 $3\" = '--calls --seed' && echo $2 calls of seed $4");
     const ProcessResult result = soak(folder_.path(), {"--seconds", "0", "--lanes", "2", "--fuzz-calls", "5",
@@ -214,9 +230,9 @@ TEST(SoakScript, RefusesWrongArguments) {
 TEST(SoakScript, TellsItsOptions) {
     const ProcessResult result = script({"--help"});
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.output,
-                AllOf(HasSubstr("scripts/soak MINUTES"), HasSubstr("--seed"), HasSubstr("--kills"),
-                      HasSubstr("--fuzz-calls"), HasSubstr("--lanes"), HasSubstr("--output")));
+    EXPECT_THAT(result.output, AllOf(HasSubstr("scripts/soak MINUTES"), HasSubstr("--seed"),
+                                     HasSubstr("--kills"), HasSubstr("--faults"), HasSubstr("--fuzz-calls"),
+                                     HasSubstr("--lanes"), HasSubstr("--output")));
 }
 
 } // namespace
