@@ -20,19 +20,6 @@ using std::chrono::microseconds;
 
 constexpr microseconds kLookAgain{200};
 
-// As /proc tells it; 0 for a process that is gone.
-char stateIn(const std::string& folder) {
-    std::ifstream file(folder + "/stat");
-    std::string line;
-    std::getline(file, line);
-    const std::size_t nameEnd = line.rfind(") ");
-    return nameEnd == std::string::npos ? '\0' : line.at(nameEnd + 2);
-}
-
-char stateOf(pid_t process) {
-    return stateIn("/proc/" + std::to_string(process));
-}
-
 bool hasEnded(char state) {
     return state == '\0' || state == 'Z' || state == 'X';
 }
@@ -71,13 +58,14 @@ std::vector<pid_t> EngineProcesses::all() const {
 
 std::vector<pid_t> EngineProcesses::living() const {
     std::vector<pid_t> engines = all();
-    std::erase_if(engines, [](pid_t engine) { return hasEnded(stateOf(engine)); });
+    std::erase_if(engines, [](pid_t engine) { return hasEnded(support::stateOf(engine)); });
     return engines;
 }
 
 void holdEngine(pid_t engine) {
     kill(engine, SIGSTOP);
-    for (char state = stateOf(engine); state != 'T' && !hasEnded(state); state = stateOf(engine)) {
+    for (char state = support::stateOf(engine); state != 'T' && !hasEnded(state);
+         state = support::stateOf(engine)) {
         std::this_thread::sleep_for(kLookAgain);
     }
 }
@@ -87,7 +75,7 @@ void goOn(pid_t engine) {
 }
 
 bool killEngine(pid_t engine) {
-    return !hasEnded(stateOf(engine)) && kill(engine, SIGKILL) == 0;
+    return !hasEnded(support::stateOf(engine)) && kill(engine, SIGKILL) == 0;
 }
 
 microseconds randomMoment(std::mt19937_64& random, microseconds most) {
@@ -106,9 +94,9 @@ Killing::Killing(Find find)
       }) {}
 
 Killing Killing::whenTheCallerWaits(pid_t engine) {
-    const std::string caller = "/proc/self/task/" + std::to_string(gettid());
+    const pid_t caller = gettid();
     return Killing([engine, caller](const std::stop_token& isEnough) {
-        while (!isEnough.stop_requested() && stateIn(caller) != 'S') {
+        while (!isEnough.stop_requested() && support::stateOf(caller) != 'S') {
             std::this_thread::sleep_for(kLookAgain);
         }
         return engine;

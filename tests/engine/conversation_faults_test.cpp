@@ -3,11 +3,11 @@
 #include "tests/engine/engine_process.h"
 #include "tests/engine/listening_files.h"
 #include "tests/support/garbage_lines.h"
+#include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
 
 #include <chrono>
 #include <fcntl.h>
-#include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,14 +38,6 @@ struct Step {
     Request request;
     std::vector<Descriptor> descriptors{};
 };
-
-char stateOf(pid_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string line;
-    std::getline(file, line);
-    const std::size_t end = line.rfind(") ");
-    return end == std::string::npos || end + 2 >= line.size() ? '?' : line[end + 2];
-}
 
 // Until it has nothing to do; false: it never has.
 bool restsAtLast(pid_t process) {

@@ -83,11 +83,15 @@ std::vector<pid_t> childrenThatRun(const std::string& program) {
     return children;
 }
 
+char stateOf(pid_t process) {
+    return statusOf(process).value_or(Status()).state;
+}
+
 bool isAlive(pid_t process) {
-    const std::optional<Status> status = statusOf(process);
-    const bool hasEnded = !status || status->state == 'Z' || status->state == 'X';
+    const char state = stateOf(process);
+    const bool hasEnded = state == '\0' || state == 'Z' || state == 'X';
     // The first thread may end before others, which still hold the process's files and locks.
-    return !hasEnded || (status && threadsOf(process) > 1);
+    return !hasEnded || threadsOf(process) > 1;
 }
 
 std::size_t openDescriptors() {

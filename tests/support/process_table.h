@@ -17,6 +17,10 @@ std::vector<pid_t> childrenOfThisProcess();
 // Those of this process's children that run a program of that file name.
 std::vector<pid_t> childrenThatRun(const std::string& program);
 
+// How it is, as proc(5) has it: 'R' runs, 'S' sleeps, 'T' is stopped, 'Z' waits to be reaped; '\0' is gone.
+// Of a thread, too.
+char stateOf(pid_t process);
+
 // False for one that is gone, and also for one that ended and waits to be reaped.
 bool isAlive(pid_t process);
 
