@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr std::array<std::pair<const char*, int>, 4> kResources{
-    {{"memory", RLIMIT_AS}, {"data", RLIMIT_DATA}, {"descriptors", RLIMIT_NOFILE}, {"file", RLIMIT_FSIZE}}};
+constexpr std::array<std::pair<const char*, int>, 3> kResources{
+    {{"memory", RLIMIT_AS}, {"data", RLIMIT_DATA}, {"descriptors", RLIMIT_NOFILE}}};
 
 void limit(const std::string& assignment) {
     for (const auto& [name, resource] : kResources) {
