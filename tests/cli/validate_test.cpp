@@ -56,6 +56,14 @@ INSTANTIATE_TEST_SUITE_P(All, OwnPlugin,
                          testing::Values(ZQM_SPEECH_PLUGIN, ZQM_FOUNDATION_PLUGIN, ZQM_TIMER_PLUGIN),
                          [](const auto& plugin) { return fs::path(plugin.param).stem().string(); });
 
+// This seed chooses more and more that is held at once, for which the host then keeps room.
+TEST(Validate, WhatIsChosenByChanceIsNoGrowth) {
+    const ProcessResult result =
+        validate({"--only", "growth", "--seed", "12345", kBuild + "/libZQMNSSpeech.so"});
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("bytes of memory in use: "));
+}
+
 TEST(Validate, TellsEachCheckAndWhatCameOut) {
     const ProcessResult result = validate({"--seed", "42", "--only", kStatic, kBuild + "/libZQMNSSpeech.so"});
     EXPECT_EQ(result.exitCode, 0);

@@ -7,7 +7,6 @@
 namespace zqm::cli {
 namespace {
 
-constexpr std::uint64_t kFirstLives = 8; // fill what is filled once
 constexpr std::uint64_t kLives = 12;
 constexpr host::Seconds kTurn{0.02};
 constexpr int kQuietTurns = 25;
@@ -47,23 +46,23 @@ ProcessUsage settledUsage(HostedPlugin& plugin, const ProcessUsage& before) {
 
 } // namespace
 
-// Lives after lives must need no more than the first of them.
+// The same lives must need no more the second and the third time. The first time fills what is filled once,
+// in the host too, which keeps room for as many handles as there were ever at once.
 void checkGrowth(const Subject& subject, Findings& findings) {
     tryApart(subject, findings, "", [](const Subject& there, Findings& found) {
         HostedPlugin plugin(there, found);
-        std::uint64_t life = 0;
-        const auto liveOften = [&](std::uint64_t lives) {
-            for (const std::uint64_t end = life + lives; life < end; ++life) {
+        const auto liveOften = [&] {
+            for (std::uint64_t life = 0; life < kLives; ++life) {
                 plugin.runtime().entryPoints().resetCounts(); // the host would note each
                 plugin.live({}, life);
             }
             found.at("looking at what is in use");
         };
-        liveOften(kFirstLives);
+        liveOften();
         const ProcessUsage first = settledUsage(plugin, {});
-        liveOften(kLives);
+        liveOften();
         const ProcessUsage once = settledUsage(plugin, first);
-        liveOften(kLives);
+        liveOften();
         const ProcessUsage twice = settledUsage(plugin, once);
         for (const Measure& measure : kMeasures) {
             const std::int64_t before = once.*measure.amount - first.*measure.amount;
