@@ -61,8 +61,8 @@ std::vector<FaultCase> withFileFaults(std::vector<FaultCase> cases);
 // The same with engines that are new to the host and with some that have served before.
 std::vector<FaultCase> newAndUsed(const std::vector<FaultCase>& cases);
 
-// Every so manieth, and fewer where engines are slow, unless all is asked for; but the conversation is closed
-// before and behind each message where engines are fast.
+// One of each `step`, and fewer where engines are slow, unless all is asked for; but where engines are fast,
+// all that close the conversation.
 std::vector<FaultCase> thinned(const std::vector<FaultCase>& cases, std::size_t step = 1);
 
 std::string nameOf(const testing::TestParamInfo<FaultCase>& each);
