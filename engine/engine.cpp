@@ -273,6 +273,10 @@ void Engine::handle(const protocol::GetPhonemes& request) {
     report(protocol::Phonemes{phonemes});
 }
 
+void Engine::handle(const protocol::Ping&) {
+    report(protocol::Pong{});
+}
+
 void Engine::handle(protocol::SetCommands& request) {
     listening_.setCommands(std::move(request));
 }

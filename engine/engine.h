@@ -44,6 +44,7 @@ private:
     void handle(const protocol::Adjust& request);
     void handle(protocol::SetLexicon& request);
     void handle(const protocol::GetPhonemes& request);
+    void handle(const protocol::Ping& request);
     void handle(protocol::SetCommands& request);
     void handle(const protocol::Listen& request);
     void handle(const protocol::BlockOthers& request);

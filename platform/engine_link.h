@@ -50,6 +50,8 @@ public:
     // Waits for a message until the deadline; Nothing: none came.
     Input wait(protocol::Event& event, Clock::time_point deadline);
 
+    [[nodiscard]] const EngineProcess& process() const { return process_; }
+
     void kill() const { process_.kill(); }
 
 private:

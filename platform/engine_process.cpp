@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/socket.h>
@@ -128,6 +129,15 @@ EngineProcess::~EngineProcess() {
     if (process_ > 0 && owner_.isCurrent() && !isReaped(process_)) {
         endingEngines().push_back({process_, engineDeadline(), owner_});
     }
+}
+
+std::chrono::nanoseconds EngineProcess::processorTime() const {
+    clockid_t clock{};
+    timespec time{};
+    if (::clock_getcpuclockid(process_, &clock) != 0 || ::clock_gettime(clock, &time) != 0) {
+        return std::chrono::nanoseconds::zero();
+    }
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
 void EngineProcess::kill() const {

@@ -5,6 +5,7 @@
 #include "engine/protocol/descriptor.h"
 #include "platform/process_identity.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -27,6 +28,9 @@ public:
     ~EngineProcess();
 
     [[nodiscard]] pid_t number() const { return process_; }
+
+    // How much it has had; 0 where that can't be known.
+    [[nodiscard]] std::chrono::nanoseconds processorTime() const;
 
     // SIGKILL.
     void kill() const;

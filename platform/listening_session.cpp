@@ -135,6 +135,7 @@ void ListeningSession::takeMessages() {
     if (failure != nullptr) {
         loseEngine(failure);
     }
+    engine_.supervise(isListening_ && !isOver_);
     engine_.tellHub(!events_.empty());
 }
 

@@ -30,6 +30,9 @@ bool OwnEngine::open(std::string& error) {
         error = "the system can't watch another engine";
         link_.reset();
     }
+    if (link_) {
+        watchdog_.emplace(source_);
+    }
     return link_ != nullptr;
 }
 
@@ -42,8 +45,21 @@ void OwnEngine::lose() {
     link_->kill();
     EventHub::shared().unwatch(link_->descriptor());
     link_.reset();
+    watchdog_.reset();
+    unansweredPings_ = 0;
     isWaitingForRoom_ = false;
     mayHaveMore_ = false;
+}
+
+void OwnEngine::supervise(bool wanted) {
+    if (!watchdog_) {
+        return;
+    }
+    if (wanted) {
+        watchdog_->start();
+    } else {
+        watchdog_->stop();
+    }
 }
 
 const char* OwnEngine::read(const std::function<bool(const protocol::Event&)>& accept) {
@@ -56,16 +72,40 @@ const char* OwnEngine::read(const std::function<bool(const protocol::Event&)>& a
         }
         switch (link_->read(event)) {
         case EngineLink::Input::Nothing:
-            watchForRoom();
-            return nullptr;
+            return look();
         case EngineLink::Input::Lost:
             return kEngineEnded;
         case EngineLink::Input::Event:
-            if (!accept(event)) {
+            watchdog_->noteEvent();
+            if (!take(event, accept)) {
                 return kEngineTalksNonsense;
             }
         }
     }
+    return nullptr;
+}
+
+// What it was asked by this is nobody else's affair.
+bool OwnEngine::take(const protocol::Event& event,
+                     const std::function<bool(const protocol::Event&)>& accept) {
+    if (!std::holds_alternative<protocol::Pong>(event)) {
+        return accept(event);
+    }
+    return unansweredPings_-- > 0;
+}
+
+const char* OwnEngine::look() {
+    switch (watchdog_->look(link_->process())) {
+    case Watchdog::Finding::Nothing:
+        break;
+    case Watchdog::Finding::Silence:
+        ++unansweredPings_;
+        link_->post(protocol::Ping{});
+        break;
+    case Watchdog::Finding::Standstill:
+        return kEngineIsMute;
+    }
+    watchForRoom();
     return nullptr;
 }
 

@@ -6,9 +6,11 @@
 #include "platform/engine_link.h"
 #include "platform/event_hub.h"
 #include "platform/process_identity.h"
+#include "platform/watchdog.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +18,7 @@ namespace zqm::platform {
 
 // Why an engine is of no more use.
 inline constexpr const char* kEngineEnded = "the speech engine ended unexpectedly";
+inline constexpr const char* kEngineIsMute = "the speech engine does not answer";
 inline constexpr const char* kEngineTalksNonsense = "the speech engine said something that makes no sense";
 
 class OwnEngine {
@@ -46,8 +49,12 @@ public:
     // Kills it.
     void lose();
 
+    // Whether it is to be noticed that it stands still, which the source is woken for then: while the host
+    // hopes to hear of it, and waits for nothing.
+    void supervise(bool wanted);
+
     // Hands on what has come, as much as is good at one go. Null, or why the engine is of no more use: it has
-    // ended, or `accept` has found no sense in a message.
+    // ended, or stands still, or `accept` has found no sense in a message.
     const char* read(const std::function<bool(const protocol::Event&)>& accept);
 
     // It said more than was read at one go.
@@ -57,11 +64,16 @@ public:
     void tellHub(bool hasEvent);
 
 private:
+    bool take(const protocol::Event& event, const std::function<bool(const protocol::Event&)>& accept);
+    // When all that came is read.
+    const char* look();
     void watchForRoom();
 
     EventSource* source_;
     ProcessIdentity owner_;
     std::unique_ptr<EngineLink> link_;
+    std::optional<Watchdog> watchdog_; // of the open one
+    int unansweredPings_ = 0;
     bool isWaitingForRoom_ = false;
     bool mayHaveMore_ = false;
 };

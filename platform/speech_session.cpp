@@ -10,7 +10,6 @@ namespace {
 
 constexpr const char* kForked = "the synthesizer belongs to the process that this one was forked from";
 constexpr const char* kDeaf = "the speech engine does not listen";
-constexpr const char* kMute = "the speech engine does not answer";
 
 } // namespace
 
@@ -113,7 +112,7 @@ std::optional<protocol::Event> SpeechSession::await(Clock::time_point deadline, 
     protocol::Event event;
     switch (engine_.link().wait(event, deadline)) {
     case EngineLink::Input::Nothing:
-        fail(kMute, error);
+        fail(kEngineIsMute, error);
         return std::nullopt;
     case EngineLink::Input::Lost:
         fail(kEngineEnded, error);

@@ -143,6 +143,10 @@ Json write(const GetPhonemes& request) {
             {"manner", write(request.manner)}};
 }
 
+Json write(const Ping&) {
+    return {{"type", "ping"}};
+}
+
 Json write(const Voices& voices) {
     Json list = Json::array();
     for (const Voice& voice : voices.voices) {
@@ -216,6 +220,10 @@ Json write(const Finished& finished) {
 
 Json write(const Phonemes& phonemes) {
     return {{"type", "phonemes"}, {"text", phonemes.text}};
+}
+
+Json write(const Pong&) {
+    return {{"type", "pong"}};
 }
 
 // ---- reading
@@ -338,6 +346,9 @@ Request readRequest(Members& members, std::string_view type) {
         request.manner = readManner(members);
         return request;
     }
+    if (type == "ping") {
+        return Ping{};
+    }
     if (auto request = readListeningRequest(members, type)) {
         return std::move(*request);
     }
@@ -455,6 +466,9 @@ Event readEvent(Members& members, std::string_view type) {
     }
     if (type == "phonemes") {
         return Phonemes{members.string("text")};
+    }
+    if (type == "pong") {
+        return Pong{};
     }
     if (auto event = readListeningEvent(members, type)) {
         return std::move(*event);

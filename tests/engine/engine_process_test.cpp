@@ -25,6 +25,15 @@ namespace {
 
 constexpr int kBadConversation = 3;
 
+// To be spoken without end, as far as tests are concerned.
+std::string longText() {
+    std::string text;
+    for (int count = 0; count < 400'000; ++count) {
+        text += "word ";
+    }
+    return text;
+}
+
 // ---- by hand
 
 TEST(EngineProgram, startedByHandSaysSoInOneLine) {
@@ -98,17 +107,34 @@ TEST(EngineProgram, speaksWithEachOfItsVoices) {
     }
 }
 
+// ---- pings
+
+TEST(EngineProgram, answersPingsWhileItDoesNothingAndWhileItSpeaks) {
+    EngineProcess engine;
+    engine.send(Ping{});
+    EXPECT_TRUE(std::holds_alternative<Pong>(*engine.next()));
+    const TemporaryFolder folder;
+    Target target(folder.path(), "a.wav");
+    Speak request = speak(1, longText());
+    request.output = target.output;
+    engine.send(request, std::move(target.descriptors));
+    engine.send(Ping{});
+    engine.send(Ping{});
+    int answers = 0;
+    while (answers < 2) {
+        const auto event = engine.next();
+        ASSERT_TRUE(event && !std::holds_alternative<Finished>(*event));
+        answers += std::holds_alternative<Pong>(*event) ? 1 : 0;
+    }
+}
+
 // ---- the end
 
 class EngineEnd : public testing::Test {
 protected:
     // Has an endless file written.
     void begin(EngineProcess& engine) {
-        std::string text;
-        for (int count = 0; count < 400'000; ++count) {
-            text += "word ";
-        }
-        Speak request = speak(1, std::move(text));
+        Speak request = speak(1, longText());
         request.output = target.output;
         engine.send(request, std::move(target.descriptors));
         engine.flush();

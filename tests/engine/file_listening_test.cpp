@@ -238,6 +238,17 @@ TEST_F(FileListening, takesAPipe) {
     }
 }
 
+TEST_F(FileListening, answersPingsWhileNothingComesThroughAPipe) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    Descriptor in(ends[1]);
+    listen(Descriptor(ends[0]));
+    engine->send(Ping{});
+    EXPECT_TRUE(engine->nextOf<Pong>());
+    in.reset();
+    EXPECT_NE(failure(rest()), "");
+}
+
 TEST_F(FileListening, takesAPipeThatIsLeftEmpty) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);

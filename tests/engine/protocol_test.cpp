@@ -60,8 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
         Request(SetCommands{1, {}}),
         Request(SetCommands{std::numeric_limits<std::uint64_t>::max(),
                             {"open the door", "", "caf\xC3\xA9 \"\n", "open the door"}}),
-        Request(Listen{1, true, false}), Request(Listen{2, false, true}), Request(BlockOthers{true}),
-        Request(BlockOthers{false}), Request(StopListening{7})));
+        Request(Ping{}), Request(Listen{1, true, false}), Request(Listen{2, false, true}),
+        Request(BlockOthers{true}), Request(BlockOthers{false}), Request(StopListening{7})));
 
 class EventRoundTrip : public testing::TestWithParam<Event> {};
 
@@ -90,9 +90,9 @@ INSTANTIATE_TEST_SUITE_P(
         Event(Phonemes{}), Event(CommandsSet{1, {}}),
         Event(CommandsSet{2, {{0, "nothing in it can be spoken"}, {std::uint64_t{1} << 63, "x"}}, 2}),
         Event(CommandsSet{3, {{7, "x"}}, std::uint64_t{1} << 63}), Event(CommandsSet{4, {}, 1}),
-        Event(Listening{1, ""}), Event(Listening{1, "no sound server answers"}), Event(Heard{1, 2, 0, 0, 0}),
-        Event(Heard{1, 2, std::uint64_t{1} << 63, 0.5, 1e9}), Event(Rejected{1, 0.1, 0.3}),
-        Event(Level{1, -96.3}), Event(Level{1, 0}), Event(EndOfInput{1})));
+        Event(Pong{}), Event(Listening{1, ""}), Event(Listening{1, "no sound server answers"}),
+        Event(Heard{1, 2, 0, 0, 0}), Event(Heard{1, 2, std::uint64_t{1} << 63, 0.5, 1e9}),
+        Event(Rejected{1, 0.1, 0.3}), Event(Level{1, -96.3}), Event(Level{1, 0}), Event(EndOfInput{1})));
 
 TEST(Protocol, writesWhatIsNotANumberAsNull) {
     const auto back = decodeRequest(withoutLineFeed(encode(
@@ -375,6 +375,8 @@ const std::vector<Layout> kLayouts{
      false,
      {{"utterance", kNumber}, {"completed", kFalse}, {"error", kText}, {"at", kTime}},
      "error"},
+    {"ping", true, {}},
+    {"pong", false, {}},
     {"commands", true, {{"list", kNumber}, {"commands", kTexts}}},
     {"listen", true, {{"session", kNumber}, {"reportsLevel", kFlag}, {"fromFile", kFlag}}},
     {"blockOthers", true, {{"blocks", kFlag}}},

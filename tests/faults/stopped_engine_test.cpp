@@ -2,6 +2,7 @@
 
 #include "tests/faults/program.h"
 #include "tests/support/command_listener.h"
+#include "tests/support/log_lines.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/process_table.h"
 #include "tests/support/pulse_server.h"
@@ -166,6 +167,24 @@ TEST_F(StoppedListening, HoldsUpNeitherTheStopNorAnotherRecognizer) {
         const double seconds = secondsOf([&] { listener.stop(); });
         EXPECT_LT(seconds, kMostSecondsToAnswer);
         EXPECT_TRUE(support::isAlive(stopped)) << "nobody waited for it";
+    }
+    program_.expectHears();
+    program_.expectNoEngine();
+}
+
+TEST_F(StoppedListening, IsNoticedAndAnotherEngineHearsTheRest) {
+    {
+        support::CommandListener listener(program_.runtime, {kCommand, "close the door"});
+        listener.start();
+        ASSERT_TRUE(waitFor([&] { return !listener.answers().empty(); }));
+        const pid_t stopped = stopEngine();
+        const std::vector<std::string> log =
+            support::logged([&] { EXPECT_TRUE(waitFor([&] { return listener.timesEnded() == 1; })); });
+        EXPECT_EQ(log, std::vector<std::string>{
+                           "the speech engine does not answer; another one goes on listening"});
+        EXPECT_FALSE(support::isAlive(stopped));
+        EXPECT_EQ(listener.commands(), std::vector<std::string>(kTimes, kCommand));
+        EXPECT_EQ(listener.failures(), std::vector<std::string>{});
     }
     program_.expectHears();
     program_.expectNoEngine();

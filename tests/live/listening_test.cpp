@@ -222,7 +222,9 @@ TEST_F(Listening, SaysOnceThatThereIsNoServerAndUsesOneThatComes) {
     EXPECT_TRUE(playUntilHeard(listener, server, spoken("flite slt", "open the window")));
 }
 
-TEST_F(Listening, GoesOnWithAnotherEngineWhenOneIsKilled) {
+class LosingListening : public Listening, public testing::WithParamInterface<int> {};
+
+TEST_P(LosingListening, GoesOnWithAnotherEngine) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
     const std::filesystem::path command = spoken("flite slt", "open the window");
@@ -232,13 +234,16 @@ TEST_F(Listening, GoesOnWithAnotherEngineWhenOneIsKilled) {
     const std::vector<pid_t> engines = support::childrenThatRun("zqmspeech-engine");
     ASSERT_EQ(engines.size(), 1U);
     const std::vector<std::string> lines = support::logged([&] {
-        kill(engines.front(), SIGKILL);
+        kill(engines.front(), GetParam());
         EXPECT_TRUE(waitFor([&] { return listener.timesBegan() == 2; }));
     });
     EXPECT_EQ(lines.size(), 1U) << testing::PrintToString(lines);
     EXPECT_TRUE(playUntilHeard(listener, server, command));
     EXPECT_THAT(listener.failures(), IsEmpty());
 }
+
+INSTANTIATE_TEST_SUITE_P(Signals, LosingListening, testing::Values(SIGKILL, SIGSTOP),
+                         [](const auto& each) { return each.param == SIGKILL ? "Killed" : "Stopped"; });
 
 TEST_F(Listening, IsForOneProgramAloneWhileItBlocksOthers) {
     const support::PulseServer server;

@@ -32,6 +32,21 @@ PlayedEngine::PlayedEngine(Descriptor socket)
     : process_(peerOf(socket.get())), channel_(std::move(socket), protocol::kMaxRequestLine) {}
 
 std::optional<protocol::Request> PlayedEngine::hearAny() {
+    for (;;) {
+        auto request = nextRequest();
+        if (!request || !std::holds_alternative<protocol::Ping>(*request)) {
+            return request;
+        }
+        say(protocol::Pong{});
+    }
+}
+
+void PlayedEngine::hearPing() {
+    const auto request = nextRequest();
+    EXPECT_TRUE(request && std::holds_alternative<protocol::Ping>(*request));
+}
+
+std::optional<protocol::Request> PlayedEngine::nextRequest() {
     for (std::string line;;) {
         switch (channel_.read(line)) {
         case Channel::Input::Line:
@@ -52,8 +67,20 @@ void PlayedEngine::sayLine(const std::string& line) {
     }
 }
 
+bool PlayedEngine::hasMessage() const {
+    return isReady(channel_.descriptor(), POLLIN, 0);
+}
+
 void PlayedEngine::kill() const {
     ::kill(process_, SIGKILL);
+}
+
+void PlayedEngine::beginWork() const {
+    ::kill(process_, SIGUSR1);
+}
+
+void PlayedEngine::endWork() const {
+    ::kill(process_, SIGUSR2);
 }
 
 void PlayedEngine::waitFor(short condition) const {

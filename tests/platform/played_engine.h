@@ -20,8 +20,10 @@ class PlayedEngine {
 public:
     explicit PlayedEngine(protocol::Descriptor socket);
 
-    // The next request, waited for; nothing: the host has ended the conversation.
+    // The next request, waited for; nothing: the host has ended the conversation. Pings are answered.
     std::optional<protocol::Request> hearAny();
+    // Waits for a ping, before which there is nothing else to hear, and leaves it unanswered.
+    void hearPing();
 
     // The next request, which must be such a one.
     template <typename Message>
@@ -38,12 +40,20 @@ public:
     // Whether the host has nothing more to say, and has ended the conversation.
     bool isLeft() { return !hearAny(); }
 
+    // Whether the host has said something that is not heard yet, or has ended the conversation.
+    [[nodiscard]] bool hasMessage() const;
+
     // SIGKILL.
     void kill() const;
+
+    // From now on its process works and neither hears nor says anything.
+    void beginWork() const;
+    void endWork() const;
 
     [[nodiscard]] pid_t process() const { return process_; }
 
 private:
+    std::optional<protocol::Request> nextRequest();
     void waitFor(short condition) const;
 
     pid_t process_ = 0;

@@ -1,13 +1,16 @@
 // An engine that a test plays: it hands on what its host says to the socket that ZQM_PLAYED_ENGINE names, and
-// to its host what comes from there. It ends with either of them.
+// to its host what comes from there. It ends with either of them. Between SIGUSR1 and SIGUSR2 it works on
+// something else, which takes a little of a processor.
 
 #include "engine/protocol/descriptor.h"
 #include "engine/protocol/protocol.h"
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -24,6 +27,20 @@ Descriptor connectedTo(const char* path) {
     std::strncpy(address.sun_path, path, sizeof address.sun_path - 1);
     const int result = ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
     return result == 0 ? std::move(socket) : Descriptor();
+}
+
+volatile std::sig_atomic_t isAtWork = 0;
+
+void work(int /*signal*/) {
+    constexpr timespec kMoment{0, 10'000'000};
+    isAtWork = 1;
+    while (isAtWork != 0) {
+        ::nanosleep(&kMoment, nullptr);
+    }
+}
+
+void endWork(int /*signal*/) {
+    isAtWork = 0;
 }
 
 // False at the end.
@@ -43,6 +60,8 @@ bool handOn(int from, int to) {
 } // namespace
 
 int main() {
+    std::signal(SIGUSR1, work);
+    std::signal(SIGUSR2, endWork);
     const char* const path = std::getenv("ZQM_PLAYED_ENGINE"); // NOLINT(concurrency-mt-unsafe): one thread
     const Descriptor host(zqm::protocol::kEngineSocket);
     const Descriptor test = connectedTo(path != nullptr ? path : "");
