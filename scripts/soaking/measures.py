@@ -22,7 +22,7 @@ class Measure:
 # Memory that is freed may stay with a process, more of it the more its sizes vary; its heap tells what is held. Counts
 # may be higher in one sample or another, as an engine closes a file a moment after it told of its end.
 MEASURES = (
-    Measure("host heap", 1 * MIB, "MiB", "memory of the host program"),
+    Measure("host heap", 256 * KIB, "MiB", "memory of the host program"),
     Measure("host resident", 8 * MIB, "MiB", "memory of the host program"),
     Measure("speaking engine resident", 4 * MIB, "MiB", "memory of engines that last"),
     Measure("listening engine resident", 4 * MIB, "MiB", "memory of engines that last"),

@@ -112,11 +112,16 @@ RandomProgram::RandomProgram(const std::string& plugin, std::uint64_t seed)
     warmUp();
 }
 
-// The host runtime keeps the memory of as many handles as were ever alive at once, and the most are those of
-// a voice's properties: of the characters of Chinese. They are there before anything is sampled.
+// The host runtime keeps the memory of as many handles as were ever alive at once, and Foundation that of its
+// largest autorelease pool. The most of both are those of a voice's properties: of the characters of Chinese.
+// They are there before anything is sampled.
 void RandomProgram::warmUp() {
+    host::Object speaker = runtime_.construct(kSynthesizer);
     for (const std::string& voice : voices_) {
-        runtime_.callShared(kSynthesizer, "attributesForVoice", voice).asObject().call("Properties");
+        const Value properties =
+            runtime_.callShared(kSynthesizer, "attributesForVoice", voice).asObject().call("Properties");
+        Value error;
+        speaker.call("setObjectForProperty", properties, key("NSSpeechCurrentVoiceProperty"), ByRef{&error});
     }
 }
 

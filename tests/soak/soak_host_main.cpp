@@ -33,7 +33,7 @@ constexpr std::size_t kLeastSamples = 12;
 constexpr std::size_t kUnsampled = 5; // episodes at first, in which caches fill
 
 void leak(std::string_view what, host::Runtime& runtime) {
-    constexpr std::size_t kBytes = 1'000'000;
+    constexpr std::size_t kBytes = 50'000;
     if (what == "memory") {
         static std::vector<std::string> kept;
         kept.emplace_back(kBytes, 'x');

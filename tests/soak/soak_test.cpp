@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
             ""},
         Row{"Shrinking",
             "$i,$i,$((9000000-i*100000)),$((90000000-i*1000000)),15000000,29000000,$((90-i)),18,2,2,2", ""},
-        Row{"Heap", "$i,$i,$((3000000+i*50000)),20000000,15000000,29000000,16,18,2,2,2", "host heap"},
+        Row{"Heap", "$i,$i,$((3000000+i*10000)),20000000,15000000,29000000,16,18,2,2,2", "host heap"},
         Row{"Host", "$i,$i,3000000,$((20000000+i*500000)),15000000,29000000,16,18,2,2,2", "host resident"},
         Row{"Speaking", "$i,$i,3000000,20000000,$((15000000+i*200000)),29000000,16,18,2,2,2",
             "speaking engine resident"},
@@ -132,6 +132,14 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& each) { return each.param.name; });
 
 constexpr const char* kFlat = "$i,$i,3000000,20000000,15000000,29000000,16,18,2,2,2";
+
+TEST_F(Soak, IsOfAHeapThatKeepsNothingFreed) {
+    playSamples(10, kFlat);
+    std::ofstream(folder_ / "soak_host", std::ios::app)
+        << "test \"$GLIBC_TUNABLES\" = glibc.malloc.tcache_count=0\n";
+    const ProcessResult result = judge();
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+}
 
 TEST_F(Soak, WithoutEnoughSamplesSaysNothing) {
     playSamples(7, kFlat);
