@@ -159,6 +159,9 @@ void Engine::readRequests() {
         case protocol::Channel::Input::Overlong:
             refuse("what the host sent is too long for a request");
             return;
+        case protocol::Channel::Input::Overladen:
+            refuse("what the host sent has more descriptors than any request needs");
+            return;
         case protocol::Channel::Input::Failed:
             refuse(std::strerror(channel_.error()));
             return;

@@ -183,6 +183,7 @@ Channel::Input Channel::receive() {
         final_ = errno == ECONNRESET ? Input::End : Input::Failed;
         return Input::Line;
     }
+    std::size_t came = 0;
     for (cmsghdr* header = CMSG_FIRSTHDR(&message); header != nullptr;
          header = CMSG_NXTHDR(&message, header)) {
         if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
@@ -194,9 +195,14 @@ Channel::Input Channel::receive() {
             std::memcpy(&number, CMSG_DATA(header) + index * sizeof(int), sizeof number);
             received_.emplace_back(number);
         }
+        came += total;
     }
-    if ((message.msg_flags & MSG_CTRUNC) != 0 || received_.size() > kMaxDescriptors) {
-        final_ = Input::Overlong;
+    const bool isTruncated = (message.msg_flags & MSG_CTRUNC) != 0;
+    if (isTruncated && came < kMaxDescriptors) {
+        error_ = EMFILE; // though there was room for them in the message
+        final_ = Input::Failed;
+    } else if (isTruncated || received_.size() > kMaxDescriptors) {
+        final_ = Input::Overladen;
     } else if (count == 0) {
         final_ = Input::End;
     } else {

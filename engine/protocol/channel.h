@@ -19,11 +19,12 @@ public:
     static constexpr std::size_t kMaxDescriptors = 16;
 
     enum class Input {
-        Line,     // one was read
-        Nothing,  // none is complete yet
-        End,      // the peer is gone; a line it left unfinished is dropped
-        Overlong, // the peer sent a line beyond the limit, or more descriptors than anyone needs
-        Failed,   // the socket failed: see error()
+        Line,      // one was read
+        Nothing,   // none is complete yet
+        End,       // the peer is gone; a line it left unfinished is dropped
+        Overlong,  // the peer sent a line beyond the limit
+        Overladen, // the peer sent more descriptors than anyone needs
+        Failed,    // the socket failed, or a descriptor found no room in this process: see error()
     };
 
     // Takes the socket. `maxLine` is the longest line that is read, line feed included.
@@ -46,8 +47,8 @@ public:
     // Bytes queued and not yet written. While there are any, wait for the socket to be writable and flush.
     [[nodiscard]] std::size_t backlog() const { return backlog_; }
 
-    // The next line, without its line feed. Anything but Line leaves `line` unspecified; End, Overlong and
-    // Failed are final.
+    // The next line, without its line feed. Anything but Line leaves `line` unspecified; all but Line and
+    // Nothing are final.
     Input read(std::string& line);
 
     // The next descriptor that came with what was read, in the order sent; none: an empty one.

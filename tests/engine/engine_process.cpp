@@ -155,6 +155,7 @@ std::optional<Event> EngineProcess::next() {
         case Channel::Input::End:
             return std::nullopt;
         case Channel::Input::Overlong:
+        case Channel::Input::Overladen:
         case Channel::Input::Failed:
             throw std::runtime_error("the conversation with the engine broke");
         }

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -218,6 +219,20 @@ TEST_F(EngineEnd, byGarbageRemovesTheFileToo) {
 }
 
 // A child of the test is the host. It starts an engine, and a fork of itself that keeps the socket open.
+TEST_F(EngineEnd, forWantOfADescriptorSaysSo) {
+    EngineProcess engine;
+    engine.send(Ping{});
+    ASSERT_TRUE(std::holds_alternative<Pong>(*engine.next()));
+    const rlimit none{0, 0};
+    ASSERT_EQ(::prlimit(engine.pid(), RLIMIT_NOFILE, &none, nullptr), 0);
+    Speak request = speak(1, "Hi");
+    request.output = target.output;
+    engine.send(request, std::move(target.descriptors));
+    EXPECT_FALSE(engine.next());
+    EXPECT_EQ(engine.wait(), kBadConversation);
+    EXPECT_EQ(engine.errors(), "zqmspeech-engine: Too many open files\n");
+}
+
 TEST_F(EngineEnd, comesWithTheEndOfItsParentThoughAForkHoldsTheSocket) {
     std::array<int, 2> report{};
     std::array<int, 2> command{};
