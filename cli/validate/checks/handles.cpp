@@ -35,26 +35,22 @@ void tellDifference(Findings& findings, std::uint64_t life, const host::Ledger& 
 }
 
 void checkWith(const HostVersion& host, const Subject& subject, Findings& findings) {
-    tryApart(subject, findings, nameOf(host), [&](const Subject& there, Findings& found) {
-        HostedPlugin plugin(there, found, {.version = host.version});
-        plugin.live();
-        for (std::uint64_t life = 1; life <= kLives; ++life) {
-            const host::Ledger before = plugin.runtime().ledger();
-            plugin.live({}, life);
-            found.at("looking at the handles");
-            tellDifference(found, life, before, plugin.runtime().ledger());
-        }
-        addReports(plugin.runtime(), found);
-    });
+    HostedPlugin plugin(subject, findings, {.version = host.version});
+    plugin.live();
+    for (std::uint64_t life = 1; life <= kLives; ++life) {
+        const host::Ledger before = plugin.runtime().ledger();
+        plugin.live({}, life);
+        findings.at("looking at the handles");
+        tellDifference(findings, life, before, plugin.runtime().ledger());
+    }
+    addReports(plugin.runtime(), findings);
 }
 
 } // namespace
 
 // What a plugin makes once, at its first use, is not left behind by a life.
 void checkHandles(const Subject& subject, Findings& findings) {
-    for (const HostVersion& host : hostVersions()) {
-        checkWith(host, subject, findings);
-    }
+    tryWithEachVersion(subject, findings, checkWith);
 }
 
 } // namespace zqm::cli

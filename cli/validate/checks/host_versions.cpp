@@ -1,9 +1,12 @@
 #include "cli/validate/checks/host_versions.h"
 
+#include "cli/validate/hosted_plugin.h"
+
 #include <zqmhost/zqmhost.h>
 
 #include <array>
 #include <cstdio>
+#include <ranges>
 
 namespace zqm::cli {
 
@@ -28,6 +31,18 @@ std::string nameOf(const HostVersion& host) {
     std::array<char, 32> text;
     std::snprintf(text.data(), text.size(), "version %.2f", host.version.value_or(0));
     return host.version ? text.data() : "no version";
+}
+
+void tryWithEachVersion(const Subject& subject, Findings& findings,
+                        const std::function<void(const HostVersion&, const Subject&, Findings&)>& work) {
+    for (const HostVersion& host : std::views::reverse(hostVersions())) {
+        const Verdict worst =
+            tryApart(subject, findings, nameOf(host),
+                     [&](const Subject& there, Findings& found) { work(host, there, found); });
+        if (worst >= Verdict::Fail) {
+            return;
+        }
+    }
 }
 
 } // namespace zqm::cli

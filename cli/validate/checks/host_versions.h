@@ -1,6 +1,10 @@
 #pragma once
 
+#include "cli/validate/check.h"
+#include "cli/validate/findings.h"
+
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,5 +21,10 @@ struct HostVersion {
 std::span<const HostVersion> hostVersions();
 
 std::string nameOf(const HostVersion& host);
+
+// Does this apart (tryApart) with each of them, from today's back to the first that fails: what fails with
+// one hardly works with those before it, and a hang would take all its time with each.
+void tryWithEachVersion(const Subject& subject, Findings& findings,
+                        const std::function<void(const HostVersion&, const Subject&, Findings&)>& work);
 
 } // namespace zqm::cli

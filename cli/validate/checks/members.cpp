@@ -6,11 +6,9 @@
 namespace zqm::cli {
 
 void checkMembers(const Subject& subject, Findings& findings) {
-    for (const HostVersion& host : hostVersions()) {
-        tryApart(subject, findings, nameOf(host), [&](const Subject& there, Findings& found) {
-            HostedPlugin(there, found, {.version = host.version}).live();
-        });
-    }
+    tryWithEachVersion(subject, findings, [](const HostVersion& host, const Subject& there, Findings& found) {
+        HostedPlugin(there, found, {.version = host.version}).live();
+    });
 }
 
 void checkUnconstructed(const Subject& subject, Findings& findings) {
