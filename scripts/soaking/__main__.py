@@ -134,8 +134,8 @@ def main() -> int:
         problems.append(str(problem))
     except KeyboardInterrupt:
         problems.append("interrupted")
-    for problem in problems:
-        print(f"FAILED: {problem}", file=sys.stderr)
+    for each in problems:
+        print(f"FAILED: {each}", file=sys.stderr)
     if not problems:
         print("Nothing failed, and nothing grows." if options.seconds > 0 else "Nothing failed.")
     return 1 if problems else 0

@@ -46,7 +46,7 @@ def shown(value: float, measure: Measure) -> str:
 
 def table_of(verdicts: list[Verdict]) -> str:
     """For people, in lines."""
-    rows = [("", "first quarter", "last quarter", "slope per hour", "may grow by", "verdict")]
+    rows: list[tuple[str, ...]] = [("", "first quarter", "last quarter", "slope per hour", "may grow by", "verdict")]
     for each in verdicts:
         of_measure = [shown(value, each.measure) for value in (each.first, each.last, each.slope)]
         allowed = shown(each.measure.tolerance, each.measure)
