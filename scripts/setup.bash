@@ -89,11 +89,14 @@ build() {
         exec 9>"$folder/.lock"
         flock 9
         cd "$root"
+        cache=()
         if command -v ccache >/dev/null; then
             export CMAKE_{C,CXX,OBJC,OBJCXX}_COMPILER_LAUNCHER=ccache
+            # It remembers nothing that was compiled with one.
+            cache=(-D CMAKE_DISABLE_PRECOMPILE_HEADERS=ON)
         fi
         if [[ $# -gt 0 || ! -e "$folder/build.ninja" ]]; then
-            quietly "$folder/configure.log" cmake --preset "$preset" "$@" || exit 1
+            quietly "$folder/configure.log" cmake --preset "$preset" "${cache[@]}" "$@" || exit 1
         fi
         quietly "$folder/build.log" cmake --build "$folder" --target "$target"
     ) || fail "The $preset build failed; see above."
