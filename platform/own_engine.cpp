@@ -77,7 +77,7 @@ const char* OwnEngine::read(const std::function<bool(const protocol::Event&)>& a
             return kEngineEnded;
         case EngineLink::Input::Event:
             watchdog_->noteEvent();
-            if (!take(event, accept)) {
+            if (!isAnswer(event) && !accept(event)) {
                 return kEngineTalksNonsense;
             }
         }
@@ -85,13 +85,21 @@ const char* OwnEngine::read(const std::function<bool(const protocol::Event&)>& a
     return nullptr;
 }
 
-// What it was asked by this is nobody else's affair.
-bool OwnEngine::take(const protocol::Event& event,
-                     const std::function<bool(const protocol::Event&)>& accept) {
-    if (!std::holds_alternative<protocol::Pong>(event)) {
-        return accept(event);
+EngineLink::Input OwnEngine::wait(protocol::Event& event, Clock::time_point deadline) {
+    for (;;) {
+        const EngineLink::Input input = link_->wait(event, deadline);
+        if (input != EngineLink::Input::Event || !isAnswer(event)) {
+            return input;
+        }
     }
-    return unansweredPings_-- > 0;
+}
+
+bool OwnEngine::isAnswer(const protocol::Event& event) {
+    if (!std::holds_alternative<protocol::Pong>(event) || unansweredPings_ == 0) {
+        return false;
+    }
+    --unansweredPings_;
+    return true;
 }
 
 const char* OwnEngine::look() {

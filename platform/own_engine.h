@@ -43,6 +43,9 @@ public:
     // Of an open one.
     EngineLink& link() { return *link_; }
 
+    // Waits for what it says to its host, until the deadline. Of an open one.
+    EngineLink::Input wait(protocol::Event& event, Clock::time_point deadline);
+
     // Sends without waiting. Of an open one.
     void post(const protocol::Request& request, std::vector<protocol::Descriptor> descriptors = {});
 
@@ -64,7 +67,8 @@ public:
     void tellHub(bool hasEvent);
 
 private:
-    bool take(const protocol::Event& event, const std::function<bool(const protocol::Event&)>& accept);
+    // Whether it is the answer to a question of this, which is nobody else's affair.
+    bool isAnswer(const protocol::Event& event);
     // When all that came is read.
     const char* look();
     void watchForRoom();

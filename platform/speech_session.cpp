@@ -110,7 +110,7 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
 
 std::optional<protocol::Event> SpeechSession::await(Clock::time_point deadline, std::string& error) {
     protocol::Event event;
-    switch (engine_.link().wait(event, deadline)) {
+    switch (engine_.wait(event, deadline)) {
     case EngineLink::Input::Nothing:
         fail(kEngineIsMute, error);
         return std::nullopt;
@@ -455,6 +455,8 @@ bool SpeechSession::hasEvent() const {
 }
 
 void SpeechSession::tellHub() {
+    const Utterance* const utterance = current();
+    engine_.supervise(utterance != nullptr && !utterance->isPaused);
     engine_.tellHub(hasEvent());
 }
 

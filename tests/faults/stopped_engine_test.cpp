@@ -33,6 +33,17 @@ protected:
         return all.front();
     }
 
+    // Stops the engine of a speech that is begun, and waits for what the host program is told.
+    void expectNoticed(Speaker& speaker) {
+        ASSERT_TRUE(speaker.waitForWords(1));
+        const pid_t stopped = stopEngine();
+        const std::vector<std::string> log = support::logged([&] { EXPECT_TRUE(speaker.waitForEnd()); });
+        EXPECT_EQ(log, std::vector<std::string>{"Speech ended early: the speech engine does not answer"});
+        EXPECT_EQ(speaker.finished(), false);
+        EXPECT_EQ(speaker.timesFinished(), 1U);
+        EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
+    }
+
     static double secondsOf(const std::function<void()>& call) {
         const double begin = support::monotonicSeconds();
         call();
@@ -112,6 +123,46 @@ TEST_F(StoppedEngine, ThatGoesOnLosesNothing) {
     EXPECT_EQ(speaker.finished(), true);
     EXPECT_EQ(speaker.words().size(), kSentences * kWordsOfText);
     EXPECT_TRUE(speaker.textsWereWhole());
+}
+
+TEST_F(StoppedEngine, ThatWritesAFileIsNoticed) {
+    {
+        Speaker speaker(program_.runtime);
+        ASSERT_TRUE(speaker.startToFile(veryLongText(), program_.folder / "speech.wav"));
+        expectNoticed(speaker);
+        program_.expectEmptyFolder();
+        program_.expectWorks(speaker);
+    }
+    program_.expectNoEngine();
+}
+
+TEST_F(StoppedEngine, ThatPlaysIsNoticed) {
+    const support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    {
+        Speaker speaker(program_.runtime);
+        ASSERT_TRUE(speaker.start(live::longText()));
+        expectNoticed(speaker);
+        program_.expectWorks(speaker);
+    }
+    program_.expectNoEngine();
+}
+
+// Its answer comes while the host waits for another.
+TEST_F(StoppedEngine, ThatGoesOnWhenItWasAskedWhetherItLivesIsKept) {
+    Speaker speaker(program_.runtime);
+    ASSERT_TRUE(speaker.startToFile(veryLongText(), program_.folder / "speech.wav"));
+    ASSERT_TRUE(speaker.waitForWords(1));
+    const pid_t stopped = stopEngine();
+    program_.runtime.runFor(host::Seconds(12)); // asked after 10
+    const std::vector<std::string> log = support::logged([&] {
+        ::kill(stopped, SIGCONT);
+        EXPECT_FALSE(speaker.object().call("phonemesFromText", kText).isNull());
+    });
+    EXPECT_EQ(log, std::vector<std::string>{});
+    EXPECT_EQ(engines(), std::vector<pid_t>{stopped});
+    EXPECT_TRUE(speaker.object().get("isSpeaking").asBool());
+    speaker.stop();
 }
 
 TEST_F(StoppedEngine, OfADroppedObjectIsKilledInTheEnd) {
