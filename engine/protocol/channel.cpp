@@ -65,23 +65,24 @@ long Channel::write(const Chunk& chunk) {
     message.msg_iov = &part;
     message.msg_iovlen = 1;
     ControlBuffer control{};
+    if (chunk.descriptors.size() > kMaxDescriptors) {
+        errno = EMSGSIZE;
+        return -1;
+    }
     if (!chunk.descriptors.empty()) {
-        std::vector<int> numbers;
-        for (const Descriptor& descriptor : chunk.descriptors) {
-            numbers.push_back(descriptor.get());
-        }
-        const std::size_t bytes = numbers.size() * sizeof(int);
-        if (CMSG_SPACE(bytes) > sizeof control) {
-            errno = EMSGSIZE;
-            return -1;
-        }
+        const std::size_t bytes = chunk.descriptors.size() * sizeof(int);
         message.msg_control = &control;
         message.msg_controllen = CMSG_SPACE(bytes);
         cmsghdr* const header = CMSG_FIRSTHDR(&message);
         header->cmsg_level = SOL_SOCKET;
         header->cmsg_type = SCM_RIGHTS;
         header->cmsg_len = CMSG_LEN(bytes);
-        std::memcpy(CMSG_DATA(header), numbers.data(), bytes);
+        unsigned char* place = CMSG_DATA(header);
+        for (const Descriptor& descriptor : chunk.descriptors) {
+            const int number = descriptor.get();
+            std::memcpy(place, &number, sizeof number);
+            place += sizeof number;
+        }
     }
     return ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
 }
