@@ -21,14 +21,14 @@ if(ZQM_SANITIZE)
     "UBSAN_OPTIONS=print_stacktrace=1${options_of_ubsan}")
   # Those of a single program, by its name, count more: the environment of the command is a test's.
   string(CONCAT ZQM_ASAN_OPTIONS
-    "detect_leaks=1:strict_string_checks=1:strict_init_order=1:malloc_context_size=16${options_of_asan}"
+    "detect_leaks=1:strict_string_checks=1:strict_init_order=1:malloc_context_size=24${options_of_asan}"
     ":include_if_exists=\"${PROJECT_SOURCE_DIR}/tests/sanitizers/%b.options\"")
 endif()
 
 # Third-party code without frame pointers hides its callers from the fast unwinder, and what is suppressed of
-# Cocoa's goes by callers, 13 of them at most: so 16 are noted of each allocation, and not 30, which take half as
-# much time again. Programs without Cocoa spend most of their time in the slow one for nothing. Engines do as their
-# hosts: those that are much faster than these have said all before a test can stop them.
+# Cocoa's goes by callers, 22 of them at most: so 24 are noted of each allocation, and not 30, which take longer.
+# Programs without Cocoa spend most of their time in the slow one for nothing. Engines do as their hosts: those that
+# are much faster than these have said all before a test can stop them.
 set(ZQM_FAST_UNWINDING 0)
 
 # A test counts as this many of the jobs that ctest runs at a time, and one that mostly waits as one job, so
