@@ -62,6 +62,33 @@ void dictionaryToHost(benchmark::State& state) {
     }
 }
 
+// The floors: as many such entries made by each side alone, nothing converted.
+void dictionaryOfCocoa(benchmark::State& state) {
+    for (auto _ : state) {
+        auto pool = std::make_unique<AutoreleasePool>();
+        NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
+        for (std::int64_t i = 0; i < state.range(0); ++i) {
+            [dictionary setObject:[NSNumber numberWithLong:static_cast<long>(i)]
+                           forKey:[NSString stringWithFormat:@"key %ld", static_cast<long>(i)]];
+        }
+        state.PauseTiming();
+        pool.reset();
+        state.ResumeTiming();
+    }
+}
+
+void dictionaryOfHost(benchmark::State& state) {
+    for (auto _ : state) {
+        auto dictionary = std::make_unique<zqm::host::Dictionary>(runtime().dictionary());
+        for (std::int64_t i = 0; i < state.range(0); ++i) {
+            dictionary->setValue("key " + std::to_string(i), i);
+        }
+        state.PauseTiming();
+        dictionary.reset();
+        state.ResumeTiming();
+    }
+}
+
 // A class of that name with its host class, made here where the system has none.
 Class classNamed(const char* name) {
     Class type = objc_getClass(name);
@@ -126,6 +153,8 @@ constexpr int kRepetitions = 7;
 #define ZQM_BENCHMARK(name) BENCHMARK(name)->Repetitions(kRepetitions)->Unit(benchmark::kMillisecond)
 ZQM_BENCHMARK(dictionaryToCocoa)->Arg(10'000)->Arg(100'000);
 ZQM_BENCHMARK(dictionaryToHost)->Arg(10'000)->Arg(100'000);
+ZQM_BENCHMARK(dictionaryOfCocoa)->Arg(10'000)->Arg(100'000);
+ZQM_BENCHMARK(dictionaryOfHost)->Arg(10'000)->Arg(100'000);
 ZQM_BENCHMARK(firstClass)->Unit(benchmark::kMicrosecond);
 ZQM_BENCHMARK(lastClass)->Unit(benchmark::kMicrosecond);
 ZQM_BENCHMARK(copyOnce);
@@ -136,6 +165,10 @@ const std::vector<Ratio> kRatios = {
     {"a Dictionary of 100,000 entries to one of 10,000, to Cocoa", "dictionaryToCocoa/100000/repeats:7",
      "dictionaryToCocoa/10000/repeats:7", 11},
     {"the same to the host", "dictionaryToHost/100000/repeats:7", "dictionaryToHost/10000/repeats:7", 11},
+    {"as many entries made by Cocoa alone, nothing converted", "dictionaryOfCocoa/100000/repeats:7",
+     "dictionaryOfCocoa/10000/repeats:7", kNoLimit},
+    {"the same by the host alone", "dictionaryOfHost/100000/repeats:7", "dictionaryOfHost/10000/repeats:7",
+     kNoLimit},
     {"an object of the last known class to one of the first", "lastClass/repeats:7", "firstClass/repeats:7",
      1.5},
     {"100 MB of a MemoryBlock to a copy of as many bytes", "blockToCocoa/repeats:7", "copyOnce/repeats:7",
