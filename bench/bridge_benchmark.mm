@@ -29,11 +29,25 @@ Runtime& runtime() {
     return *one;
 }
 
-void dictionaryToCocoa(benchmark::State& state) {
+zqm::host::Dictionary hostDictionary(std::int64_t count) {
     auto dictionary = runtime().dictionary();
-    for (std::int64_t i = 0; i < state.range(0); ++i) {
+    for (std::int64_t i = 0; i < count; ++i) {
         dictionary.setValue("key " + std::to_string(i), i);
     }
+    return dictionary;
+}
+
+NSDictionary* cocoaDictionary(std::int64_t count) {
+    NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
+    for (std::int64_t i = 0; i < count; ++i) {
+        [dictionary setObject:[NSNumber numberWithLong:static_cast<long>(i)]
+                       forKey:[NSString stringWithFormat:@"key %ld", static_cast<long>(i)]];
+    }
+    return dictionary;
+}
+
+void dictionaryToCocoa(benchmark::State& state) {
+    const auto dictionary = hostDictionary(state.range(0));
     for (auto _ : state) {
         auto pool = std::make_unique<AutoreleasePool>();
         benchmark::DoNotOptimize(NewNSDictionary(dictionary.handle()));
@@ -46,11 +60,7 @@ void dictionaryToCocoa(benchmark::State& state) {
 void dictionaryToHost(benchmark::State& state) {
     const AutoreleasePool outer;
     runtime();
-    NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
-    for (std::int64_t i = 0; i < state.range(0); ++i) {
-        [dictionary setObject:[NSNumber numberWithLong:static_cast<long>(i)]
-                       forKey:[NSString stringWithFormat:@"key %ld", static_cast<long>(i)]];
-    }
+    NSDictionary* dictionary = cocoaDictionary(state.range(0));
     for (auto _ : state) {
         const AutoreleasePool pool;
         std::optional<OwnedObject> converted;
@@ -62,15 +72,11 @@ void dictionaryToHost(benchmark::State& state) {
     }
 }
 
-// The floors: as many such entries made by each side alone, nothing converted.
+// The floors: as many such entries made by each side alone, texts of the keys included, nothing converted.
 void dictionaryOfCocoa(benchmark::State& state) {
     for (auto _ : state) {
         auto pool = std::make_unique<AutoreleasePool>();
-        NSMutableDictionary* dictionary = [NSMutableDictionary dictionary];
-        for (std::int64_t i = 0; i < state.range(0); ++i) {
-            [dictionary setObject:[NSNumber numberWithLong:static_cast<long>(i)]
-                           forKey:[NSString stringWithFormat:@"key %ld", static_cast<long>(i)]];
-        }
+        benchmark::DoNotOptimize(cocoaDictionary(state.range(0)));
         state.PauseTiming();
         pool.reset();
         state.ResumeTiming();
@@ -79,10 +85,8 @@ void dictionaryOfCocoa(benchmark::State& state) {
 
 void dictionaryOfHost(benchmark::State& state) {
     for (auto _ : state) {
-        auto dictionary = std::make_unique<zqm::host::Dictionary>(runtime().dictionary());
-        for (std::int64_t i = 0; i < state.range(0); ++i) {
-            dictionary->setValue("key " + std::to_string(i), i);
-        }
+        std::optional<zqm::host::Dictionary> dictionary = hostDictionary(state.range(0));
+        benchmark::DoNotOptimize(dictionary->handle());
         state.PauseTiming();
         dictionary.reset();
         state.ResumeTiming();
