@@ -25,6 +25,20 @@ if(ZQM_SANITIZE)
     ":include_if_exists=\"${PROJECT_SOURCE_DIR}/tests/sanitizers/%b.options\"")
 endif()
 
+# GCC's sanitizer for addresses finds the callers of allocations by what is part of every program here (its head says
+# why). It stands before libgcc's.
+if(BUILD_TESTING AND ZQM_SANITIZE MATCHES "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_library(zqm_callers OBJECT "${PROJECT_SOURCE_DIR}/tests/sanitizers/callers.c")
+  target_compile_definitions(zqm_callers PRIVATE _GNU_SOURCE)
+  target_compile_options(zqm_callers PRIVATE -fno-sanitize=all -O2)
+  target_link_libraries(zqm_callers PRIVATE zqm_warnings)
+  set(is_program "$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>")
+  link_libraries("$<${is_program}:zqm_callers>")
+  foreach(function IN ITEMS _Unwind_Backtrace _Unwind_GetIP)
+    add_link_options("$<${is_program}:LINKER:--export-dynamic-symbol=${function}>")
+  endforeach()
+endif()
+
 # Third-party code without frame pointers hides its callers from the fast unwinder, and what is suppressed of
 # Cocoa's goes by callers, 22 of them at most: so 24 are noted of each allocation, and not 30, which take longer.
 # Programs without Cocoa spend most of their time in the slow one for nothing. Engines do as their hosts: those that
