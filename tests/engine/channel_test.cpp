@@ -260,8 +260,11 @@ TEST_F(ChannelTest, saysThatThereIsNoRoomForADescriptor) {
     rlimit before{};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
     const rlimit none{0, before.rlim_max};
+    Channel& channel = reader;
+    std::string line;
+    // Until this is over, the sanitizers lack the pipe by which they look at the test's own object.
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
-    const Input input = readOnce();
+    const Input input = channel.read(line);
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
     EXPECT_EQ(input, Input::Failed);
     EXPECT_EQ(reader.error(), EMFILE);
