@@ -24,6 +24,7 @@ constexpr std::size_t kSentences = 6;
 constexpr std::size_t kWords = kSentences * kWordsOfSentence;
 constexpr std::size_t kEndless = 500; // sentences that are not over before something happens, however late
 constexpr std::size_t kSome = 3;      // words
+constexpr double kMostOfAnEnd = 0.1;  // seconds
 constexpr const char* kOther = "other";
 
 class SoundDevice : public testing::Test {
@@ -158,7 +159,13 @@ TEST_F(SoundDevice, thatVanishesDuringAPauseIsNotMissedWhereThereIsAnother) {
     events.insert(events.end(), held.begin(), held.end());
     const std::size_t heard = wordsIn(events).size();
     expectAllIsToldOnce();
-    EXPECT_THAT(wordsOf(recording), SizeIs(kWords - heard));
+    std::vector<double> words = wordsOf(recording);
+    if (words.size() > kWords - heard) {
+        // What the server had not yet played as its device vanished: the end of the word before the pause.
+        EXPECT_LT(words.front(), kMostOfAnEnd);
+        words.erase(words.begin());
+    }
+    EXPECT_THAT(words, SizeIs(kWords - heard));
 }
 
 TEST_F(SoundDevice, thatVanishesDuringAPauseEndsTheSpeechWhereThereIsNoOther) {
