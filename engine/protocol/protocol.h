@@ -21,9 +21,8 @@
 // - "at" is the place in the utterance's sound, in seconds from its beginning and exact to the sample. What
 //   is told again after a pause has the place that it had. That of "finished" is the length of the sound.
 // - The engine never waits for the host to read: what it has to say it keeps until there is room.
-// - A "ping" is answered by "pong", also in the middle of an utterance or session, once the engine comes to
-// it:
-//   it may be at work. So a host sees that an engine lives from which it awaits nothing else.
+// - A "ping" is answered by "pong", also in the middle of an utterance or session, once the engine comes
+//   to it: it may be at work. So a host sees that an engine lives from which it awaits nothing else.
 // - End of file on the socket ends the engine.
 // - A line that is no message of these ends the conversation: the reader closes the socket.
 
