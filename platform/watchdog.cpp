@@ -4,6 +4,13 @@
 
 namespace zqm::platform {
 
+// What a timer takes of the system is taken now, so that a host holds as much of it before an engine's first
+// work as behind it.
+Watchdog::Watchdog(EventSource* source) : timer_(source) {
+    start();
+    stop();
+}
+
 void Watchdog::start() {
     if (!std::exchange(isStarted_, true)) {
         wasHeard_ = true; // it is about to

@@ -23,7 +23,7 @@ public:
     };
 
     // The source is woken to look; it outlives this.
-    explicit Watchdog(EventSource* source) : timer_(source) {}
+    explicit Watchdog(EventSource* source);
 
     void start();
     void stop();

@@ -57,6 +57,15 @@ TEST_F(Speech, UtterancesLoseNothing) {
     EXPECT_EQ(1U, zqm::support::childrenOfThisProcess().size());
 }
 
+// However short they are: by some speeches nothing is left to look after when the start has been answered.
+TEST_F(Speech, AnEngineHoldsAsMuchBeforeItsFirstSpeechAsBehindIt) {
+    Speaker speaker;
+    ASSERT_NE(nil, [speaker.synthesizer phonemesFromText:@"Hello"]);
+    const Holdings before;
+    ASSERT_TRUE(speaker.say(manyWords(100), path("a.wav")) && speaker.runToEnd());
+    EXPECT_EQ(before.descriptors, Holdings().descriptors);
+}
+
 TEST_F(Speech, ObjectsLoseNothing) {
     expectNothingIsLost(100, kTolerated, [&] {
         Speaker speaker;
