@@ -47,8 +47,9 @@ class Build(build_ext):
 
     def build_all(self):
         folder = str(pathlib.Path(self.build_temp).absolute() / "cmake")
+        os.environ.setdefault("CMAKE_BUILD_TYPE", "RelWithDebInfo")
         cmake(
-            *("-S", str(PROJECT), "-B", folder, "-G", "Ninja", "-D", "CMAKE_BUILD_TYPE=RelWithDebInfo"),
+            *("-S", str(PROJECT), "-B", folder, "-G", "Ninja"),
             *("-D", "BUILD_TESTING=OFF", "-D", "ZQM_PYTHON=ON", "-D", f"Python3_EXECUTABLE={sys.executable}"),
             *launchers(),
         )
