@@ -2,6 +2,7 @@
 
 #include "entries.h"
 
+#include "tests/support/sample_record.h"
 #include "zqmhost/zqmhost.h"
 
 #include <bit>
@@ -11,44 +12,9 @@
 namespace zqm::host::test {
 namespace {
 
+using Sample = support::SampleRecord;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-void nothing(REALobject) {}
-bool flag(REALobject, std::int64_t) {
-    return true;
-}
-
-// A record without fault, with its tables.
-struct Sample {
-    Sample() = default;
-    Sample(const Sample&) = delete;
-    Sample& operator=(const Sample&) = delete;
-
-    PropertyRecord properties[2] = {{.name = "One", .type = "Boolean", .getter = flag},
-                                    {.name = "Two", .type = "Boolean", .getter = flag}};
-    MethodRecord methods[2] = {{.function = nothing, .declaration = "First"},
-                               {.function = nothing, .declaration = "Second"}};
-    EventRecord events[2] = {{.declaration = "began"}, {.declaration = "ended(well as Boolean)"}};
-    ConstantRecord constants[2] = {{.declaration = "A=1"}, {.declaration = "B=2"}};
-    MethodRecord sharedMethods[1] = {
-        {.function = static_cast<bool (*)()>([] { return true; }), .declaration = "Shared as Boolean"}};
-    ClassRecord record{.version = 13,
-                       .name = "Sample",
-                       .dataSize = 16,
-                       .constructor = nothing,
-                       .destructor = nothing,
-                       .properties = properties,
-                       .propertyCount = 2,
-                       .methods = methods,
-                       .methodCount = 2,
-                       .events = events,
-                       .eventCount = 2,
-                       .constants = constants,
-                       .constantCount = 2,
-                       .sharedMethods = sharedMethods,
-                       .sharedMethodCount = 1};
-};
 
 template <typename Record>
 Record* unaligned(Record* records) {
@@ -140,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"methodTwice", [](Sample& s) { s.methods[1].declaration = "FIRST()"; }, kRecord,
               "method 1 \"FIRST()\" stands twice"},
         Fault{"methodFlags", [](Sample& s) { s.methods[0].flags = 0; }, kRecord, "method 0 has flags 0"},
-        Fault{"methodSetter", [](Sample& s) { s.methods[0].setter = nothing; }, kRecord,
+        Fault{"methodSetter", [](Sample& s) { s.methods[0].setter = Sample::nothing; }, kRecord,
               "method 0 has a setter"},
         Fault{"methodReserved", [](Sample& s) { s.methods[0].reserved[0] = 1; }, kRecord,
               "reserved word of method 0"},
