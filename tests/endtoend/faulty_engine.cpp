@@ -4,12 +4,12 @@
 #include "engine/protocol/channel.h"
 #include "engine/protocol/protocol.h"
 #include "tests/endtoend/faulty_road.h"
+#include "tests/support/descriptor_message.h"
 
 #include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
@@ -218,19 +218,7 @@ private:
         constexpr std::size_t kTooMany = Channel::kMaxDescriptors + 1;
         std::array<int, kTooMany> numbers{};
         numbers.fill(STDIN_FILENO);
-        alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof numbers)> control{};
-        iovec part{const_cast<char*>(line.data()), line.size()};
-        msghdr message{};
-        message.msg_iov = &part;
-        message.msg_iovlen = 1;
-        message.msg_control = control.data();
-        message.msg_controllen = control.size();
-        cmsghdr* const header = CMSG_FIRSTHDR(&message);
-        header->cmsg_level = SOL_SOCKET;
-        header->cmsg_type = SCM_RIGHTS;
-        header->cmsg_len = CMSG_LEN(sizeof numbers);
-        std::memcpy(CMSG_DATA(header), numbers.data(), sizeof numbers);
-        return ::sendmsg(to.descriptor(), &message, MSG_NOSIGNAL) == static_cast<ssize_t>(line.size());
+        return zqm::support::sendWithDescriptors(to.descriptor(), line, numbers);
     }
 
     static void sendAll(Channel& channel) {

@@ -1,8 +1,8 @@
 #include "engine/protocol/channel.h"
+#include "tests/support/descriptor_message.h"
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -33,24 +33,6 @@ struct Pair {
 void writeRaw(const Descriptor& socket, std::string_view bytes) {
     ASSERT_EQ(::send(socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL),
               static_cast<ssize_t>(bytes.size()));
-}
-
-template <std::size_t count>
-void sendWith(const Descriptor& socket, const std::array<int, count>& numbers) {
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof numbers)> control{};
-    std::string line = "x\n";
-    iovec part{line.data(), line.size()};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    cmsghdr* const header = CMSG_FIRSTHDR(&message);
-    header->cmsg_level = SOL_SOCKET;
-    header->cmsg_type = SCM_RIGHTS;
-    header->cmsg_len = CMSG_LEN(sizeof numbers);
-    std::memcpy(CMSG_DATA(header), numbers.data(), sizeof numbers);
-    ASSERT_EQ(::sendmsg(socket.get(), &message, MSG_NOSIGNAL), 2);
 }
 
 Descriptor openNull() {
@@ -251,12 +233,12 @@ TEST_F(ChannelTest, refusesMoreDescriptorsThanAnyoneNeeds) {
 TEST_F(ChannelTest, refusesMoreDescriptorsInOneMessageThanAnyoneNeeds) {
     std::array<int, Channel::kMaxDescriptors + 1> numbers{};
     numbers.fill(STDIN_FILENO);
-    sendWith(pair.right, numbers);
+    ASSERT_TRUE(zqm::support::sendWithDescriptors(pair.right.get(), "x\n", numbers));
     EXPECT_EQ(readOnce(), Input::Overladen);
 }
 
 TEST_F(ChannelTest, saysThatThereIsNoRoomForADescriptor) {
-    sendWith(pair.right, std::array{STDIN_FILENO});
+    ASSERT_TRUE(zqm::support::sendWithDescriptors(pair.right.get(), "x\n", std::array{STDIN_FILENO}));
     rlimit before{};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
     const rlimit none{0, before.rlim_max};
