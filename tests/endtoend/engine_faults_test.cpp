@@ -5,6 +5,7 @@
 #include "tests/support/fresh_process.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/speech_dictionary.h"
 #include "tests/support/spoken_phrases.h"
 
 #include <gmock/gmock.h>
@@ -38,10 +39,13 @@ protected:
         });
     }
 
+    // It has served before, where this is of such an engine.
     void useEngine(Speaker& speaker) {
-        speaker.speak(kShortText, file);
-        std::filesystem::remove(file);
-        endsBefore_ = speaker.ends.size();
+        if (GetParam().isUsed) {
+            speaker.speak(kShortText, file);
+            std::filesystem::remove(file);
+            endsBefore_ = speaker.ends.size();
+        }
     }
 
     [[nodiscard]] std::vector<bool> endsOf(const Speaker& speaker) const {
@@ -89,6 +93,12 @@ protected:
         }
     }
 
+    void meetFault(Speaker& speaker) {
+        plan(GetParam());
+        const Lines log = start(speaker);
+        expectConsistent(speaker, log);
+    }
+
     void expectNextWorks(Speaker& speaker) const {
         EXPECT_FALSE(speaker.object.get("isSpeaking").asBool());
         const std::size_t ends = speaker.ends.size();
@@ -107,12 +117,8 @@ private:
 
 TEST_P(WritingFaults, AreToldAndOver) {
     Speaker speaker(runtime);
-    if (GetParam().isUsed) {
-        useEngine(speaker);
-    }
-    plan(GetParam());
-    const Lines log = start(speaker);
-    expectConsistent(speaker, log);
+    useEngine(speaker);
+    meetFault(speaker);
     expectNextWorks(speaker);
 }
 
@@ -128,20 +134,9 @@ INSTANTIATE_TEST_SUITE_P(All, WritingFaults,
 class DictionaryFaults : public WritingFaults {
 protected:
     void addDictionary(Speaker& speaker) {
-        host::Dictionary entry = runtime.dictionary();
-        entry.setValue(key("NSSpeechDictionaryEntrySpelling"), kShortText);
-        entry.setValue(key("NSSpeechDictionaryEntryPhonemes"), "lAAlAAlAAlAAlAAlAAlAAlAAlAAlAA");
-        host::Dictionary dictionary = runtime.dictionary();
-        dictionary.setValue(key("NSSpeechDictionaryLocaleIdentifier"), "en_US");
-        dictionary.setValue(key("NSSpeechDictionaryModificationDate"), "2026-01-01 00:00:00 +0000");
-        dictionary.setValue(key("NSSpeechDictionaryPronunciations"),
-                            runtime.array(host::ElementType::Object, {entry}));
-        dictionary.setValue(key("NSSpeechDictionaryAbbreviations"), runtime.array(host::ElementType::Object));
-        speaker.object.call("addSpeechDictionary", dictionary);
+        speaker.object.call("addSpeechDictionary",
+                            support::speechDictionary(runtime, kShortText, "lAAlAAlAAlAAlAAlAAlAAlAAlAAlAA"));
     }
-
-private:
-    std::string key(const char* constant) { return runtime.callShared(kSynthesizer, constant).asText(); }
 };
 
 TEST_P(DictionaryFaults, LoseNothingOfIt) {
@@ -154,13 +149,9 @@ TEST_P(DictionaryFaults, LoseNothingOfIt) {
         ASSERT_GT(seconds, 2 * without);
     }
     Speaker speaker(runtime);
-    if (GetParam().isUsed) {
-        useEngine(speaker);
-    }
+    useEngine(speaker);
     addDictionary(speaker);
-    plan(GetParam());
-    const Lines log = start(speaker);
-    expectConsistent(speaker, log);
+    meetFault(speaker);
     expectNextWorks(speaker);
 }
 
@@ -189,12 +180,8 @@ std::unique_ptr<support::PulseServer> AloudFaults::server_;
 TEST_P(AloudFaults, AreToldAndOver) {
     beAloud();
     Speaker speaker(runtime);
-    if (GetParam().isUsed) {
-        useEngine(speaker);
-    }
-    plan(GetParam());
-    const Lines log = start(speaker);
-    expectConsistent(speaker, log);
+    useEngine(speaker);
+    meetFault(speaker);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
     expectNextWorks(speaker);
 }

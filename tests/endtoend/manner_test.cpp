@@ -2,6 +2,7 @@
 
 #include "tests/endtoend/speaking.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/speech_dictionary.h"
 #include "tests/support/unread_pipe.h"
 
 #include <fstream>
@@ -10,7 +11,6 @@
 namespace zqm::endtoend {
 namespace {
 
-using host::Dictionary;
 using testing::ElementsAre;
 
 class Manner : public SpeakingTest {
@@ -19,7 +19,6 @@ protected:
     static constexpr int kWord = 1;
     static constexpr int kSentence = 2;
 
-    std::string key(const char* constant) { return runtime.callShared(kSynthesizer, constant).asText(); }
     static std::string sentences(int count) {
         std::string text;
         for (int sentence = 0; sentence < count; ++sentence) {
@@ -131,17 +130,8 @@ TEST_F(Manner, ADictionaryChangesAPronunciation) {
     Speaker(runtime, "gmw/en-US").speak("zqm", before);
     Speaker(runtime, "gmw/en-US").speak("[[inpt PHON]]dAOg", wanted);
 
-    Dictionary entry = runtime.dictionary();
-    entry.setValue(key("NSSpeechDictionaryEntrySpelling"), "zqm");
-    entry.setValue(key("NSSpeechDictionaryEntryPhonemes"), "dAOg");
-    Dictionary dictionary = runtime.dictionary();
-    dictionary.setValue(key("NSSpeechDictionaryLocaleIdentifier"), "en_US");
-    dictionary.setValue(key("NSSpeechDictionaryModificationDate"), "2026-01-01 00:00:00 +0000");
-    dictionary.setValue(key("NSSpeechDictionaryPronunciations"),
-                        runtime.array(host::ElementType::Object, {entry}));
-    dictionary.setValue(key("NSSpeechDictionaryAbbreviations"), runtime.array(host::ElementType::Object));
     Speaker speaker(runtime, "gmw/en-US");
-    speaker.object.call("addSpeechDictionary", dictionary);
+    speaker.object.call("addSpeechDictionary", support::speechDictionary(runtime, "zqm", "dAOg"));
     speaker.speak("zqm", file);
     EXPECT_FALSE(samples(file) == samples(before));
     EXPECT_TRUE(samples(file) == samples(wanted));

@@ -3,6 +3,7 @@
 #include "tests/support/process_table.h"
 #include "tests/support/sibling_library.h"
 #include "tests/support/sound_file.h"
+#include "tests/support/speech_dictionary.h"
 #include "tests/support/spoken_phrases.h"
 #include "zqmplatform/listening.h"
 
@@ -188,15 +189,7 @@ std::string KillScene::key(const char* name) {
 }
 
 host::Dictionary KillScene::dictionary() {
-    host::Dictionary entry = runtime_.dictionary();
-    entry.setValue(key("NSSpeechDictionaryEntrySpelling"), kWord);
-    entry.setValue(key("NSSpeechDictionaryEntryPhonemes"), "sIYkwAXl");
-    host::Dictionary words = runtime_.dictionary();
-    words.setValue(key("NSSpeechDictionaryLocaleIdentifier"), "en_US");
-    words.setValue(key("NSSpeechDictionaryModificationDate"), "2026-01-31 12:00:00 +0000");
-    words.setValue(key("NSSpeechDictionaryPronunciations"),
-                   runtime_.array(host::ElementType::Object, {entry}));
-    return words;
+    return support::speechDictionary(runtime_, kWord, "sIYkwAXl");
 }
 
 std::filesystem::path KillScene::phrases() {

@@ -3,6 +3,7 @@
 #include "tests/soak/nested_values.h"
 #include "tests/support/generated_text.h"
 #include "tests/support/sibling_library.h"
+#include "tests/support/speech_dictionary.h"
 #include "tests/support/spoken_phrases.h"
 #include "zqmplatform/listening.h"
 
@@ -383,14 +384,10 @@ void RandomProgram::addDictionary() {
     if (speaker == nullptr) {
         return;
     }
-    host::Dictionary entry = runtime_.dictionary();
-    entry.setValue(key("NSSpeechDictionaryEntrySpelling"), "word" + std::to_string(below(1000)));
-    entry.setValue(key("NSSpeechDictionaryEntryPhonemes"), below(4) == 0 ? "wrong!" : "d1AOg");
-    host::Dictionary words = runtime_.dictionary();
-    words.setValue(key("NSSpeechDictionaryLocaleIdentifier"), "en_US");
-    words.setValue(key("NSSpeechDictionaryModificationDate"), "2026-01-31 12:00:00 +0000");
-    words.setValue(key("NSSpeechDictionaryPronunciations"), runtime_.array(ElementType::Object, {entry}));
-    speaker->locks.front().call("addSpeechDictionary", words);
+    const std::string spelling = "word" + std::to_string(below(1000));
+    const char* const phonemes = below(4) == 0 ? "wrong!" : "d1AOg";
+    speaker->locks.front().call("addSpeechDictionary",
+                                support::speechDictionary(runtime_, spelling, phonemes));
 }
 
 void RandomProgram::raise() {
