@@ -23,6 +23,9 @@ using live::Speaker;
 
 class StoppedEngine : public testing::Test {
 protected:
+    // The objects of the test have ended.
+    void TearDown() override { program_.expectNoEngine(); }
+
     // Of the only engine there is.
     static pid_t stopEngine() {
         const std::vector<pid_t> all = engines();
@@ -54,60 +57,51 @@ protected:
 };
 
 TEST_F(StoppedEngine, ThatIsIdleIsReplacedByTheNextStart) {
-    {
-        Speaker speaker(program_.runtime);
-        program_.expectWorks(speaker);
-        const pid_t stopped = stopEngine();
-        const std::filesystem::path file = program_.folder / "speech.wav";
-        EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.startToFile(kText, file)); }), kMostSecondsToAnswer);
-        EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
-        ASSERT_TRUE(speaker.waitForEnd());
-        EXPECT_EQ(speaker.finished(), true);
-        std::filesystem::remove(file);
-        program_.expectWorks(speaker);
-    }
-    program_.expectNoEngine();
+    Speaker speaker(program_.runtime);
+    program_.expectWorks(speaker);
+    const pid_t stopped = stopEngine();
+    const std::filesystem::path file = program_.folder / "speech.wav";
+    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.startToFile(kText, file)); }), kMostSecondsToAnswer);
+    EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), true);
+    std::filesystem::remove(file);
+    program_.expectWorks(speaker);
 }
 
 TEST_F(StoppedEngine, ThatWritesAFileIsGivenUpByTheStop) {
-    {
-        Speaker speaker(program_.runtime);
-        ASSERT_TRUE(speaker.startToFile(veryLongText(), program_.folder / "speech.wav"));
-        ASSERT_TRUE(speaker.waitForWords(1));
-        const pid_t stopped = stopEngine();
-        program_.runtime.runFor(host::Seconds(0.5));
-        EXPECT_FALSE(speaker.finished());
-        EXPECT_TRUE(speaker.object().get("isSpeaking").asBool());
-        EXPECT_LT(secondsOf([&] { speaker.stop(); }), kMostSecondsToAnswer);
-        EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
-        ASSERT_TRUE(speaker.waitForEnd());
-        EXPECT_EQ(speaker.finished(), false);
-        EXPECT_EQ(speaker.timesFinished(), 1U);
-        EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
-        program_.expectEmptyFolder();
-        program_.expectWorks(speaker);
-    }
-    program_.expectNoEngine();
+    Speaker speaker(program_.runtime);
+    ASSERT_TRUE(speaker.startToFile(veryLongText(), program_.folder / "speech.wav"));
+    ASSERT_TRUE(speaker.waitForWords(1));
+    const pid_t stopped = stopEngine();
+    program_.runtime.runFor(host::Seconds(0.5));
+    EXPECT_FALSE(speaker.finished());
+    EXPECT_TRUE(speaker.object().get("isSpeaking").asBool());
+    EXPECT_LT(secondsOf([&] { speaker.stop(); }), kMostSecondsToAnswer);
+    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), false);
+    EXPECT_EQ(speaker.timesFinished(), 1U);
+    EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
+    program_.expectEmptyFolder();
+    program_.expectWorks(speaker);
 }
 
 TEST_F(StoppedEngine, ThatPlaysHoldsUpNoStopAndIsReplacedByTheNextStart) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
-    {
-        Speaker speaker(program_.runtime);
-        ASSERT_TRUE(speaker.start(live::longText()));
-        ASSERT_TRUE(speaker.waitForWords(2));
-        const pid_t stopped = stopEngine();
-        speaker.stop();
-        ASSERT_TRUE(speaker.waitForEnd());
-        EXPECT_EQ(speaker.finished(), false);
-        EXPECT_TRUE(support::isAlive(stopped)) << "nobody waited for it";
-        EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.start(kText)); }), kMostSecondsToAnswer);
-        EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
-        ASSERT_TRUE(speaker.waitForEnd());
-        EXPECT_EQ(speaker.finished(), true);
-    }
-    program_.expectNoEngine();
+    Speaker speaker(program_.runtime);
+    ASSERT_TRUE(speaker.start(live::longText()));
+    ASSERT_TRUE(speaker.waitForWords(2));
+    const pid_t stopped = stopEngine();
+    speaker.stop();
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), false);
+    EXPECT_TRUE(support::isAlive(stopped)) << "nobody waited for it";
+    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.start(kText)); }), kMostSecondsToAnswer);
+    EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
+    ASSERT_TRUE(speaker.waitForEnd());
+    EXPECT_EQ(speaker.finished(), true);
 }
 
 TEST_F(StoppedEngine, ThatGoesOnLosesNothing) {
@@ -126,26 +120,20 @@ TEST_F(StoppedEngine, ThatGoesOnLosesNothing) {
 }
 
 TEST_F(StoppedEngine, ThatWritesAFileIsNoticed) {
-    {
-        Speaker speaker(program_.runtime);
-        ASSERT_TRUE(speaker.startToFile(veryLongText(), program_.folder / "speech.wav"));
-        expectNoticed(speaker);
-        program_.expectEmptyFolder();
-        program_.expectWorks(speaker);
-    }
-    program_.expectNoEngine();
+    Speaker speaker(program_.runtime);
+    ASSERT_TRUE(speaker.startToFile(veryLongText(), program_.folder / "speech.wav"));
+    expectNoticed(speaker);
+    program_.expectEmptyFolder();
+    program_.expectWorks(speaker);
 }
 
 TEST_F(StoppedEngine, ThatPlaysIsNoticed) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
-    {
-        Speaker speaker(program_.runtime);
-        ASSERT_TRUE(speaker.start(live::longText()));
-        expectNoticed(speaker);
-        program_.expectWorks(speaker);
-    }
-    program_.expectNoEngine();
+    Speaker speaker(program_.runtime);
+    ASSERT_TRUE(speaker.start(live::longText()));
+    expectNoticed(speaker);
+    program_.expectWorks(speaker);
 }
 
 // Its answer comes while the host waits for another.
@@ -192,21 +180,18 @@ protected:
 };
 
 TEST_F(StoppedListening, ThatGoesOnLosesNothing) {
-    {
-        support::CommandListener listener(program_.runtime, {kCommand, "close the door"});
-        listener.start();
-        ASSERT_TRUE(waitFor([&] { return !listener.answers().empty(); }));
-        const pid_t stopped = stopEngine();
-        program_.runtime.runFor(host::Seconds(0.5)); // what it had said before
-        const std::size_t heard = listener.answers().size();
-        program_.runtime.runFor(host::Seconds(0.5));
-        EXPECT_EQ(listener.answers().size(), heard);
-        EXPECT_EQ(listener.failures(), std::vector<std::string>{});
-        ::kill(stopped, SIGCONT);
-        ASSERT_TRUE(waitFor([&] { return listener.timesEnded() == 1; }));
-        EXPECT_EQ(listener.commands(), std::vector<std::string>(kTimes, kCommand));
-    }
-    program_.expectNoEngine();
+    support::CommandListener listener(program_.runtime, {kCommand, "close the door"});
+    listener.start();
+    ASSERT_TRUE(waitFor([&] { return !listener.answers().empty(); }));
+    const pid_t stopped = stopEngine();
+    program_.runtime.runFor(host::Seconds(0.5)); // what it had said before
+    const std::size_t heard = listener.answers().size();
+    program_.runtime.runFor(host::Seconds(0.5));
+    EXPECT_EQ(listener.answers().size(), heard);
+    EXPECT_EQ(listener.failures(), std::vector<std::string>{});
+    ::kill(stopped, SIGCONT);
+    ASSERT_TRUE(waitFor([&] { return listener.timesEnded() == 1; }));
+    EXPECT_EQ(listener.commands(), std::vector<std::string>(kTimes, kCommand));
 }
 
 TEST_F(StoppedListening, HoldsUpNeitherTheStopNorAnotherRecognizer) {
@@ -220,7 +205,6 @@ TEST_F(StoppedListening, HoldsUpNeitherTheStopNorAnotherRecognizer) {
         EXPECT_TRUE(support::isAlive(stopped)) << "nobody waited for it";
     }
     program_.expectHears();
-    program_.expectNoEngine();
 }
 
 TEST_F(StoppedListening, IsNoticedAndAnotherEngineHearsTheRest) {
@@ -238,7 +222,6 @@ TEST_F(StoppedListening, IsNoticedAndAnotherEngineHearsTheRest) {
         EXPECT_EQ(listener.failures(), std::vector<std::string>{});
     }
     program_.expectHears();
-    program_.expectNoEngine();
 }
 
 // An engine that stands still for most of the time.
@@ -301,7 +284,6 @@ TEST_F(StoppedEngine, AgainAndAgainWritesTheSameFile) {
         EXPECT_GT(halting.halts(), 2);
     }
     EXPECT_EQ(support::SoundFile(file).samples, support::SoundFile(slowly).samples);
-    program_.expectNoEngine();
 }
 
 } // namespace
