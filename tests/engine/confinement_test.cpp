@@ -374,7 +374,8 @@ protected:
     static std::string missing(By by) {
         constexpr std::array kVersions{1, 4, 6};
         if (by == By::Seccomp) {
-            return ::prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0 ? "this kernel has no seccomp" : "";
+            const bool lacksIt = ::prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0 && errno == EINVAL;
+            return lacksIt ? "this kernel has no seccomp" : "";
         }
         const int needed = kVersions.at(static_cast<std::size_t>(by));
         const int version = landlockVersion();
