@@ -34,9 +34,65 @@ struct Request {
 
 constexpr std::size_t kDescriptors = 2;
 
-union ControlBuffer {
-    cmsghdr header;
-    std::array<char, CMSG_SPACE(sizeof(int) * kDescriptors)> bytes;
+// One of the socket's packets: some bytes, and descriptors where there is room for them.
+class Packet {
+public:
+    enum class Room { ForNone, ForDescriptors };
+
+    Packet(void* bytes, std::size_t count, Room room = Room::ForNone) : part_{bytes, count} {
+        message_.msg_iov = &part_;
+        message_.msg_iovlen = 1;
+        if (room == Room::ForDescriptors) {
+            message_.msg_control = &control_;
+            message_.msg_controllen = sizeof control_;
+        }
+    }
+    Packet(const Packet&) = delete;
+    Packet& operator=(const Packet&) = delete;
+
+    void set(const std::array<int, kDescriptors>& numbers) {
+        cmsghdr* const header = CMSG_FIRSTHDR(&message_);
+        header->cmsg_level = SOL_SOCKET;
+        header->cmsg_type = SCM_RIGHTS;
+        header->cmsg_len = CMSG_LEN(sizeof numbers);
+        std::memcpy(CMSG_DATA(header), numbers.data(), sizeof numbers);
+    }
+
+    // The descriptors that came, which are two or none is of use.
+    std::array<Descriptor, kDescriptors> take() {
+        std::array<Descriptor, kDescriptors> descriptors;
+        for (cmsghdr* header = CMSG_FIRSTHDR(&message_); header != nullptr;
+             header = CMSG_NXTHDR(&message_, header)) {
+            if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
+                continue;
+            }
+            const std::size_t count = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
+            for (std::size_t index = 0; index < std::min(count, kDescriptors); ++index) {
+                int number = -1;
+                std::memcpy(&number, CMSG_DATA(header) + index * sizeof number, sizeof number);
+                descriptors[index].reset(number);
+            }
+        }
+        return descriptors;
+    }
+
+    ssize_t send(int socket) const { return ::sendmsg(socket, &message_, MSG_NOSIGNAL); }
+
+    ssize_t receive(int socket) {
+        ssize_t count = 0;
+        do {
+            count = ::recvmsg(socket, &message_, MSG_CMSG_CLOEXEC);
+        } while (count < 0 && errno == EINTR);
+        return count;
+    }
+
+private:
+    iovec part_;
+    union {
+        cmsghdr header;
+        std::array<char, CMSG_SPACE(sizeof(int) * kDescriptors)> bytes;
+    } control_{};
+    msghdr message_{};
 };
 
 // ---- in the engine
@@ -50,31 +106,13 @@ bool set(Name& name, const std::string& text) {
 }
 
 int ask(int socket, int file, int folder, Request request) {
-    const std::array<int, kDescriptors> numbers{file, folder};
-    iovec part{&request, sizeof request};
-    ControlBuffer control{};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    message.msg_control = &control;
-    message.msg_controllen = sizeof control;
-    cmsghdr* const header = CMSG_FIRSTHDR(&message);
-    header->cmsg_level = SOL_SOCKET;
-    header->cmsg_type = SCM_RIGHTS;
-    header->cmsg_len = CMSG_LEN(sizeof numbers);
-    std::memcpy(CMSG_DATA(header), numbers.data(), sizeof numbers);
-    if (::sendmsg(socket, &message, MSG_NOSIGNAL) < 0) {
+    Packet question(&request, sizeof request, Packet::Room::ForDescriptors);
+    question.set({file, folder});
+    if (question.send(socket) < 0) {
         return errno;
     }
     int error = 0;
-    iovec answer{&error, sizeof error};
-    msghdr reply{};
-    reply.msg_iov = &answer;
-    reply.msg_iovlen = 1;
-    ssize_t count = 0;
-    do {
-        count = ::recvmsg(socket, &reply, 0);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = Packet(&error, sizeof error).receive(socket);
     return count == sizeof error ? error : count < 0 ? errno : EPIPE;
 }
 
@@ -178,49 +216,18 @@ int serve(const Request& request, int file, int folder) {
     return error;
 }
 
-// The descriptors that came, which are two or none is of use.
-std::array<Descriptor, kDescriptors> descriptorsOf(msghdr& message) {
-    std::array<Descriptor, kDescriptors> descriptors;
-    for (cmsghdr* header = CMSG_FIRSTHDR(&message); header != nullptr;
-         header = CMSG_NXTHDR(&message, header)) {
-        if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
-            continue;
-        }
-        const std::size_t count = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
-        for (std::size_t index = 0; index < std::min(count, kDescriptors); ++index) {
-            int number = -1;
-            std::memcpy(&number, CMSG_DATA(header) + index * sizeof number, sizeof number);
-            descriptors[index].reset(number);
-        }
-    }
-    return descriptors;
-}
-
 void serveAll(int socket) {
     for (;;) {
         Request request;
-        iovec part{&request, sizeof request};
-        ControlBuffer control{};
-        msghdr message{};
-        message.msg_iov = &part;
-        message.msg_iovlen = 1;
-        message.msg_control = &control;
-        message.msg_controllen = sizeof control;
-        const ssize_t count = ::recvmsg(socket, &message, MSG_CMSG_CLOEXEC);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
+        Packet question(&request, sizeof request, Packet::Room::ForDescriptors);
+        const ssize_t count = question.receive(socket);
         if (count <= 0) {
             return;
         }
-        const auto [file, folder] = descriptorsOf(message);
+        const auto [file, folder] = question.take();
         int error =
             file && folder && count == sizeof request ? serve(request, file.get(), folder.get()) : EINVAL;
-        iovec answer{&error, sizeof error};
-        msghdr reply{};
-        reply.msg_iov = &answer;
-        reply.msg_iovlen = 1;
-        ::sendmsg(socket, &reply, MSG_NOSIGNAL);
+        Packet(&error, sizeof error).send(socket);
     }
 }
 
