@@ -43,7 +43,7 @@ public:
         message_.msg_iov = &part_;
         message_.msg_iovlen = 1;
         if (room == Room::ForDescriptors) {
-            message_.msg_control = &control_;
+            message_.msg_control = control_.data();
             message_.msg_controllen = sizeof control_;
         }
     }
@@ -88,10 +88,7 @@ public:
 
 private:
     iovec part_;
-    union {
-        cmsghdr header;
-        std::array<char, CMSG_SPACE(sizeof(int) * kDescriptors)> bytes;
-    } control_{};
+    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int) * kDescriptors)> control_{};
     msghdr message_{};
 };
 
