@@ -5,12 +5,10 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <dirent.h>
-#include <fstream>
-#include <memory>
 #include <set>
 #include <string>
-#include <string_view>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace zqm::endurance {
@@ -20,52 +18,46 @@ using std::chrono::microseconds;
 
 constexpr microseconds kLookAgain{200};
 
-bool hasEnded(char state) {
-    return state == '\0' || state == 'Z' || state == 'X';
-}
-
-std::set<std::string> allProcesses() {
-    std::set<std::string> names;
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir("/proc"), closedir);
-    while (const dirent* const entry = readdir(folder.get())) {
-        if (entry->d_name[0] >= '1' && entry->d_name[0] <= '9') {
-            names.emplace(entry->d_name);
-        }
-    }
-    return names;
-}
-
-pid_t parentOf(const std::string& process) {
-    std::ifstream file("/proc/" + process + "/status");
-    constexpr std::string_view kName = "PPid:";
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with(kName)) {
-            return std::stoi(line.substr(kName.size()));
-        }
-    }
-    return 0;
+// What the engine's process for files calls itself.
+bool isForFiles(pid_t process) {
+    return support::nameOf(process) == "zqmspeech-files";
 }
 
 } // namespace
 
-EngineProcesses::EngineProcesses() : others_(support::childrenOfThisProcess()) {}
+EngineProcesses::EngineProcesses() : others_(support::childrenOfThisProcess()) {
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
+}
+
+std::vector<pid_t> EngineProcesses::children() const {
+    std::vector<pid_t> children;
+    std::ranges::set_difference(support::childrenOfThisProcess(), others_, std::back_inserter(children));
+    return children;
+}
 
 std::vector<pid_t> EngineProcesses::all() const {
-    std::vector<pid_t> engines;
-    std::ranges::set_difference(support::childrenOfThisProcess(), others_, std::back_inserter(engines));
+    std::vector<pid_t> engines = children();
+    std::erase_if(engines, isForFiles);
     return engines;
 }
 
 std::vector<pid_t> EngineProcesses::living() const {
     std::vector<pid_t> engines = all();
-    std::erase_if(engines, [](pid_t engine) { return hasEnded(support::stateOf(engine)); });
+    std::erase_if(engines, [](pid_t engine) { return !support::isAlive(engine); });
     return engines;
+}
+
+bool EngineProcesses::reapOrphans() const {
+    std::vector<pid_t> orphans = children();
+    std::erase_if(orphans, [](pid_t child) {
+        return !isForFiles(child) || ::waitpid(child, nullptr, WNOHANG) == child;
+    });
+    return orphans.empty();
 }
 
 void holdEngine(pid_t engine) {
     kill(engine, SIGSTOP);
-    for (char state = support::stateOf(engine); state != 'T' && !hasEnded(state);
-         state = support::stateOf(engine)) {
+    while (support::stateOf(engine) != 'T' && support::isAlive(engine)) {
         std::this_thread::sleep_for(kLookAgain);
     }
 }
@@ -75,7 +67,7 @@ void goOn(pid_t engine) {
 }
 
 bool killEngine(pid_t engine) {
-    return !hasEnded(support::stateOf(engine)) && kill(engine, SIGKILL) == 0;
+    return support::isAlive(engine) && kill(engine, SIGKILL) == 0;
 }
 
 microseconds randomMoment(std::mt19937_64& random, microseconds most) {
@@ -111,18 +103,20 @@ Killing Killing::after(microseconds pause, pid_t engine) {
 }
 
 Killing Killing::ofTheNext(microseconds pause) {
-    return Killing([pause, known = allProcesses()](const std::stop_token& isEnough) mutable {
+    const std::vector<pid_t> present = support::allProcesses();
+    const std::set<pid_t> before(present.begin(), present.end());
+    return Killing([pause, known = before](const std::stop_token& isEnough) mutable {
         const pid_t self = getpid();
         for (bool isLast = false; !isLast;) {
             isLast = isEnough.stop_requested();
-            for (const std::string& process : allProcesses()) {
-                if (known.insert(process).second && parentOf(process) == self) {
+            for (const pid_t process : support::allProcesses()) {
+                if (known.insert(process).second && support::parentOf(process) == self) {
                     std::this_thread::sleep_for(pause);
-                    return static_cast<pid_t>(std::stoi(process));
+                    return process;
                 }
             }
         }
-        return static_cast<pid_t>(0);
+        return pid_t{0};
     });
 }
 

@@ -13,15 +13,20 @@ namespace zqm::endurance {
 
 class EngineProcesses {
 public:
-    // Children that are there by now are no engines.
+    // Children that are there by now are no engines. From now on the process that an engine has for its files
+    // becomes this one's child when the engine dies first, so that one that stays is found.
     EngineProcesses();
 
     // Ascending; those included that ended and wait to be reaped.
     std::vector<pid_t> all() const;
     // Those of them that have not ended.
     std::vector<pid_t> living() const;
+    // Reaps the processes for files that dead engines left; false while one of them still runs.
+    bool reapOrphans() const;
 
 private:
+    std::vector<pid_t> children() const;
+
     std::vector<pid_t> others_;
 };
 
@@ -46,6 +51,9 @@ public:
     static Killing after(std::chrono::microseconds pause, pid_t engine);
     // The next one that this process starts, so long after it was seen.
     static Killing ofTheNext(std::chrono::microseconds pause);
+
+    // By now.
+    bool isDone() const { return killed_ != 0; }
 
     // Waits until it is done, and answers which engine was killed. 0: none was; it had ended, or none was
     // started before this was called.

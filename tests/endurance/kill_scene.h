@@ -33,6 +33,9 @@ inline constexpr const char* kListeningReplaced =
     "the speech engine ended unexpectedly; another one goes on listening";
 
 inline constexpr const char* kWord = "SQL"; // to ask phonemes of
+inline constexpr const char* kShortText = "Hi.";
+// Of about two minutes, a tenth of a second for an engine; the mark is in its last third.
+const std::string& longText();
 
 // Throws std::runtime_error with these words unless it is so.
 void require(bool isSo, const std::string& words);
@@ -48,10 +51,14 @@ struct Speaking {
     bool isSpeaking() const { return object.get("isSpeaking").asBool(); }
 
     host::Object object;
+    std::string text; // of the speech that was begun last
     std::size_t words = 0;
     std::size_t marks = 0;
     std::vector<bool> ends;
     std::function<void()> atEnd; // called once
+
+private:
+    void begin(const std::string& text);
 };
 
 // One listening object; one at a time.
@@ -87,9 +94,14 @@ public:
     bool holdSpeaking(Speaking& speaking) const;
     // Waits until the speech that was begun last has ended, and answers how.
     bool waitForEnd(Speaking& speaking);
+    // The engine that is killed from beside; one that had ended by itself is a failure.
+    void finish(Killing& killing);
+    // Whether an engine has taken the place of the one that was killed.
+    bool isReplaced() const;
     // After a kill: the engine is replaced and serves, everything was told once, and what is held is what was
-    // held before. `expected` is what was logged meanwhile, `possible` what may have been.
-    void check(const std::vector<std::string>& expected, const std::string& possible = {});
+    // held before. `expected` is what was logged meanwhile, `possible` a line that may have been: answers
+    // whether it was.
+    bool check(const std::vector<std::string>& expected, const std::string& possible = {});
 
     // After a failure: begins anew, with nothing held against what comes.
     void recover();
@@ -97,8 +109,10 @@ public:
     bool waitFor(const std::function<bool()>& condition);
     std::filesystem::path file() const { return folder_ / "speech.wav"; }
     bool hasFile() const { return std::filesystem::exists(file()); }
-    // Plays the file that a state made. Throws when it is no sound file.
-    void removeWholeFile() const;
+    // Throws unless all of one of the texts above is in the file.
+    void requireWhole(const std::filesystem::path& file, const std::string& text) const;
+    // The same of file(), which is removed.
+    void removeWholeFile(const std::string& text) const;
     std::string phonemesOfWord(Speaking& speaking) const;
     host::Dictionary dictionary();
     std::string key(const char* name);
@@ -124,6 +138,7 @@ private:
     };
 
     void serve();
+    void measure(const std::string& text);
 
     std::string plugin_;
     std::mt19937_64 random_;
@@ -136,6 +151,7 @@ private:
     host::Runtime runtime_;
     std::unique_ptr<EngineProcesses> engines_;
     std::map<std::string, std::string> keys_;
+    std::map<std::string, double> seconds_; // of texts, spoken without disturbance
     std::unique_ptr<Speaking> speaking_;
     std::string plainPhonemes_;
     std::optional<Held> held_;

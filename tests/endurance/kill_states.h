@@ -16,7 +16,8 @@ enum class Sight {
     Served,    // what it asked for, by the next engine
     Refused,   // false or nil, at once
     EndFalse,  // the speech ended with false
-    EndTrue,   // the speech ended with true: it was complete
+    EndTrue,   // the speech ended with true: all of it was spoken before the kill, which came before its end
+               // was told
     NotKilled, // the moment was over before the kill; nothing is counted
 };
 inline constexpr std::size_t kSights = 5; // those that are counted
@@ -25,7 +26,7 @@ using Sights = std::map<Sight, std::size_t>;
 
 struct KillState {
     std::string_view name;
-    std::size_t share; // of all kills, in thousandths
+    std::size_t share; // of all kills, as a part of the sum of all shares
     // Kills once, or several times, and checks. Throws std::runtime_error with what is wrong.
     Sights (*run)(KillScene& scene);
 };
@@ -33,7 +34,7 @@ struct KillState {
 std::span<const KillState> killStates();
 
 // In a process of its own, which asks for its voices for the first time: kills the engines that are asked
-// until one has answered, and prints how many requests were refused and served. An exit code.
+// until one has answered, and prints how many requests were refused. An exit code.
 int killAskedForVoices(const std::string& plugin, std::uint64_t seed);
 
 } // namespace zqm::endurance

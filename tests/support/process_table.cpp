@@ -52,20 +52,33 @@ std::size_t threadsOf(pid_t process) {
 
 } // namespace
 
-std::vector<pid_t> childrenOf(pid_t process) {
-    std::vector<pid_t> children;
+std::vector<pid_t> allProcesses() {
+    std::vector<pid_t> processes;
     for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
         const std::string name = entry.path().filename();
-        pid_t candidate = 0;
-        const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), candidate);
-        if (error != std::errc() || end != name.data() + name.size()) {
-            continue;
-        }
-        const std::optional<Status> status = statusOf(candidate);
-        if (status && status->parent == process) {
-            children.push_back(candidate);
+        pid_t process = 0;
+        const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), process);
+        if (error == std::errc() && end == name.data() + name.size()) {
+            processes.push_back(process);
         }
     }
+    return processes;
+}
+
+pid_t parentOf(pid_t process) {
+    return statusOf(process).value_or(Status()).parent;
+}
+
+std::string nameOf(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name;
+}
+
+std::vector<pid_t> childrenOf(pid_t process) {
+    std::vector<pid_t> children = allProcesses();
+    std::erase_if(children, [process](pid_t candidate) { return parentOf(candidate) != process; });
     std::ranges::sort(children);
     return children;
 }
