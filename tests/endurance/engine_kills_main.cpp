@@ -5,10 +5,10 @@
 // Prints a table with tabs between its columns: the state, and how often the host program saw what.
 
 #include "tests/endurance/kill_states.h"
+#include "tests/support/number.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <cstdlib>
 #include <iomanip>
@@ -20,18 +20,13 @@
 namespace {
 
 using namespace zqm::endurance;
+using zqm::support::numberOf;
 
 constexpr std::size_t kMostFailures = 10;
 constexpr std::size_t kMostTries = 1'000; // in a row that come too late for their state
 constexpr auto kColumns =
     std::to_array<std::string_view>({"nothing", "served", "refused", "ended false", "ended true"});
 static_assert(kColumns.size() == kSights);
-
-std::optional<std::uint64_t> numberOf(std::string_view text) {
-    std::uint64_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 // The shares of so many kills, at least one each, in an order of their own.
 std::vector<std::size_t> orderOf(std::size_t kills, std::uint64_t seed) {
@@ -151,10 +146,11 @@ private:
 int main(int argc, char** argv) {
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
     if (arguments.size() == 2 && arguments[0] == "--voices") {
-        return killAskedForVoices(ZQM_PLUGIN, numberOf(arguments[1]).value_or(0));
+        return killAskedForVoices(ZQM_PLUGIN, numberOf<std::uint64_t>(arguments[1]).value_or(0));
     }
-    const auto kills = arguments.empty() ? std::nullopt : numberOf(arguments[0]);
-    const auto seed = arguments.size() < 2 ? std::optional<std::uint64_t>(1) : numberOf(arguments[1]);
+    const auto kills = arguments.empty() ? std::nullopt : numberOf<std::uint64_t>(arguments[0]);
+    const auto seed =
+        arguments.size() < 2 ? std::optional<std::uint64_t>(1) : numberOf<std::uint64_t>(arguments[1]);
     if (arguments.size() > 2 || !kills || *kills == 0 || !seed) {
         std::cerr << "usage: engine_kills KILLS [SEED]\n";
         return EXIT_FAILURE;
