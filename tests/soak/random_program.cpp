@@ -1,7 +1,9 @@
 #include "tests/soak/random_program.h"
 
+#include "tests/soak/episode_log.h"
 #include "tests/soak/nested_values.h"
 #include "tests/support/generated_text.h"
+#include "tests/support/process_table.h"
 #include "tests/support/sibling_library.h"
 #include "tests/support/speech_dictionary.h"
 #include "tests/support/spoken_phrases.h"
@@ -9,9 +11,9 @@
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
 
 namespace zqm::soak {
 namespace {
@@ -73,12 +75,9 @@ const std::vector<RandomProgram::Action>& RandomProgram::actions() {
 }
 
 RandomProgram::RandomProgram(const std::string& plugin, std::uint64_t seed)
-    : plugin_(plugin), random_(seed), runtimeFolder_("XDG_RUNTIME_DIR", user_.path().string()) {
-    try {
-        server_.emplace();
-        useServer_.emplace(*server_);
-    } catch (const std::exception&) {
-        useServer_.emplace(support::ScopedPulseServer::unreachableAddress());
+    : random_(seed), runtimeFolder_("XDG_RUNTIME_DIR", user_.path().string()), useServer_(server_) {
+    for (const Action& action : actions()) {
+        done_[action.name] = 0;
     }
     support::writeSpokenPhrases(kCommands, user_ / "phrases.wav");
     engines_ = std::make_unique<endurance::EngineProcesses>();
@@ -111,6 +110,7 @@ RandomProgram::RandomProgram(const std::string& plugin, std::uint64_t seed)
         listeningEngine_ = engine != speakingEngine_ ? engine : listeningEngine_;
     }
     warmUp();
+    judgeLog();
 }
 
 // The host runtime keeps the memory of as many handles as were ever alive at once, and Foundation that of its
@@ -162,14 +162,25 @@ void RandomProgram::episode() {
             place -= each.weight;
             return place < 0;
         });
-        ++done_[action->name];
-        (this->*action->run)();
+        act(*action);
     }
     finish();
     speakThroughResident();
     if (episodes_ % kListensOnceIn == 0) {
         listenThroughResident();
     }
+}
+
+bool RandomProgram::act(std::string_view name) {
+    const auto action = std::ranges::find(actions(), name, &Action::name);
+    require(action != actions().end(), "there is no action \"" + std::string(name) + '"');
+    return act(*action);
+}
+
+bool RandomProgram::act(const Action& action) {
+    const bool isDone = (this->*action.run)();
+    done_[action.name] += isDone ? 1 : 0;
+    return isDone;
 }
 
 // All that was begun ends, and all that was made is gone.
@@ -201,11 +212,19 @@ void RandomProgram::finish() {
         require(!entry.path().filename().string().starts_with("."), "an unfinished file is left");
         fs::remove(entry.path());
     }
-    log_.take();
     require(runtime_.takeRaised().empty(), "something was raised outside of a call");
     for (const host::Report& report : runtime_.reports()) {
         throw std::runtime_error(std::string(host::nameOf(report.kind)) + ": " + report.text);
     }
+    judgeLog();
+}
+
+void RandomProgram::judgeLog() {
+    std::string words;
+    for (const std::string& line : unexplained(log_.take(), std::exchange(hasKilledEngines_, false))) {
+        words += "\n    " + line;
+    }
+    require(words.empty(), "nothing explains what was logged:" + words);
 }
 
 Speaker* RandomProgram::anySpeaker() {
@@ -242,9 +261,9 @@ fs::path RandomProgram::newFile() {
     return folder_ / ("speech" + std::to_string(++files_) + kExtensions.at(below(kExtensions.size())));
 }
 
-void RandomProgram::makeSpeaker() {
+bool RandomProgram::makeSpeaker() {
     if (speakers_.size() == kMostSpeakers) {
-        return;
+        return false;
     }
     auto speaker = std::make_unique<Speaker>();
     host::Object object = below(2) == 0 ? runtime_.construct(kSynthesizer)
@@ -262,162 +281,190 @@ void RandomProgram::makeSpeaker() {
     }
     speaker->locks.push_back(std::move(object));
     speakers_.push_back(std::move(speaker));
+    return true;
 }
 
 // A start that is refused has no end; it may be, when its engine was killed.
-void RandomProgram::speakIntoFile() {
-    if (Speaker* const speaker = anySpeaker()) {
-        const std::string url = "file://" + newFile().string();
-        const host::String text = hostText(below(10) == 0 ? 3000 : 200);
-        speaker->starts += speaker->locks.back().call("startSpeakingString", text, url).asBool() ? 1 : 0;
-    }
-}
-
-void RandomProgram::speakAloud() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker != nullptr && server_) {
-        speaker->starts += speaker->locks.back().call("startSpeakingString", hostText(60)).asBool() ? 1 : 0;
-        runtime_.runFor(host::Seconds(0.1));
-    }
-}
-
-void RandomProgram::speakIntoNothing() {
-    if (Speaker* const speaker = anySpeaker()) {
-        host::Object& object = speaker->locks.back();
-        require(!object.call("startSpeakingString", "Hi.", "file:///nonexistent/folder/a.wav").asBool(),
-                "a file in no folder is started");
-        require(!object.call("startSpeakingString", "Hi.", "no URL").asBool(), "no URL is started");
-        require(!object.call("startSpeakingString", host::String(), host::String()).asBool(),
-                "nothing is started");
-    }
-}
-
-void RandomProgram::control() {
-    if (Speaker* const speaker = anySpeaker()) {
-        host::Object& object = speaker->locks.front();
-        switch (below(4)) {
-        case 0:
-            object.call("stopSpeaking");
-            break;
-        case 1:
-            object.call("stopSpeakingAtBoundary", below(3));
-            break;
-        case 2:
-            object.call("pauseSpeakingAtBoundary", below(4));
-            break;
-        default:
-            object.call("continueSpeaking");
-        }
-    }
-}
-
-void RandomProgram::setManner() {
-    if (Speaker* const speaker = anySpeaker()) {
-        host::Object& object = speaker->locks.front();
-        object.set("Rate", 80 + below(400));
-        object.set("Volume", static_cast<double>(below(100)) / 100);
-        object.call("setVoice", voices_[below(voices_.size())]);
-    }
-}
-
-void RandomProgram::setProperty() {
+bool RandomProgram::speakIntoFile() {
     Speaker* const speaker = anySpeaker();
     if (speaker == nullptr) {
-        return;
+        return false;
+    }
+    const std::string url = "file://" + newFile().string();
+    const host::String text = hostText(below(10) == 0 ? 3000 : 200);
+    const bool isStarted = speaker->locks.back().call("startSpeakingString", text, url).asBool();
+    speaker->starts += isStarted ? 1 : 0;
+    return isStarted;
+}
+
+bool RandomProgram::speakAloud() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
+    }
+    const bool isStarted = speaker->locks.back().call("startSpeakingString", hostText(60)).asBool();
+    speaker->starts += isStarted ? 1 : 0;
+    runtime_.runFor(host::Seconds(0.1));
+    return isStarted;
+}
+
+bool RandomProgram::speakIntoNothing() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
+    }
+    host::Object& object = speaker->locks.back();
+    require(!object.call("startSpeakingString", "Hi.", "file:///nonexistent/folder/a.wav").asBool(),
+            "a file in no folder is started");
+    require(!object.call("startSpeakingString", "Hi.", "no URL").asBool(), "no URL is started");
+    require(!object.call("startSpeakingString", host::String(), host::String()).asBool(),
+            "nothing is started");
+    return true;
+}
+
+// Of one that doesn't speak, too; then there is nothing to count.
+bool RandomProgram::control() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
+    }
+    host::Object& object = speaker->locks.front();
+    const bool speaks = speaker->ends < speaker->starts;
+    switch (below(4)) {
+    case 0:
+        object.call("stopSpeaking");
+        break;
+    case 1:
+        object.call("stopSpeakingAtBoundary", below(3));
+        break;
+    case 2:
+        object.call("pauseSpeakingAtBoundary", below(4));
+        break;
+    default:
+        object.call("continueSpeaking");
+    }
+    return speaks;
+}
+
+bool RandomProgram::setManner() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
+    }
+    host::Object& object = speaker->locks.front();
+    object.set("Rate", 80 + below(400));
+    object.set("Volume", static_cast<double>(below(100)) / 100);
+    return object.call("setVoice", voices_[below(voices_.size())]).asBool();
+}
+
+bool RandomProgram::setProperty() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
     }
     const auto set = [&](const Value& value, const char* name) {
         Value error;
-        speaker->locks.front().call("setObjectForProperty", value, key(name), ByRef{&error});
+        return speaker->locks.front().call("setObjectForProperty", value, key(name), ByRef{&error}).asBool();
     };
     switch (below(4)) {
     case 0:
-        set(static_cast<double>(1 + below(126)), "NSSpeechPitchBaseProperty");
-        break;
+        return set(static_cast<double>(1 + below(126)), "NSSpeechPitchBaseProperty");
     case 1:
-        set(key("NSSpeechModeLiteral"), "NSSpeechNumberModeProperty");
-        break;
+        return set(key("NSSpeechModeLiteral"), "NSSpeechNumberModeProperty");
     case 2: {
         const host::Object voice =
             runtime_.callShared(kSynthesizer, "attributesForVoice", voices_[below(voices_.size())])
                 .asObject();
-        set(host::Object(voice).call("Properties"), "NSSpeechCurrentVoiceProperty");
-        break;
+        return set(host::Object(voice).call("Properties"), "NSSpeechCurrentVoiceProperty");
     }
     default:
-        set(nullptr, "NSSpeechResetProperty");
+        return set(nullptr, "NSSpeechResetProperty");
     }
 }
 
-void RandomProgram::setNestedValue() {
-    if (Speaker* const speaker = anySpeaker()) {
-        Value error;
-        const Value value = nestedValue(runtime_, random_, 4);
-        speaker->locks.front().call("setObjectForProperty", value, key("NSSpeechCommandDelimiterProperty"),
-                                    ByRef{&error});
+// It is converted before it is refused.
+bool RandomProgram::setNestedValue() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
     }
+    Value error;
+    const Value value = nestedValue(runtime_, random_, 4);
+    speaker->locks.front().call("setObjectForProperty", value, key("NSSpeechCommandDelimiterProperty"),
+                                ByRef{&error});
+    return true;
 }
 
-void RandomProgram::readProperties() {
-    if (Speaker* const speaker = anySpeaker()) {
-        Value error;
-        speaker->locks.front().call("objectForProperty",
-                                    key(kPropertiesRead.at(below(kPropertiesRead.size()))), ByRef{&error});
+bool RandomProgram::readProperties() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
     }
+    Value error;
+    speaker->locks.front().call("objectForProperty", key(kPropertiesRead.at(below(kPropertiesRead.size()))),
+                                ByRef{&error});
+    return error.isNull();
 }
 
-void RandomProgram::askPhonemes() {
-    if (Speaker* const speaker = anySpeaker()) {
-        speaker->locks.front().call("phonemesFromText", hostText(300));
-    }
+bool RandomProgram::askPhonemes() {
+    Speaker* const speaker = anySpeaker();
+    return speaker != nullptr && !speaker->locks.front().call("phonemesFromText", hostText(300)).isNull();
 }
 
-void RandomProgram::askVoices() {
+bool RandomProgram::askVoices() {
     const auto index = below(voices_.size());
     require(runtime_.callShared(kSynthesizer, "availableVoice", index).asText() == voices_[index],
             "the voices change");
     host::Object voice = runtime_.callShared(kSynthesizer, "attributesForVoice", voices_[index]).asObject();
     require(voice.call("Identifier").asText() == voices_[index], "a voice is another one");
+    return true;
 }
 
-void RandomProgram::addDictionary() {
+bool RandomProgram::addDictionary() {
     Speaker* const speaker = anySpeaker();
     if (speaker == nullptr) {
-        return;
+        return false;
     }
     const std::string spelling = "word" + std::to_string(below(1000));
-    const char* const phonemes = below(4) == 0 ? "wrong!" : "d1AOg";
+    const bool isRight = below(4) != 0;
     speaker->locks.front().call("addSpeechDictionary",
-                                support::speechDictionary(runtime_, spelling, phonemes));
+                                support::speechDictionary(runtime_, spelling, isRight ? "d1AOg" : "wrong!"));
+    return isRight;
 }
 
-void RandomProgram::raise() {
+bool RandomProgram::raise() {
     try {
         runtime_.callShared(kSynthesizer, "availableVoice", -1);
     } catch (const host::HostException&) {
-        return;
+        return true;
     }
     throw std::runtime_error("a voice of a negative index is no error");
 }
 
-void RandomProgram::copyLock() {
-    if (Speaker* const speaker = anySpeaker()) {
-        const host::Object copy = speaker->locks[below(speaker->locks.size())];
-        speaker->locks.push_back(copy);
+bool RandomProgram::copyLock() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
     }
+    const host::Object copy = speaker->locks[below(speaker->locks.size())];
+    speaker->locks.push_back(copy);
+    return true;
 }
 
-void RandomProgram::releaseLock() {
-    if (Speaker* const speaker = anySpeaker()) {
-        speaker->locks.erase(speaker->locks.begin() +
-                             static_cast<std::ptrdiff_t>(below(speaker->locks.size())));
-        std::erase_if(speakers_, [](const auto& each) { return each->locks.empty(); });
+bool RandomProgram::releaseLock() {
+    Speaker* const speaker = anySpeaker();
+    if (speaker == nullptr) {
+        return false;
     }
+    speaker->locks.erase(speaker->locks.begin() + static_cast<std::ptrdiff_t>(below(speaker->locks.size())));
+    std::erase_if(speakers_, [](const auto& each) { return each->locks.empty(); });
+    return true;
 }
 
 // To a file, or to the silence that a sound server plays.
-void RandomProgram::listen() {
+bool RandomProgram::listen() {
     if (recognizers_.size() == kMostRecognizers) {
-        return;
+        return false;
     }
     host::Object recognizer = runtime_.create(kRecognizer);
     recognizer.on("DidRecognizeCommand", [](const host::Arguments& command) {
@@ -425,33 +472,44 @@ void RandomProgram::listen() {
                 "what is no command is heard");
     });
     recognizer.call("setCommands", runtime_.array(ElementType::String, {kCommands.begin(), kCommands.end()}));
-    ZQMPlatformListenToFile(server_ && below(3) == 0 ? nullptr : (user_ / "phrases.wav").c_str());
+    ZQMPlatformListenToFile(below(3) == 0 ? nullptr : (user_ / "phrases.wav").c_str());
     recognizer.call("startListening");
-    recognizers_.push_back(std::move(recognizer));
+    recognizers_.push_back({std::move(recognizer)});
+    return true;
 }
 
-void RandomProgram::stopListening() {
-    if (!recognizers_.empty()) {
-        recognizers_[below(recognizers_.size())].call("stopListening");
+// One that was stopped before, too; then there is nothing to count.
+bool RandomProgram::stopListening() {
+    if (recognizers_.empty()) {
+        return false;
     }
+    Recognizer& recognizer = recognizers_[below(recognizers_.size())];
+    recognizer.object.call("stopListening");
+    return std::exchange(recognizer.listens, false);
 }
 
-void RandomProgram::killEngine() {
-    if (const auto engine = anyEngine()) {
-        endurance::killEngine(*engine);
+bool RandomProgram::killEngine() {
+    const auto engine = anyEngine();
+    const bool isKilled = engine && endurance::killEngine(*engine);
+    hasKilledEngines_ |= isKilled;
+    return isKilled;
+}
+
+bool RandomProgram::stopEngine() {
+    const auto engine = anyEngine();
+    if (!engine) {
+        return false;
     }
+    endurance::holdEngine(*engine);
+    const bool isHeld = support::stateOf(*engine) == 'T';
+    runtime_.runFor(host::Seconds(0.01));
+    endurance::goOn(*engine);
+    return isHeld;
 }
 
-void RandomProgram::stopEngine() {
-    if (const auto engine = anyEngine()) {
-        endurance::holdEngine(*engine);
-        runtime_.runFor(host::Seconds(0.01));
-        endurance::goOn(*engine);
-    }
-}
-
-void RandomProgram::runLoop() {
+bool RandomProgram::runLoop() {
     runtime_.runFor(host::Seconds(static_cast<double>(below(50)) / 1000));
+    return true;
 }
 
 } // namespace zqm::soak

@@ -17,6 +17,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zqm::soak {
@@ -28,6 +29,11 @@ struct Speaker {
     std::size_t ends = 0;
 };
 
+struct Recognizer {
+    host::Object object;
+    bool listens = true;
+};
+
 class RandomProgram {
 public:
     RandomProgram(const std::string& plugin, std::uint64_t seed);
@@ -37,13 +43,14 @@ public:
 
     // Throws std::runtime_error with what was wrong.
     void episode();
+    // Does one thing of an episode, by its name; answers whether it could be done.
+    bool act(std::string_view name);
 
     host::Runtime& runtime() { return runtime_; }
     pid_t speakingEngine() const { return speakingEngine_; }
     pid_t listeningEngine() const { return listeningEngine_; }
     std::size_t processes() const { return engines_->all().size(); }
-    bool speaksAloud() const { return server_.has_value(); }
-    // How often each thing was done.
+    // How often each thing was done, those included that never were.
     const std::map<std::string, std::size_t>& done() const { return done_; }
     endurance::LogFile& log() { return log_; }
 
@@ -51,50 +58,51 @@ private:
     struct Action {
         const char* name;
         int weight;
-        void (RandomProgram::*run)();
+        // Answers whether it did that: there may be nothing to do it to, or it may be refused.
+        bool (RandomProgram::*run)();
     };
     static const std::vector<Action>& actions();
 
-    void speakIntoFile();
-    void speakAloud();
-    void speakIntoNothing();
-    void control();
-    void setManner();
-    void setProperty();
-    void setNestedValue();
-    void readProperties();
-    void askPhonemes();
-    void askVoices();
-    void addDictionary();
-    void raise();
-    void makeSpeaker();
-    void copyLock();
-    void releaseLock();
-    void listen();
-    void stopListening();
-    void killEngine();
-    void stopEngine();
-    void runLoop();
+    bool speakIntoFile();
+    bool speakAloud();
+    bool speakIntoNothing();
+    bool control();
+    bool setManner();
+    bool setProperty();
+    bool setNestedValue();
+    bool readProperties();
+    bool askPhonemes();
+    bool askVoices();
+    bool addDictionary();
+    bool raise();
+    bool makeSpeaker();
+    bool copyLock();
+    bool releaseLock();
+    bool listen();
+    bool stopListening();
+    bool killEngine();
+    bool stopEngine();
+    bool runLoop();
 
     std::size_t below(std::size_t limit) { return random_() % limit; }
     Speaker* anySpeaker();
     std::optional<pid_t> anyEngine();
-    std::string text(std::size_t mostUnits);
     host::String hostText(std::size_t mostUnits);
     std::string key(const char* name);
     std::filesystem::path newFile();
     void warmUp();
     void speakThroughResident();
     void listenThroughResident();
+    bool act(const Action& action);
     void finish();
+    void judgeLog();
 
-    std::string plugin_;
     std::mt19937_64 random_;
     support::TemporaryFolder folder_;
     support::TemporaryFolder user_;
     support::ScopedEnvironment runtimeFolder_;
-    std::optional<support::PulseServer> server_;
-    std::optional<support::ScopedPulseServer> useServer_;
+    support::PulseServer server_;
+    support::ScopedPulseServer useServer_;
     endurance::LogFile log_;
     host::Runtime runtime_;
     std::unique_ptr<endurance::EngineProcesses> engines_;
@@ -105,7 +113,8 @@ private:
     std::size_t episodes_ = 0;
 
     std::vector<std::unique_ptr<Speaker>> speakers_; // of the episode
-    std::vector<host::Object> recognizers_;
+    std::vector<Recognizer> recognizers_;
+    bool hasKilledEngines_ = false;
 
     // These live as long as the program.
     host::Object speaker_;

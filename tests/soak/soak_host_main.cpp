@@ -3,15 +3,17 @@
 //     soak_host SECONDS SEED INTERVAL [--leak memory|descriptors|handles]
 //
 // INTERVAL seconds lie between two samples; it goes on until there are enough of them to judge. With --leak
-// each episode leaves something behind, to show that it is found.
+// each episode leaves something behind, to show that it is found. SIGTERM and SIGINT end it after the episode
+// that it is at.
 
+#include "tests/soak/episode_log.h"
 #include "tests/soak/random_program.h"
 #include "tests/soak/sampler.h"
+#include "tests/support/number.h"
 
-#include <charconv>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <iostream>
 #include <optional>
@@ -20,14 +22,8 @@
 namespace {
 
 using namespace zqm;
+using support::numberOf;
 using Clock = std::chrono::steady_clock;
-
-template <typename Number>
-std::optional<Number> numberOf(std::string_view text) {
-    Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
 
 constexpr std::size_t kLeastSamples = 12;
 constexpr std::size_t kUnsampled = 5; // episodes at first, in which caches fill
@@ -44,11 +40,23 @@ void leak(std::string_view what, host::Runtime& runtime) {
     }
 }
 
-void run(double seconds, std::uint64_t seed, double interval, std::string_view leaked) {
-    soak::RandomProgram program(ZQM_PLUGIN, seed);
-    if (!program.speaksAloud()) {
-        program.log().print("No sound server can be started: nothing is spoken aloud.");
+// So that nothing is left: what was begun has ended, and folders are removed.
+volatile std::sig_atomic_t isToldToEnd = 0;
+
+void endAfterEpisode(int /*signal*/) {
+    isToldToEnd = 1;
+}
+
+void tellFailure(soak::RandomProgram& program, const std::string& words) {
+    for (const std::string& line : soak::withoutProperties(program.log().take())) {
+        program.log().print("    log: " + line);
     }
+    program.log().print(words);
+}
+
+// Answers whether nothing failed.
+bool run(double seconds, std::uint64_t seed, double interval, std::string_view leaked) {
+    soak::RandomProgram program(ZQM_PLUGIN, seed);
     soak::Sampler sampler(std::cout, program.runtime());
     const auto begin = Clock::now();
     const auto elapsed = [&] { return std::chrono::duration<double>(Clock::now() - begin).count(); };
@@ -56,7 +64,7 @@ void run(double seconds, std::uint64_t seed, double interval, std::string_view l
     std::size_t samples = 0;
     double next = 0;
     try {
-        while (elapsed() < seconds || samples < kLeastSamples) {
+        while (isToldToEnd == 0 && (elapsed() < seconds || samples < kLeastSamples)) {
             program.episode();
             ++episodes;
             leak(leaked, program.runtime());
@@ -68,13 +76,14 @@ void run(double seconds, std::uint64_t seed, double interval, std::string_view l
             }
         }
     } catch (const std::exception& error) {
-        program.log().print("seed " + std::to_string(seed) + ", episode " + std::to_string(episodes + 1) +
-                            ": " + error.what());
-        std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): one thread
+        tellFailure(program, "seed " + std::to_string(seed) + ", episode " + std::to_string(episodes + 1) +
+                                 ": " + error.what());
+        return false;
     }
     for (const auto& [name, count] : program.done()) {
         std::cout << "# " << name << ": " << count << '\n';
     }
+    return true;
 }
 
 } // namespace
@@ -90,8 +99,11 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     try {
-        run(*seconds, *seed, *interval, arguments.size() == 5 ? arguments[4] : "");
-        return EXIT_SUCCESS;
+        for (const int number : {SIGTERM, SIGINT}) {
+            std::signal(number, endAfterEpisode);
+        }
+        return run(*seconds, *seed, *interval, arguments.size() == 5 ? arguments[4] : "") ? EXIT_SUCCESS
+                                                                                          : EXIT_FAILURE;
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return EXIT_FAILURE;

@@ -1,0 +1,16 @@
+// What is logged while a random host program runs, held against what that may bring about.
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zqm::soak {
+
+// Without what the plugin writes of each property that is read or set, and of its value.
+std::vector<std::string> withoutProperties(std::vector<std::string> lines);
+
+// Those that no action explains. An engine may have ended only where one was killed.
+std::vector<std::string> unexplained(std::vector<std::string> lines, bool wereEnginesKilled);
+
+} // namespace zqm::soak
