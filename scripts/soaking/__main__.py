@@ -3,135 +3,62 @@
 from __future__ import annotations
 
 import argparse
+import io
+import signal
 import sys
 from pathlib import Path
+from types import FrameType
 
-from soaking import kills, plot, verdicts
-from soaking.problems import Problem
-from soaking.programs import Program, run
-from soaking.samples import Samples, read_samples
+from soaking.parts import parts_of
+from soaking.problems import words_of
 
-MOST_SAMPLES = 720  # of one program: one every five seconds of an hour
-LEAST_INTERVAL = 0.2  # seconds
-# glibc's malloc counts what its threads keep for their next call as in use: some 100 KiB, which fill slowly.
-KEEPS_NOTHING_FREED = {"GLIBC_TUNABLES": "glibc.malloc.tcache_count=0"}
-SECONDS_BEYOND = 900  # what an episode may take on a busy machine
+KILLS_OF_ALL = 100_000
+CALLS_OF_ALL = 1_000_000
 
 
-def soak(options: argparse.Namespace) -> list[str]:
-    """What failed or grew."""
-    interval = max(LEAST_INTERVAL, options.seconds / MOST_SAMPLES)
-    programs = []
-    for lane in range(options.lanes):
-        seed = options.seed + lane
-        arguments = [str(options.programs / "soak_host"), str(options.seconds), str(seed), str(interval)]
-        if options.leak:
-            arguments += ["--leak", options.leak]
-        name = f"host program {lane + 1}"
-        output = options.output / f"{name}.csv"
-        programs.append(Program(f"{name} (seed {seed})", arguments, output, KEEPS_NOTHING_FREED))
-    problems = run(programs, options.seconds + SECONDS_BEYOND)
-    all_samples = []
-    for program in programs:
-        try:
-            samples = read_samples(program.output)
-            problems += report(samples)
-            all_samples.append(samples)
-        except Problem as problem:
-            problems.append(str(problem))
-    if all_samples:
-        picture = options.output / "soak.svg"
-        try:
-            plot.draw(all_samples, picture)
-            print(f"{picture} shows it.\n")
-        except Problem as problem:
-            problems.append(str(problem))
-    return problems
-
-
-def report(samples: Samples) -> list[str]:
-    found = verdicts.verdicts_of(samples)
-    episodes, minutes = samples.columns["episodes"][-1], samples.seconds[-1] / 60
-    print(f"{samples.name}: {len(samples.seconds)} samples, {episodes:.0f} episodes in {minutes:.1f} minutes")
-    print(verdicts.table_of(found))
-    if samples.done:
-        print("done: " + ", ".join(f"{count} {name}" for name, count in samples.done.items()))
-    print()
-    return [f"{samples.name}: {each.measure.name} grows" for each in found if each.grows]
-
-
-def shares(whole: int, lanes: int) -> list[int]:
-    return [(whole + lane) // lanes for lane in range(lanes) if (whole + lane) // lanes > 0]
-
-
-def kill_engines(options: argparse.Namespace) -> list[str]:
-    programs = []
-    for lane, share in enumerate(shares(options.kills, options.lanes)):
-        seed = options.seed + lane
-        arguments = [str(options.programs / "engine_kills"), str(share), str(seed)]
-        output = options.output / f"kills {lane + 1}.tsv"
-        programs.append(Program(f"killing engines {lane + 1} (seed {seed})", arguments, output))
-    problems = run(programs)
-    print(kills.table_of(kills.sum_of([program.output for program in programs])))
-    print()
-    return problems
-
-
-def do_faults(options: argparse.Namespace) -> list[str]:
-    programs = []
-    for lane in range(options.lanes):
-        share = {"GTEST_TOTAL_SHARDS": str(options.lanes), "GTEST_SHARD_INDEX": str(lane), "ZQM_ALL_FAULTS": "1"}
-        output = options.output / f"faults {lane + 1}.txt"
-        programs.append(
-            Program(f"faults of engines {lane + 1}", [str(options.programs / "engine_faults_test")], output, share)
-        )
-    problems = run(programs)
-    told = "".join(program.output.read_text(encoding="utf-8", errors="replace") for program in programs)
-    lines = told.splitlines()
-    print(f"{sum(line.startswith('[       OK ]') for line in lines)} faults of engines and their messages: as expected")
-    return problems + sorted({line.split(",")[0] for line in lines if line.startswith("[  FAILED  ]") and "/" in line})
-
-
-def fuzz(options: argparse.Namespace) -> list[str]:
-    programs = []
-    for lane, share in enumerate(shares(options.fuzz_calls, options.lanes)):
-        seed = options.seed + lane
-        output = options.output / f"calls {lane + 1}.txt"
-        arguments = [str(options.fuzz_program), "--calls", str(share), "--seed", str(seed)]
-        arguments += ["--keep", str(output.with_suffix(".input"))]
-        programs.append(Program(f"random host calls {lane + 1} (seed {seed})", arguments, output))
-    problems = run(programs)
-    for program in programs:
-        print(f"{program.name}: {program.output.read_text(encoding='utf-8').strip()}")
-    return problems
-
-
-def main() -> int:
+def options_of_command_line() -> argparse.Namespace:
     parser = argparse.ArgumentParser(prog="soaking")
     parser.add_argument("programs", type=Path)
     parser.add_argument("output", type=Path)
     parser.add_argument("--seconds", type=float, required=True)
     parser.add_argument("--seed", type=int, required=True)
     parser.add_argument("--lanes", type=int, required=True)
-    parser.add_argument("--kills", type=int, default=0)
+    parser.add_argument("--all", action="store_true")
+    parser.add_argument("--kills", type=int)
     parser.add_argument("--faults", action="store_true")
-    parser.add_argument("--fuzz-calls", type=int, default=0)
+    parser.add_argument("--fuzz-calls", type=int)
     parser.add_argument("--fuzz-program", type=Path)
     parser.add_argument("--leak", choices=("memory", "descriptors", "handles"))
+    parser.add_argument("--seconds-until-told", type=float, default=300)
+    # What a part may take beyond its own time on a busy machine.
+    parser.add_argument("--seconds-beyond", type=float, default=900)
     options = parser.parse_args()
-    options.output.mkdir(parents=True, exist_ok=True)
+    if options.kills is None:
+        options.kills = KILLS_OF_ALL if options.all else 0
+    if options.fuzz_calls is None:
+        options.fuzz_calls = CALLS_OF_ALL if options.all else 0
+    options.faults = options.faults or options.all
+    return options
+
+
+def interrupt(number: int, frame: FrameType | None) -> None:
+    raise KeyboardInterrupt
+
+
+def main() -> int:
+    options = options_of_command_line()
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        if signal.getsignal(number) != signal.SIG_IGN:  # as nohup has it
+            signal.signal(number, interrupt)
+    if isinstance(sys.stdout, io.TextIOWrapper):
+        sys.stdout.reconfigure(line_buffering=True)  # a part may take an hour
     problems: list[str] = []
     try:
-        if options.seconds > 0:
-            problems += soak(options)
-        if options.kills > 0:
-            problems += kill_engines(options)
-        if options.faults:
-            problems += do_faults(options)
-        if options.fuzz_calls > 0:
-            problems += fuzz(options)
-    except Problem as problem:
-        problems.append(str(problem))
+        options.output.mkdir(parents=True, exist_ok=True)
+        for part in parts_of(options):
+            part.run(options.seconds_until_told, problems)
+    except OSError as problem:
+        problems.append(words_of(problem))
     except KeyboardInterrupt:
         problems.append("interrupted")
     for each in problems:

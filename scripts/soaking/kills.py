@@ -17,7 +17,10 @@ def sum_of(files: list[Path]) -> list[list[str]]:
         head = rows[0]
         for name, *values in rows[1:]:
             sums = counts.setdefault(name, [0.0] * len(values))
-            counts[name] = [one + float(value) for one, value in zip(sums, values)]
+            try:
+                counts[name] = [one + float(value) for one, value in zip(sums, values, strict=True)]
+            except ValueError:
+                raise Problem(f"{file}: a line is not like its first one") from None
     if not counts:
         raise Problem("no engine was killed")
     total = [sum(column) for column in zip(*counts.values())]

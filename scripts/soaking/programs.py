@@ -3,12 +3,18 @@
 from __future__ import annotations
 
 import os
+import signal
 import subprocess
+import sys
+import tempfile
 import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
-SECONDS_TO_END = 5  # of one that is told to
+from soaking.problems import words_of
+
+SECONDS_TO_END = 60  # of those that are told to: a random host program comes to the end of what it is at
+SECONDS_TO_LOOK = 0.2
 MOST_LINES = 50  # of what one that failed had to say
 
 
@@ -20,44 +26,94 @@ class Program:
     environment: dict[str, str] = field(default_factory=dict)  # beside this one's
 
 
-def run(programs: list[Program], seconds: float | None = None) -> list[str]:
-    """What went wrong; a program that runs longer than the seconds is ended."""
-    running = []
-    problems = []
-    end = None if seconds is None else time.monotonic() + seconds
-    try:
-        for program in programs:
-            program.output.parent.mkdir(parents=True, exist_ok=True)
-            with program.output.open("wb") as output, program.output.with_suffix(".log").open("wb") as log:
-                process = subprocess.Popen(
-                    program.arguments,
-                    stdin=subprocess.DEVNULL,
-                    stdout=output,
-                    stderr=log,
-                    env=os.environ | program.environment,
-                )
-            running.append((program, process))
-        for program, process in running:
-            try:
-                code = process.wait(None if end is None else max(0.0, end - time.monotonic()))
-            except subprocess.TimeoutExpired:
-                problems.append(f"{program.name} doesn't come to its end")
-                continue
-            if code != 0:
-                words = program.output.with_suffix(".log").read_text(encoding="utf-8", errors="replace").strip()
-                last = "\n".join(words.splitlines()[-MOST_LINES:])
-                problems.append(f"{program.name} failed ({code}):\n{last}")
-    finally:
-        for _, process in running:
-            stop(process)
-    return problems
+@dataclass(frozen=True)
+class Patience:
+    """With programs, in seconds."""
+
+    limit: float  # one that runs longer is ended
+    until_told: float  # how long they run: between two words of that
 
 
-def stop(process: subprocess.Popen[bytes]) -> None:
-    if process.poll() is None:
-        process.terminate()
+@dataclass
+class Running:
+    program: Program
+    process: subprocess.Popen[bytes]
+
+
+def run(what: str, programs: list[Program], patience: Patience, problems: list[str]) -> None:
+    """Adds to the problems what went wrong. An interruption ends the programs, and goes on from here."""
+    running: list[Running] = []
+    with tempfile.TemporaryDirectory(prefix="zqm-soak-", ignore_cleanup_errors=True) as folder:
         try:
-            process.wait(SECONDS_TO_END)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            process.wait()
+            for program in programs:
+                try:
+                    running.append(start(program, folder))
+                except OSError as error:
+                    problems.append(f"{program.name} can't be started: {words_of(error)}")
+            wait(what, running, patience)
+            problems += [f"{each.program.name} doesn't come to its end" for each in running if is_alive(each)]
+        finally:
+            ended = [each for each in running if not is_alive(each)]
+            stop(running)
+            problems += [failure_of(each) for each in running if failed(each, each in ended)]
+
+
+def start(program: Program, folder: str) -> Running:
+    """In a process group of its own, so that a Ctrl-C ends it only after this one has decided how."""
+    program.output.parent.mkdir(parents=True, exist_ok=True)
+    with program.output.open("wb") as output, program.output.with_suffix(".log").open("wb") as log:
+        process = subprocess.Popen(
+            program.arguments,
+            stdin=subprocess.DEVNULL,
+            stdout=output,
+            stderr=log,
+            env=os.environ | {"TMPDIR": folder} | program.environment,
+            start_new_session=True,
+        )
+    return Running(program, process)
+
+
+def wait(what: str, running: list[Running], patience: Patience) -> None:
+    """Until all have ended, or they may run no longer; tells from time to time that they run."""
+    begin = time.monotonic()
+    tell_at = patience.until_told
+    while any(map(is_alive, running)):
+        gone = time.monotonic() - begin
+        if gone > patience.limit:
+            return
+        if gone >= tell_at:
+            print(f"{what}: {gone / 60:.0f} minutes so far ...", file=sys.stderr, flush=True)
+            tell_at += patience.until_told
+        time.sleep(SECONDS_TO_LOOK)
+
+
+def is_alive(running: Running) -> bool:
+    """Nothing is reaped before stop(): until then nobody else has its number, or that of its group."""
+    return os.waitid(os.P_PID, running.process.pid, os.WEXITED | os.WNOHANG | os.WNOWAIT) is None
+
+
+def stop(running: list[Running]) -> None:
+    """Each in its own time, unless that is long or there is another interruption; then what is left of their groups."""
+    end = time.monotonic() + SECONDS_TO_END
+    try:
+        for each in running:
+            if is_alive(each):
+                each.process.terminate()
+        while any(map(is_alive, running)) and time.monotonic() < end:
+            time.sleep(SECONDS_TO_LOOK)
+    except KeyboardInterrupt:
+        pass
+    for each in running:
+        os.killpg(each.process.pid, signal.SIGKILL)
+        each.process.wait()
+
+
+def failed(running: Running, by_itself: bool) -> bool:
+    """One that was told to end may do so by that signal."""
+    return running.process.returncode != 0 and (by_itself or running.process.returncode > 0)
+
+
+def failure_of(running: Running) -> str:
+    words = running.program.output.with_suffix(".log").read_text(encoding="utf-8", errors="replace").strip()
+    last = "\n".join(words.splitlines()[-MOST_LINES:])
+    return f"{running.program.name} failed ({running.process.returncode}):\n{last}"

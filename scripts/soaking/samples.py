@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import math
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -10,6 +11,8 @@ from soaking.problems import Problem
 
 TIME = "seconds"
 COLUMNS = (TIME, "episodes", *(measure.name for measure in MEASURES))
+# Where it isn't measured, in all samples: memory says nothing under a sanitizer.
+MAY_BE_EMPTY = {measure.name for measure in MEASURES if measure.unit == "MiB"}
 
 
 @dataclass
@@ -30,17 +33,36 @@ def read_samples(path: Path) -> Samples:
     rows = [line.split(",") for line in lines if not line.startswith("#")]
     if not rows or tuple(rows[0]) != COLUMNS:
         raise Problem(f"{path}: these are no samples")
+    if any(len(row) != len(COLUMNS) for row in rows):
+        raise unlike(path)
+    columns = {}
+    for name, *cells in zip(*rows):
+        if any(cells) or name not in MAY_BE_EMPTY:
+            columns[name] = [value_of(name, cell, path) for cell in cells]
+    return Samples(path.stem, columns, done_of([line for line in lines if line.startswith("#")], path))
+
+
+def value_of(name: str, cell: str, path: Path) -> float:
+    if not cell:
+        raise Problem(f"{path}: a sample has no {name}")
+    try:
+        value = float(cell)
+    except ValueError:
+        raise unlike(path) from None
+    if not math.isfinite(value):
+        raise unlike(path)
+    return value
+
+
+def done_of(lines: list[str], path: Path) -> dict[str, int]:
     done = {}
     for line in lines:
-        if line.startswith("#"):
-            name, count = line[1:].rsplit(":", 1)
-            done[name.strip()] = int(count)
-    columns: dict[str, list[float]] = {}
-    try:
-        for index, name in enumerate(COLUMNS):
-            values = [row[index] for row in rows[1:]]
-            if all(values):
-                columns[name] = [float(value) for value in values]
-    except (IndexError, ValueError):
-        raise Problem(f"{path}: a line is not like its first one") from None
-    return Samples(path.stem, columns, done)
+        name, _, count = line[1:].rpartition(":")
+        if not count.strip().isdecimal():
+            raise unlike(path)
+        done[name.strip()] = int(count)
+    return done
+
+
+def unlike(path: Path) -> Problem:
+    return Problem(f"{path}: a line is not like its first one")

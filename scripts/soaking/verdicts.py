@@ -44,13 +44,19 @@ def shown(value: float, measure: Measure) -> str:
     return f"{value / MIB:.2f} MiB" if measure.unit == "MiB" else f"{value:.2f}"
 
 
+def row_of(measure: Measure, verdict: Verdict | None) -> tuple[str, ...]:
+    allowed = shown(measure.tolerance, measure)
+    if verdict is None:
+        return measure.name, "", "", "", allowed, "not measured"
+    values = [shown(value, measure) for value in (verdict.first, verdict.last, verdict.slope)]
+    return measure.name, *values, allowed, "GROWS" if verdict.grows else "flat"
+
+
 def table_of(verdicts: list[Verdict]) -> str:
     """For people, in lines."""
     rows: list[tuple[str, ...]] = [("", "first quarter", "last quarter", "slope per hour", "may grow by", "verdict")]
-    for each in verdicts:
-        of_measure = [shown(value, each.measure) for value in (each.first, each.last, each.slope)]
-        allowed = shown(each.measure.tolerance, each.measure)
-        rows.append((each.measure.name, *of_measure, allowed, "GROWS" if each.grows else "flat"))
+    measured = {each.measure: each for each in verdicts}
+    rows += [row_of(measure, measured.get(measure)) for measure in MEASURES]
     widths = [max(len(row[column]) for row in rows) for column in range(len(rows[0]))]
     lines = []
     for row in rows:

@@ -2,17 +2,22 @@
 // and what fails.
 
 #include "tests/support/process.h"
+#include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <functional>
+#include <regex>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -27,14 +32,11 @@ using zqm::support::ProcessResult;
 
 #if defined(__SANITIZE_ADDRESS__)
 constexpr const char* kSeconds = "1"; // until there are enough samples
-constexpr const char* kLeak = "descriptors";
-constexpr const char* kLeaked = "host descriptors";
 #else
 constexpr const char* kSeconds = "8";
-constexpr const char* kLeak = "memory"; // which sanitizers hide
-constexpr const char* kLeaked = "host heap";
 #endif
 constexpr std::chrono::minutes kPatience{9};
+constexpr std::chrono::milliseconds kLookAgain{10};
 
 constexpr const char* kColumns =
     "seconds,episodes,host heap,host resident,speaking engine resident,listening engine "
@@ -80,15 +82,83 @@ TEST_F(Soak, OfRandomHostProgramsIsFlat) {
                       HasSubstr("spoken into files"), HasSubstr("Nothing failed, and nothing grows.")));
     EXPECT_THAT(contentOf(output() / "host program 1.csv"), StartsWith(kColumns));
     EXPECT_THAT(contentOf(output() / "soak.svg"),
-                AllOf(HasSubstr("<svg"), HasSubstr("ledger locks, host program 1"), HasSubstr("</svg>")));
+                AllOf(HasSubstr("<svg"), HasSubstr("change of processes"),
+                      HasSubstr("ledger locks, host program 1"), HasSubstr("</svg>")));
 }
 
-TEST_F(Soak, OfAHostProgramThatLeaksIsTold) {
-    const ProcessResult result = soak(ZQM_PROGRAMS, {"--seconds", "1", "--lanes", "1", "--leak", kLeak});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.output, ContainsRegex(std::string(kLeaked) + " .* GROWS\n"));
-    EXPECT_THAT(result.errors, HasSubstr(std::string("FAILED: host program 1: ") + kLeaked + " grows\n"));
+// Its own folders stand in the one given.
+class SoakHost : public Soak {
+protected:
+    zqm::support::Process start(const char* seconds) const {
+        return {
+            ZQM_PROGRAMS "/soak_host", {seconds, "1", "0"}, {.environment = {{"TMPDIR", folder_.path()}}}};
+    }
+    // Until it has written a sample.
+    static void awaitSample(const zqm::support::Process& host) {
+        while (host.running() && std::ranges::count(host.result().output, '\n') < 2) {
+            std::this_thread::sleep_for(kLookAgain);
+        }
+    }
+};
+
+TEST_F(SoakHost, EndsWhenItIsTold) {
+    const auto host = start("1000");
+    awaitSample(host);
+    host.signal(SIGTERM);
+    ASSERT_TRUE(host.waitFor(kPatience));
+    EXPECT_EQ(host.result().exitCode, 0) << host.result().errors;
+    EXPECT_THAT(host.result().output, HasSubstr("# engines killed: "));
+    EXPECT_TRUE(fs::is_empty(folder_.path()));
 }
+
+TEST_F(SoakHost, TellsTheLogWhenItFails) {
+    const auto host = start("1000");
+    awaitSample(host);
+    const std::vector<pid_t> children = zqm::support::childrenOf(host.pid());
+    ASSERT_GE(children.size(), 3U); // the sound server and the engines that stay come first
+    std::ofstream("/proc/" + std::to_string(host.pid()) + "/fd/2", std::ios::app) << "it is broken\n";
+    kill(children[1], SIGKILL);
+    ASSERT_TRUE(host.waitFor(kPatience));
+    EXPECT_EQ(host.result().exitCode, 1);
+    EXPECT_THAT(host.result().errors, AllOf(ContainsRegex("seed 1, episode [0-9]+: "),
+                                            ContainsRegex("    (log: )?it is broken\n")));
+    EXPECT_TRUE(fs::is_empty(folder_.path()));
+}
+
+TEST_F(SoakHost, NeedsASoundServer) {
+    const ProcessResult result =
+        zqm::support::runProcess(ZQM_PROGRAMS "/soak_host", {"1", "1", "0"},
+                                 {.environment = {{"PATH", folder_.path()}, {"TMPDIR", folder_.path()}}});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("pulseaudio"));
+    EXPECT_TRUE(fs::is_empty(folder_.path()));
+}
+
+struct Leak {
+    const char* what;
+    const char* growing;
+};
+
+class SoakOfALeak : public Soak, public testing::WithParamInterface<Leak> {};
+
+TEST_P(SoakOfALeak, IsTold) {
+    const ProcessResult result =
+        soak(ZQM_PROGRAMS, {"--seconds", "1", "--lanes", "1", "--leak", GetParam().what});
+    const std::string growing = GetParam().growing;
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.output, ContainsRegex(growing + " .* GROWS\n"));
+    EXPECT_THAT(result.errors, HasSubstr("FAILED: host program 1: " + growing + " grows\n"));
+}
+
+constexpr auto kLeaks = std::to_array<Leak>({
+#if !defined(__SANITIZE_ADDRESS__) // which hides it
+    {"memory", "host heap"},
+#endif
+        {"descriptors", "host descriptors"}, {"handles", "ledger handles"},
+});
+
+INSTANTIATE_TEST_SUITE_P(All, SoakOfALeak, testing::ValuesIn(kLeaks),
+                         [](const auto& each) { return std::string(each.param.what); });
 
 struct Row {
     const char* name;
@@ -117,10 +187,10 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"Shrinking",
             "$i,$i,$((9000000-i*100000)),$((90000000-i*1000000)),15000000,29000000,$((90-i)),18,2,2,2", ""},
         Row{"Heap", "$i,$i,$((3000000+i*10000)),20000000,15000000,29000000,16,18,2,2,2", "host heap"},
-        Row{"Host", "$i,$i,3000000,$((20000000+i*500000)),15000000,29000000,16,18,2,2,2", "host resident"},
-        Row{"Speaking", "$i,$i,3000000,20000000,$((15000000+i*200000)),29000000,16,18,2,2,2",
+        Row{"Host", "$i,$i,3000000,$((20000000+i*40000)),15000000,29000000,16,18,2,2,2", "host resident"},
+        Row{"Speaking", "$i,$i,3000000,20000000,$((15000000+i*20000)),29000000,16,18,2,2,2",
             "speaking engine resident"},
-        Row{"Listening", "$i,$i,3000000,20000000,15000000,$((29000000+i*200000)),16,18,2,2,2",
+        Row{"Listening", "$i,$i,3000000,20000000,15000000,$((29000000+i*20000)),16,18,2,2,2",
             "listening engine resident"},
         Row{"Descriptors", "$i,$i,3000000,20000000,15000000,29000000,$((16+i/16)),18,2,2,2",
             "host descriptors"},
@@ -148,11 +218,45 @@ TEST_F(Soak, WithoutEnoughSamplesSaysNothing) {
     EXPECT_EQ(result.errors, "FAILED: host program 1: 7 samples are too few, 8 are needed\n");
 }
 
+TEST_F(Soak, NeedsAllSamplesOfWhatIsMeasured) {
+    playSamples(40, "$i,$i,,,,,16,18,2,2,2");
+    ProcessResult result = judge();
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, AllOf(ContainsRegex("host heap .* not measured\n"),
+                                     ContainsRegex("listening engine resident .* not measured\n"),
+                                     ContainsRegex("host descriptors .* flat\n")));
+    playSamples(40, "$i,$i,$(test $i = 3 || echo 3000000),20000000,15000000,29000000,16,18,2,2,2");
+    result = judge();
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, ContainsRegex("^FAILED: .*/host program 1.csv: a sample has no host heap\n$"));
+    playSamples(40, "$i,$i,3000000,20000000,15000000,29000000,16,,2,2,2");
+    EXPECT_THAT(judge().errors, HasSubstr("a sample has no engine descriptors\n"));
+}
+
+// Of a curve in a picture, how much higher its end is than its beginning; 0 when it isn't there.
+double riseOf(const std::string& curve, const std::string& svg) {
+    const std::regex path("<title>" + curve +
+                          "</title>[\\s\\S]*?<path [^>]* M[0-9.]+,([0-9.]+) [^>]*,([0-9.]+) *'/>");
+    std::smatch ends;
+    return std::regex_search(svg, ends, path) ? std::stod(ends[1]) - std::stod(ends[2]) : 0;
+}
+
+TEST_F(Soak, DrawsGrowthThatIsSeen) {
+    // Half a MiB, a tenth of what it is.
+    playSamples(40, "$i,$i,$((5000000+i*13107)),20000000,15000000,29000000,16,18,2,2,2");
+    judge();
+    constexpr double kPixels = 30;
+    EXPECT_GT(riseOf("host heap, host program 1", contentOf(output() / "soak.svg")), kPixels);
+}
+
 TEST_F(Soak, OfLinesThatAreNoSamplesIsAFailure) {
     play("soak_host", "echo nothing");
     EXPECT_THAT(judge().errors, ContainsRegex("^FAILED: .*/host program 1.csv: these are no samples\n$"));
-    playSamples(10, "$i,1,2");
-    EXPECT_THAT(judge().errors, ContainsRegex("a line is not like its first one\n$"));
+    for (const char* const row : {"$i,1,2", "$i,$i,nan,20000000,15000000,29000000,16,18,2,2,2",
+                                  "$i,$i,many,20000000,15000000,29000000,16,18,2,2,2", "#", "# killed: x"}) {
+        playSamples(10, row);
+        EXPECT_THAT(judge().errors, ContainsRegex("a line is not like its first one\n$")) << row;
+    }
 }
 
 TEST_F(Soak, OfAProgramThatFailsTellsItsWords) {
@@ -162,37 +266,158 @@ TEST_F(Soak, OfAProgramThatFailsTellsItsWords) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.errors, "FAILED: host program 1 (seed 1) failed (3):\nit is broken\n");
     fs::remove(folder_ / "soak_host");
-    EXPECT_EQ(judge().exitCode, 1);
+    EXPECT_THAT(
+        judge().errors,
+        ContainsRegex("^FAILED: host program 1 \\(seed 1\\) can't be started: .*/soak_host: No such"));
 }
+
+TEST_F(Soak, GoesOnWithTheOtherPartsWhenOneFails) {
+    play("soak_host", "echo 'it is broken' >&2; exit 3");
+    play("engine_kills", "echo 'one is left' >&2; exit 1");
+    play("calls", "echo $2 calls");
+    ProcessResult result = soak(folder_.path(), {"--seconds", "1", "--lanes", "1", "--kills", "1",
+                                                 "--fuzz-calls", "5", "--fuzz-program", folder_ / "calls"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("it is broken\n"), HasSubstr("these are no samples\n"),
+                      HasSubstr("killing engines 1 (seed 1) failed (1):\none is left\n"),
+                      HasSubstr("FAILED: no engine was killed\n"), Not(HasSubstr("Traceback"))));
+    EXPECT_THAT(result.output, HasSubstr("5 calls\n"));
+
+    std::ofstream(output() / "file").flush();
+    result = zqm::support::runProcess("python3",
+                                      {"-B", "-m", "soaking", folder_.path(), output() / "file" / "folder",
+                                       "--seconds", "1", "--lanes", "1", "--seed", "1"},
+                                      {.folder = ZQM_SCRIPTS});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, ContainsRegex("^FAILED: .*/file/folder: Not a directory\n$"));
+}
+
+TEST_F(Soak, EndsAProgramThatDoesNot) {
+    playSamples(10, kFlat);
+    std::ofstream(folder_ / "soak_host", std::ios::app) << "exec sleep 1000\n";
+    const ProcessResult result =
+        soak(folder_.path(), {"--seconds", "0.5", "--lanes", "1", "--seconds-beyond", "0.5"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "FAILED: host program 1 (seed 1) doesn't come to its end\n");
+    EXPECT_THAT(result.output, HasSubstr("10 samples"));
+}
+
+TEST_F(Soak, TellsWhatRuns) {
+    playSamples(10, kFlat);
+    std::ofstream(folder_ / "soak_host", std::ios::app) << "sleep 3\n";
+    const ProcessResult result =
+        soak(folder_.path(), {"--seconds", "1", "--lanes", "1", "--seconds-until-told", "1"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors, StartsWith("random host programs: 0 minutes so far ...\n"));
+}
+
+class InterruptedSoak : public Soak, public testing::WithParamInterface<int> {};
+
+// What is there is judged and drawn; a child in its group ends with it, and folders are removed.
+TEST_P(InterruptedSoak, JudgesWhatThereIs) {
+    std::signal(GetParam(), SIG_DFL); // nohup, or a shell in the background, has it ignored
+    const fs::path child = folder_ / "child";
+    playSamples(10, kFlat);
+    std::ofstream(folder_ / "soak_host", std::ios::app)
+        << "mktemp -d >/dev/null\nsleep 1000 & echo $! >'" << child.string() << "'; wait\n";
+    const zqm::support::Process soaking(
+        "python3",
+        {"-B", "-m", "soaking", folder_.path(), output(), "--seconds", "500", "--lanes", "1", "--seed", "1",
+         "--kills", "1"},
+        {.environment = {{"TMPDIR", folder_.path().string()}}, .folder = ZQM_SCRIPTS});
+    while (contentOf(child).find('\n') == std::string::npos) {
+        ASSERT_TRUE(soaking.running()) << soaking.result().errors;
+        std::this_thread::sleep_for(kLookAgain);
+    }
+    soaking.signal(GetParam());
+    ASSERT_TRUE(soaking.waitFor(kPatience));
+    const ProcessResult result = soaking.result();
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.errors, "FAILED: interrupted\n");
+    EXPECT_THAT(result.output, AllOf(HasSubstr("10 samples"), HasSubstr("soak.svg shows it")));
+    while (zqm::support::isAlive(std::stoi(contentOf(child)))) { // it was killed, and ends by and by
+        std::this_thread::sleep_for(kLookAgain);
+    }
+    for (const auto& entry : fs::directory_iterator(folder_.path())) {
+        EXPECT_FALSE(entry.path().filename().string().starts_with("zqm-soak")) << entry.path();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, InterruptedSoak, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST_F(Soak, AddsUpWhatBecameOfKilledEngines) {
     play("engine_kills", "printf 'state\\tkills\\tserved\\nidle\\t%s\\t1\\naloud\\t2\\t0\\n' $1");
-    ProcessResult result = soak(folder_.path(), {"--seconds", "0", "--lanes", "2", "--kills", "11"});
+    const ProcessResult result = soak(folder_.path(), {"--seconds", "0", "--lanes", "2", "--kills", "11"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(result.output, StartsWith("state  kills  served\n"
                                           "idle      11       2\n"
                                           "aloud      4       0\n"
                                           "all       15       2\n"));
-    play("engine_kills", "echo 'one is left' >&2; exit 1");
-    result = soak(folder_.path(), {"--seconds", "0", "--lanes", "1", "--kills", "1"});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.errors, HasSubstr("no engine was killed"));
 }
 
-TEST_F(Soak, DoesEveryFaultToEngines) {
-    play("engine_faults_test", "test \"$ZQM_ALL_FAULTS of $GTEST_TOTAL_SHARDS\" = '1 of 2' || exit 2\n"
-                               "echo \"[       OK ] All/Faults.AreTold/$GTEST_SHARD_INDEX (5 ms)\"");
-    ProcessResult result = soak(folder_.path(), {"--seconds", "0", "--lanes", "2", "--faults"});
+// The tests of faults, of which each has two; what they do with them is the script's.
+class SoakOfFaults : public Soak {
+protected:
+    void playFaults(const std::string& script) const {
+        for (const char* const test :
+             {"engine_faults_test", "engine_deadlines_test", "engine_conversation_faults_test"}) {
+            play(test, "test \"$ZQM_ALL_FAULTS\" = 1 || exit 2\n"
+                       "test \"$1\" != --gtest_list_tests || exec printf 'All/Faults.\\n  A # x\\n  B\\n'\n" +
+                           script);
+        }
+    }
+    ProcessResult soakFaults(const char* lanes) const {
+        return soak(folder_.path(), {"--seconds", "0", "--lanes", lanes, "--faults"});
+    }
+};
+
+TEST_F(SoakOfFaults, DoesEach) {
+    playFaults("test \"$GTEST_TOTAL_SHARDS\" = 2 || exit 2\n"
+               "echo \"[       OK ] All/Faults.AreTold/$GTEST_SHARD_INDEX (5 ms)\"");
+    const ProcessResult result = soakFaults("2");
     EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(result.output, StartsWith("2 faults of engines and their messages: as expected\n"));
-    play("engine_faults_test",
-         "echo '[  FAILED  ] All/Faults.AreTold/kill, where GetParam() = kill (5 ms)'\n"
-         "echo '[  FAILED  ] All/Faults.AreTold/kill, where GetParam() = kill'; exit 1");
-    result = soak(folder_.path(), {"--seconds", "0", "--lanes", "1", "--faults"});
+    EXPECT_EQ(result.output, "engine faults: 2 of 2 tests as expected\n"
+                             "engine deadlines: 2 of 2 tests as expected\n"
+                             "engine conversation faults: 2 of 2 tests as expected\n"
+                             "Nothing failed.\n");
+}
+
+TEST_F(SoakOfFaults, TellsWhichFailed) {
+    playFaults("echo '[       OK ] Faults.A (5 ms)'\n"
+               "echo '[  FAILED  ] All/Faults.AreTold/kill, where GetParam() = kill (5 ms)'\n"
+               "echo '[  FAILED  ] 1 test, listed below:'\n"
+               "echo '[  FAILED  ] All/Faults.AreTold/kill, where GetParam() = kill'; exit 1");
+    const ProcessResult result = soakFaults("1");
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.output, StartsWith("0 faults"));
-    EXPECT_EQ(result.errors, "FAILED: faults of engines 1 failed (1):\n\n"
-                             "FAILED: [  FAILED  ] All/Faults.AreTold/kill\n");
+    EXPECT_THAT(result.errors, StartsWith("FAILED: engine faults 1 failed (1):\n\n"
+                                          "FAILED: engine faults: 1 of 2 tests passed\n"
+                                          "FAILED: All/Faults.AreTold/kill failed\n"
+                                          "FAILED: engine deadlines 1 failed (1):\n"));
+}
+
+TEST_F(SoakOfFaults, NeedsAllOfThem) {
+    playFaults("echo '[       OK ] Faults.A (5 ms)'");
+    EXPECT_THAT(soakFaults("1").errors, StartsWith("FAILED: engine faults: 1 of 2 tests passed\n"));
+    for (const char* const test :
+         {"engine_faults_test", "engine_deadlines_test", "engine_conversation_faults_test"}) {
+        play(test, "true");
+    }
+    EXPECT_THAT(soakFaults("1").errors, StartsWith("FAILED: engine faults: 0 of 0 tests passed\n"));
+}
+
+TEST_F(SoakOfFaults, AreAPartOfAll) {
+    playFaults("echo '[       OK ] Faults.A (5 ms)'; echo '[       OK ] Faults.B (5 ms)'");
+    play("engine_kills", "printf 'state\\tkills\\nidle\\t%s\\n' $1");
+    play("calls", "echo $2 calls");
+    ProcessResult result = soak(
+        folder_.path(), {"--seconds", "0", "--lanes", "1", "--all", "--fuzz-program", folder_ / "calls"});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, AllOf(HasSubstr("100000\n"), HasSubstr("engine deadlines: 2"),
+                                     HasSubstr(" 1000000 calls\n")));
+    result = soak(folder_.path(), {"--seconds", "0", "--lanes", "1", "--all", "--kills", "7", "--fuzz-calls",
+                                   "0", "--fuzz-program", folder_ / "calls"});
+    EXPECT_THAT(result.output, AllOf(HasSubstr("    7\n"), Not(HasSubstr("calls"))));
 }
 
 TEST_F(Soak, MakesRandomHostCalls) {
@@ -227,6 +452,7 @@ TEST(SoakScript, RefusesWrongArguments) {
              {{"1", "--kills", ""}, "--kills is a whole number up to 4294967295, not \"\"."},
              {{"1", "--fuzz-calls", "1e6"}, "--fuzz-calls is a whole number up to 4294967295, not \"1e6\"."},
              {{"1", "--lanes", "0"}, "--lanes is at least 1."},
+             {{"--all", "1", "--lanes", "0"}, "--lanes is at least 1."},
              {{"1", "--fast"}, "--fast is no option of this script."}}) {
         const ProcessResult result = script(use.arguments);
         EXPECT_EQ(result.exitCode, 1);
@@ -240,7 +466,7 @@ TEST(SoakScript, TellsItsOptions) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, AllOf(HasSubstr("scripts/soak MINUTES"), HasSubstr("--seed"),
                                      HasSubstr("--kills"), HasSubstr("--faults"), HasSubstr("--fuzz-calls"),
-                                     HasSubstr("--lanes"), HasSubstr("--output")));
+                                     HasSubstr("--all"), HasSubstr("--lanes"), HasSubstr("--output")));
 }
 
 } // namespace
