@@ -10,8 +10,11 @@ namespace {
 
 // How lines begin that may come at any time.
 constexpr auto kOfAnyEpisode = std::to_array<std::string_view>({
-    "Speech can't be started: /nonexistent/folder/a.wav: ", // a refused start
-    "Full dictionary is not installed for '",               // of the synthesizer's data, about some voices
+    // A refused start.
+    "Speech can't be started: /nonexistent/folder/a.wav: ",
+    // The synthesizer's library, about some voices and words.
+    "Full dictionary is not installed for '",
+    "espeak: No envelope",
 });
 
 // What is noticed of an engine that was killed: its end, or, where it was to be told something, this.
@@ -37,7 +40,14 @@ bool isOfAnyEpisode(const std::string& line) {
                                [&](std::string_view begin) { return line.starts_with(begin); });
 }
 
-bool isOfKilledEngine(const std::string& line) {
+} // namespace
+
+std::vector<std::string> withoutProperties(std::vector<std::string> lines) {
+    std::erase_if(lines, isOfProperties);
+    return lines;
+}
+
+bool tellsEndOfEngine(const std::string& line) {
     for (const std::string_view reason : kReasons) {
         for (const auto& [before, behind] : kSentences) {
             if (line == std::string(before).append(reason).append(behind)) {
@@ -48,17 +58,10 @@ bool isOfKilledEngine(const std::string& line) {
     return false;
 }
 
-} // namespace
-
-std::vector<std::string> withoutProperties(std::vector<std::string> lines) {
-    std::erase_if(lines, isOfProperties);
-    return lines;
-}
-
 std::vector<std::string> unexplained(std::vector<std::string> lines, bool wereEnginesKilled) {
     lines = withoutProperties(std::move(lines));
     std::erase_if(lines, [&](const std::string& line) {
-        return isOfAnyEpisode(line) || (wereEnginesKilled && isOfKilledEngine(line));
+        return isOfAnyEpisode(line) || (wereEnginesKilled && tellsEndOfEngine(line));
     });
     return lines;
 }

@@ -1,5 +1,7 @@
 #include "tests/soak/episode_log.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -28,6 +30,8 @@ TEST(EpisodeLog, HasEndsOfEnginesOnlyWhereOneWasKilled) {
         "the speech engine ended unexpectedly; another one goes on listening"};
     EXPECT_THAT(unexplained(lines, true), IsEmpty());
     EXPECT_EQ(unexplained(lines, false), lines);
+    EXPECT_TRUE(std::ranges::all_of(lines, tellsEndOfEngine));
+    EXPECT_FALSE(tellsEndOfEngine("Speech ended early: the disk is full"));
 }
 
 TEST(EpisodeLog, HasNothingElse) {

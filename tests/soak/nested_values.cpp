@@ -69,7 +69,7 @@ Value nestedValue(Runtime& runtime, Random& random, int depth) {
         return runtime.date(1970 + static_cast<int>(random() % 100), 1 + static_cast<int>(random() % 12),
                             1 + static_cast<int>(random() % 28));
     case 5:
-        return runtime.memoryBlock(std::string(random() % 1000, 'x'));
+        return runtime.memoryBlock(std::string(1 + random() % 1000, 'x')); // an empty one is nil: no element
     case 6:
         return array(runtime, random, depth);
     default:

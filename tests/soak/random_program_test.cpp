@@ -74,5 +74,22 @@ TEST(RandomProgram, FailsByALineOfTheLogThatNothingExplains) {
                                                 "nothing explains what was logged:\n    it is broken")));
 }
 
+TEST(RandomProgram, CountsEnginesThatEndByThemselvesAndFailsByMany) {
+    constexpr const char* kEnd = "Speech ended early: the speech engine ended unexpectedly\n";
+    RandomProgram program(ZQM_PLUGIN, 1);
+    while (timesDone(program, "engines ended by themselves") == 0) { // where none was killed
+        std::fputs(kEnd, stderr);
+        program.episode();
+    }
+    EXPECT_THAT(
+        [&] {
+            for (int episode = 0; episode < 90; ++episode) {
+                std::fputs(kEnd, stderr);
+                program.episode();
+            }
+        },
+        ThrowsMessage<std::runtime_error>("engines end by themselves too often"));
+}
+
 } // namespace
 } // namespace zqm::soak
