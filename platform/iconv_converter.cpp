@@ -1,5 +1,6 @@
 #include "platform/text_converter.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -18,6 +19,17 @@ const iconv_t kNone = reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-in
 // characters of a text they have no place there. ICU refuses them, iconv writes them.
 constexpr std::u16string_view kShifts = u"\u001B\u000E\u000F";
 constexpr std::string_view kShifted = "ISO-2022-";
+
+// glibc leaves out the tags, U+E0000 to U+E007F, which no encoding here has.
+std::size_t findTag(std::u16string_view text) {
+    constexpr char16_t kLead = 0xDB40;
+    constexpr char16_t kFirstTrail = 0xDC00;
+    constexpr char16_t kLastTrail = 0xDC7F;
+    const auto tag = std::ranges::adjacent_find(text, [](char16_t first, char16_t second) {
+        return first == kLead && second >= kFirstTrail && second <= kLastTrail;
+    });
+    return static_cast<std::size_t>(tag - text.begin());
+}
 
 class IconvConverter : public TextConverter {
 public:
@@ -42,6 +54,7 @@ public:
 
     EncodedText encode(std::u16string_view text) override {
         EncodedText result;
+        text = text.substr(0, findTag(text));
         if (isShifted_) {
             text = text.substr(0, text.find_first_of(kShifts));
         }

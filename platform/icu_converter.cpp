@@ -1,6 +1,7 @@
 #include "platform/text_converter.h"
 
 #include <array>
+#include <cstdint>
 #include <unicode/ucnv.h>
 
 namespace zqm::platform {
@@ -52,7 +53,8 @@ public:
             result.bytes.append(chunk.data(), target);
         }
         result.consumed = static_cast<std::size_t>(source - text.data()) - refusedUnits(status);
-        return result;
+        // Where it was stopped, the bytes may end shifted; those of the text before that alone don't.
+        return result.consumed < text.size() ? encode(text.substr(0, result.consumed)) : result;
     }
 
 private:
@@ -71,6 +73,11 @@ private:
     UConverter* converter_;
 };
 
+// ICU's own way to stop leaves out a character that shows nothing, such as a soft hyphen, and goes on.
+void stopAtAny(const void* /*context*/, UConverterFromUnicodeArgs* /*arguments*/, const char16_t* /*units*/,
+               std::int32_t /*length*/, UChar32 /*character*/, UConverterCallbackReason /*reason*/,
+               UErrorCode* /*status*/) {}
+
 } // namespace
 
 std::unique_ptr<TextConverter> openIcuConverter(const char* name) {
@@ -80,7 +87,7 @@ std::unique_ptr<TextConverter> openIcuConverter(const char* name) {
         return nullptr;
     }
     ucnv_setToUCallBack(converter, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-    ucnv_setFromUCallBack(converter, UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(converter, &stopAtAny, nullptr, nullptr, nullptr, &status);
     return std::make_unique<IcuConverter>(converter);
 }
 

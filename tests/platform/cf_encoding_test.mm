@@ -208,6 +208,37 @@ TEST_P(Encodings, HaveNoPlaceForALoneSurrogateUnlessTheyAreUtf16) {
     CFRelease(string);
 }
 
+std::u16string textOf(std::string_view bytes, CFStringEncoding encoding) {
+    CFStringRef const string = CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(bytes.data()),
+                                                       static_cast<CFIndex>(bytes.size()), encoding, 0);
+    std::u16string units(static_cast<std::size_t>(CFStringGetLength(string)), u'\0');
+    CFStringGetCharacters(string, CFRangeMake(0, CFStringGetLength(string)),
+                          reinterpret_cast<UniChar*>(units.data()));
+    CFRelease(string);
+    return units;
+}
+
+// The converters' own ways leave out what shows nothing, and leave the bytes shifted where they stop.
+TEST_P(Encodings, WriteACharacterOrEndBeforeIt) {
+    for (const std::u16string_view character : {u"\u00AD"sv, u"\u034F"sv, u"\U000E0041"sv, u"\U0001F600"sv}) {
+        const std::u16string text = std::u16string(GetParam().sample).append(character);
+        CFStringRef const string = CFStringCreateWithCharacters(
+            nullptr, reinterpret_cast<const UniChar*>(text.data()), static_cast<CFIndex>(text.size()));
+        std::array<UInt8, 256> buffer{};
+        CFIndex used = 0;
+        const CFIndex written = CFStringGetBytes(string, CFRangeMake(0, CFStringGetLength(string)),
+                                                 GetParam().number, 0, 0, buffer.data(), 256, &used);
+        const std::string_view bytes(reinterpret_cast<char*>(buffer.data()), static_cast<std::size_t>(used));
+        if (written == static_cast<CFIndex>(text.size())) {
+            EXPECT_EQ(text, textOf(bytes, GetParam().number));
+        } else {
+            EXPECT_EQ(static_cast<CFIndex>(GetParam().sample.size()), written);
+            EXPECT_EQ(expectedBytes(), bytes);
+        }
+        CFRelease(string);
+    }
+}
+
 // As text of a shifted encoding they would change how what follows is read.
 TEST_P(Encodings, HaveNoPlaceForAShiftWhereItIsNoText) {
     if (!std::string_view(GetParam().converter).starts_with("ISO-2022-")) {
