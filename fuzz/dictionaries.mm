@@ -1,5 +1,5 @@
 // Speech dictionaries: what a program gives is refused with its mistake or travels to an engine as it is,
-// which takes every entry or says what is wrong with it.
+// which finds every entry or says what is wrong with it.
 
 #include "platform/speech_dictionary.h"
 
@@ -104,32 +104,90 @@ void checkTravels(const std::vector<protocol::LexiconDictionary>& dictionaries) 
     fuzz::check(read && *read == request, "a dictionary reaches the engine as it is", line);
 }
 
-// Every right entry is found in a text that is its spelling alone.
-void checkFound(const std::vector<protocol::LexiconDictionary>& dictionaries) {
-    const std::string language = "en-US";
-    const engine::Lexicon lexicon(dictionaries, language, phonemeSet());
+bool isLeftOut(const std::vector<engine::LexiconProblem>& problems, std::size_t dictionary,
+               bool isAbbreviation, std::size_t entry) {
+    return std::any_of(problems.begin(), problems.end(), [&](const engine::LexiconProblem& problem) {
+        return problem.dictionary == dictionary && problem.isAbbreviation == isAbbreviation &&
+               problem.entry == entry;
+    });
+}
+
+// An entry, and the dictionary that it would be alone.
+struct Sole {
+    protocol::LexiconDictionary dictionary;
+    std::string spelling;
+    bool isLeftOut = false;
+};
+
+std::vector<Sole> soleEntries(const std::vector<protocol::LexiconDictionary>& dictionaries) {
     const auto problems = engine::lexiconProblems(dictionaries, phonemeSet());
-    for (const engine::LexiconProblem& problem : problems) {
-        const auto& dictionary = dictionaries.at(problem.dictionary);
-        const auto& entries = problem.isAbbreviation ? dictionary.abbreviations : dictionary.pronunciations;
-        fuzz::check(problem.entry < entries.size() && !problem.message.empty(),
-                    "a mistake is one of an entry");
-    }
-    for (const protocol::LexiconDictionary& dictionary : dictionaries) {
-        for (const auto* entries : {&dictionary.pronunciations, &dictionary.abbreviations}) {
-            for (const protocol::LexiconEntry& entry : *entries) {
-                engine::TextPieces pieces(entry.spelling, language);
-                while (const auto piece = pieces.next()) {
-                    for (std::size_t word = 0; word < piece->words.size(); ++word) {
-                        const auto match = lexicon.find(*piece, word);
-                        fuzz::check(!match ||
-                                        (match->words > 0 && word + match->words <= piece->words.size() &&
-                                         match->phonemes != nullptr && !match->phonemes->empty()),
-                                    "what is found are words of the text, with phonemes");
-                    }
-                }
+    std::size_t count = 0;
+    std::vector<Sole> result;
+    for (std::size_t index = 0; index < dictionaries.size(); ++index) {
+        for (const bool isAbbreviation : {false, true}) {
+            const auto entries = isAbbreviation ? &protocol::LexiconDictionary::abbreviations
+                                                : &protocol::LexiconDictionary::pronunciations;
+            for (std::size_t entry = 0; entry < (dictionaries[index].*entries).size(); ++entry) {
+                Sole sole{dictionaries[index], (dictionaries[index].*entries)[entry].spelling,
+                          isLeftOut(problems, index, isAbbreviation, entry)};
+                sole.dictionary.pronunciations.clear();
+                sole.dictionary.abbreviations.clear();
+                (sole.dictionary.*entries).push_back((dictionaries[index].*entries)[entry]);
+                count += sole.isLeftOut ? 1 : 0;
+                result.push_back(std::move(sole));
             }
         }
+    }
+    fuzz::check(count == problems.size() && std::none_of(problems.begin(), problems.end(),
+                                                         [](const engine::LexiconProblem& problem) {
+                                                             return problem.message.empty();
+                                                         }),
+                "a mistake is one of an entry, and is told");
+    return result;
+}
+
+engine::Lexicon lexiconOf(const std::vector<protocol::LexiconDictionary>& dictionaries,
+                          const std::string& language) {
+    return {dictionaries, language, phonemeSet()};
+}
+
+bool isSaidBy(const std::vector<std::string>& phonemes, const std::vector<Sole>& entries,
+              const engine::Piece& piece) {
+    return std::any_of(entries.begin(), entries.end(), [&](const Sole& entry) {
+        const engine::Lexicon lexicon = lexiconOf({entry.dictionary}, entry.dictionary.locale);
+        const auto match = lexicon.find(piece, 0);
+        return match && match->words == piece.words.size() && *match->phonemes == phonemes;
+    });
+}
+
+// Every right entry, and no other, is found in a text that is its spelling alone, by itself and among all.
+// What is found among all is said by an entry of that spelling: when there is one, by it.
+void checkFound(const std::vector<protocol::LexiconDictionary>& dictionaries) {
+    const std::vector<Sole> entries = soleEntries(dictionaries);
+    for (const Sole& entry : entries) {
+        engine::TextPieces pieces(entry.spelling, "en-US");
+        const auto piece = pieces.next();
+        if (!piece || pieces.next()) {
+            continue; // a text of several sentences, or an endless word: no place is that of all its words
+        }
+        fuzz::check(entry.isLeftOut || !piece->words.empty(), "the spelling of a right entry has a word",
+                    entry.spelling);
+        if (piece->words.empty()) {
+            continue;
+        }
+        const engine::Lexicon sole = lexiconOf({entry.dictionary}, entry.dictionary.locale);
+        const engine::Lexicon all = lexiconOf(dictionaries, entry.dictionary.locale);
+        const auto own = sole.find(*piece, 0);
+        fuzz::check(own.has_value() != entry.isLeftOut, "an entry is right or is left out", entry.spelling);
+        if (!own) {
+            continue;
+        }
+        fuzz::check(own->words == piece->words.size() && !own->phonemes->empty(),
+                    "an entry is for all words of its spelling, with phonemes", entry.spelling);
+        const auto match = all.find(*piece, 0);
+        fuzz::check(match && match->words == own->words, "an entry is found among all", entry.spelling);
+        fuzz::check(isSaidBy(*match->phonemes, entries, *piece), "what is found is said by its entry",
+                    entry.spelling);
     }
 }
 
