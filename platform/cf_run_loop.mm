@@ -20,7 +20,7 @@ constexpr double kLongest = 1.0e9; // seconds; beyond is "for ever", and clocks 
 
 CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds,
                                       Boolean returnAfterSourceHandled) {
-    const double wait = std::clamp(seconds, 0.0, kLongest);
+    const double wait = seconds > 0 ? std::min(seconds, kLongest) : 0; // none for what is no number
     const auto end =
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(wait));
     zqm::platform::ExceptionKeeper keeper;

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -22,6 +23,8 @@ TEST(CFRunLoop, WaitsOutItsTimeWithNothingToWatch) {
 TEST(CFRunLoop, ReturnsWithoutTime) {
     secondsOf(0, 1);
     secondsOf(-1, 1);
+    secondsOf(-std::numeric_limits<double>::infinity(), 1);
+    secondsOf(std::numeric_limits<double>::quiet_NaN(), 1);
 }
 
 TEST(CFRunLoop, ItsModeIsFoundations) {
