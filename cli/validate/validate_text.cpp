@@ -37,7 +37,8 @@ std::string lineOf(Verdict verdict, std::string_view check, std::string_view tex
     if (!layout.columns || *layout.columns < indent * 2) {
         return head + line + '\n';
     }
-    return head + wrapped(line, *layout.columns, indent).substr(indent);
+    const std::string lines = wrapped(line, *layout.columns, indent);
+    return head + lines.substr(std::min(indent, lines.size() - 1)); // nothing is indented by nothing
 }
 
 } // namespace

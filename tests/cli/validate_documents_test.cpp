@@ -60,6 +60,14 @@ TEST(ValidateText, FitsTheTerminal) {
     EXPECT_EQ(std::ranges::count(resultText(result, {10, false}), '\n'), 1); // there is no room for more
 }
 
+TEST(ValidateText, NothingAndBlanksAreALineToo) {
+    for (const char* text : {"", "  "}) {
+        CheckResult result = kGood;
+        result.findings = {{Verdict::Fail, text}};
+        EXPECT_THAT(resultText(result, {60, false}), testing::MatchesRegex("fail +load *\n"));
+    }
+}
+
 TEST(ValidateText, TheSummaryCountsTheChecks) {
     EXPECT_EQ(summaryText(kValidation), "libSample.so, seed 18446744073709551615: 1 pass, 1 crash\n");
 }
