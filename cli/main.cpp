@@ -54,6 +54,7 @@ int report(const std::exception& error, int code) {
 
 int main(int count, char** arguments) {
     occupyStandardDescriptors();
+    std::signal(SIGCHLD, SIG_DFL); // where it is ignored nobody learns how a process has ended
     std::signal(SIGPIPE, SIG_IGN); // a reader who has left shows when something is written
     std::signal(SIGXFSZ, SIG_IGN); // and so does a limit of files' sizes
     try {

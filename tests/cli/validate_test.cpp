@@ -105,6 +105,15 @@ TEST(Validate, TheExitCodeTellsOfAFailure) {
     EXPECT_THAT(crashed.output, HasSubstr(" SIGSEGV\n"));
 }
 
+// As programs leave it to those that they start.
+TEST(Validate, ACrashIsToldWhereEndsOfProcessesAreIgnored) {
+    const auto earlier = std::signal(SIGCHLD, SIG_IGN);
+    const support::Process command(ZQMSPEECH_PROGRAM, {"validate", ZQM_CRASHING_PLUGIN}, bareOptions());
+    std::signal(SIGCHLD, earlier);
+    ASSERT_TRUE(command.waitFor(support::kProcessDeadline));
+    EXPECT_THAT(command.result().output, HasSubstr(" SIGSEGV\n"));
+}
+
 TEST(Validate, WarningsAndSkippedChecksAreNoFailure) {
     const ProcessResult result = validate({"--only", "records", ZQM_WIDGET_PLUGIN});
     EXPECT_EQ(result.exitCode, 0);
