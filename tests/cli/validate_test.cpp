@@ -86,6 +86,16 @@ TEST(Validate, WhatIsChosenByChanceIsNoGrowth) {
     EXPECT_THAT(result.output, HasSubstr("bytes of memory in use: "));
 }
 
+// Those that look whether all has settled take longer than such a step.
+TEST(Validate, AShortTimeLimitIsForEachStep) {
+    ProcessResult result;
+    for (int round = 0; round < 5 && result.exitCode != 0; ++round) { // the machine may be slower than that
+        result = validate({"--only", "growth", "--seed", "1", "--time-limit", "0.4", ZQM_WIDGET_PLUGIN});
+    }
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, HasSubstr("bytes of memory in use: "));
+}
+
 TEST(Validate, TellsEachCheckAndWhatCameOut) {
     const ProcessResult result = validate({"--seed", "42", "--only", kStatic, kBuild + "/libZQMNSSpeech.so"});
     EXPECT_EQ(result.exitCode, 0);

@@ -30,12 +30,13 @@ std::string change(std::int64_t amount) {
 }
 
 // The plugin's processes need a moment to end, and the run loop to be told of it.
-ProcessUsage settledUsage(HostedPlugin& plugin, const ProcessUsage& before) {
+ProcessUsage settledUsage(HostedPlugin& plugin, const ProcessUsage& before, Findings& findings) {
     ProcessUsage usage = processUsage();
     for (int quiet = 0, turn = 0; quiet < kQuietTurns && turn < kMostTurns; ++turn) {
         if (usage.descriptors <= before.descriptors && usage.processes <= before.processes) {
             break;
         }
+        findings.at("looking at what is in use"); // each turn takes little of a step's time, not all of them
         plugin.runtime().runFor(kTurn);
         const ProcessUsage now = processUsage();
         quiet = now.descriptors == usage.descriptors && now.processes == usage.processes ? quiet + 1 : 0;
@@ -56,14 +57,13 @@ void checkGrowth(const Subject& subject, Findings& findings) {
                 plugin.runtime().entryPoints().resetCounts(); // the host would note each
                 plugin.live({}, life);
             }
-            found.at("looking at what is in use");
         };
         liveOften();
-        const ProcessUsage first = settledUsage(plugin, {});
+        const ProcessUsage first = settledUsage(plugin, {}, found);
         liveOften();
-        const ProcessUsage once = settledUsage(plugin, first);
+        const ProcessUsage once = settledUsage(plugin, first, found);
         liveOften();
-        const ProcessUsage twice = settledUsage(plugin, once);
+        const ProcessUsage twice = settledUsage(plugin, once, found);
         for (const Measure& measure : kMeasures) {
             const std::int64_t before = once.*measure.amount - first.*measure.amount;
             const std::int64_t after = twice.*measure.amount - once.*measure.amount;
