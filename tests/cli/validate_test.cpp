@@ -96,6 +96,13 @@ TEST(Validate, AShortTimeLimitIsForEachStep) {
     EXPECT_THAT(result.output, HasSubstr("bytes of memory in use: "));
 }
 
+// Or a run of one of them wouldn't repeat what was found among others.
+TEST(Validate, NoCheckFindsWhatAnotherOneLeft) {
+    const ProcessResult result = validate({"--only", "members,unload", ZQM_LITTERING_PLUGIN});
+    EXPECT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_THAT(result.output, EndsWith(": 2 pass\n"));
+}
+
 TEST(Validate, TellsEachCheckAndWhatCameOut) {
     const ProcessResult result = validate({"--seed", "42", "--only", kStatic, kBuild + "/libZQMNSSpeech.so"});
     EXPECT_EQ(result.exitCode, 0);
