@@ -43,6 +43,8 @@ const Refusal kCorpus[] = {
     {"no_accessors", "records", "fail"},
     {"ignores_the_version", "versions", "fail"},
     {"fails_when_started_again", "restart", "crash"},
+    {"changes_when_started_again", "restart", "fail"},
+    {"locks_nothing_when_started_again", "restart", "fail"},
     {"crashes_with_any_argument", "members", "crash"},
     {"crashes_with_older_hosts", "members", "crash"},
     {"keeps_a_lock", "handles", "fail"},

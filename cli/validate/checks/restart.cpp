@@ -3,6 +3,7 @@
 #include "cli/validate/checks/objects.h"
 #include "cli/validate/checks/observed_start.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -42,19 +43,40 @@ void compare(const std::vector<ClassRecord>& first, const std::vector<ClassRecor
     }
 }
 
+// Their tables may be where they were, and have something else in them.
+void compare(const std::vector<host::ClassDescription>& first,
+             const std::vector<host::ClassDescription>& second, Findings& findings) {
+    for (const host::ClassDescription& type : first) {
+        if (std::ranges::find(second, type) == second.end()) {
+            findings.fail("class \"" + type.name + "\": not the same in the next host");
+        }
+    }
+}
+
+// That a class is registered already is what hosts refuse.
+void addReportsOfSecondCall(host::Runtime& runtime, Findings& findings) {
+    for (const host::Report& report : runtime.reports()) {
+        if (!report.text.ends_with(": registered already")) {
+            addReport(report, findings);
+        }
+    }
+    runtime.clearReports();
+}
+
 } // namespace
 
 void checkRestart(const Subject& subject, Findings& findings) {
     const PluginMain entryFunction = entryFunctionOf(openPlugin(subject.library));
     std::vector<ClassRecord> first;
+    std::vector<host::ClassDescription> described;
     {
         host::Runtime runtime;
         first = start(runtime, entryFunction);
+        described = runtime.describeClasses();
         runtime.clearReports(); // another check's
         findings.at("the second call in the same host");
         compare(first, start(runtime, entryFunction), findings);
-        // That a class is registered already is what hosts refuse.
-        runtime.clearReports();
+        addReportsOfSecondCall(runtime, findings);
         makeOneOfEach(runtime, findings);
         addReports(runtime, findings);
     }
@@ -62,10 +84,11 @@ void checkRestart(const Subject& subject, Findings& findings) {
     host::Runtime next;
     const std::vector<ClassRecord> again = start(next, entryFunction);
     compare(first, again, findings);
-    if (again.empty() && !first.empty()) {
+    if (!again.empty()) {
+        compare(described, next.describeClasses(), findings);
+    } else if (!first.empty()) {
         findings.warn("it registers nothing with a second host in the same process");
     }
-    next.clearReports();
     makeOneOfEach(next, findings);
     addReports(next, findings);
 }
