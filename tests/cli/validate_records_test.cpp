@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/mman.h>
+
 namespace zqm::cli {
 namespace {
 
@@ -25,7 +27,7 @@ Pointer nowhere() {
     return std::bit_cast<Pointer>(std::uintptr_t{0x10});
 }
 
-const EventRecord kConstantEvents[] = {{.declaration = "began"}};
+const EventRecord kConstantEvents[] = {{.declaration = "began"}, {.declaration = "ended"}};
 
 // The failures, in a process of its own as it is for plugins.
 std::vector<std::string> failuresOf(const std::function<void(Findings&)>& work) {
@@ -102,14 +104,36 @@ TEST(RecordInspection, OfFunctionsThatAreNone) {
                     s.methods[0].function = nowhere<void (*)(REALobject)>();
                     s.properties[0].getter = nowhere<bool (*)(REALobject, std::int64_t)>();
                 }),
-                ElementsAre("class \"Sample\": its constructor is no function of a library",
-                            "class \"Sample\": property 0's getter is no function of a library",
-                            "class \"Sample\": method 0's function is no function of a library"));
+                ElementsAre("class \"Sample\": its constructor is no function",
+                            "class \"Sample\": property 0's getter is no function",
+                            "class \"Sample\": method 0's function is no function"));
+}
+
+bool notCalled = false;
+
+TEST(RecordInspection, OfVariablesInThePlaceOfFunctions) {
+    EXPECT_THAT(failuresOf([](Sample& s) {
+                    s.properties[1].getter = std::bit_cast<bool (*)(REALobject, std::int64_t)>(&notCalled);
+                    s.methods[1].function = std::bit_cast<void (*)(REALobject)>(&s.methods);
+                }),
+                ElementsAre("class \"Sample\": property 1's getter is no function",
+                            "class \"Sample\": method 1's function is no function"));
+}
+
+// As closures are made, which no library has.
+TEST(RecordInspection, OfFunctionsThatWereMadeAtRunTime) {
+    EXPECT_THAT(failuresOf([](Sample& s) {
+                    void* code =
+                        mmap(nullptr, 4096, PROT_READ | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+                    s.methods[0].function = std::bit_cast<void (*)(REALobject)>(code);
+                }),
+                ElementsAre("readable"));
 }
 
 TEST(RecordInspection, OfEventsThatTheHostCantWrite) {
     EXPECT_THAT(failuresOf([](Sample& s) { s.record.events = const_cast<EventRecord*>(kConstantEvents); }),
-                ElementsAre("class \"Sample\": event 0 can't be written to, as hosts do"));
+                ElementsAre("class \"Sample\": event 0 can't be written to, as hosts do",
+                            "class \"Sample\": event 1 can't be written to, as hosts do"));
 }
 
 TEST(MemberNames, ThatHostCodeCanTellApartAreGood) {

@@ -1,6 +1,6 @@
 #include "cli/validate/checks/record_inspection.h"
 
-#include <dlfcn.h>
+#include "cli/validate/checks/executable_memory.h"
 
 namespace zqm::cli {
 namespace {
@@ -68,9 +68,8 @@ bool RecordInspection::isText(const std::string& what, const char* text) {
 }
 
 bool RecordInspection::isCode(const std::string& what, const void* function) {
-    Dl_info library{};
-    if (function != nullptr && dladdr(function, &library) == 0) {
-        fail(what + " is no function of a library");
+    if (function != nullptr && !isExecutable(function)) {
+        fail(what + " is no function");
         return false;
     }
     return true;
