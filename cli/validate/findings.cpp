@@ -1,18 +1,18 @@
 #include "cli/validate/findings.h"
 
-#include "cli/validate/message_kinds.h"
 #include "cli/validate/supervision.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 
 #include <unistd.h>
 
 namespace zqm::cli {
 
-Findings::Findings(int descriptor, Seconds limit)
-    : descriptor_(descriptor), limit_(limit), process_(getpid()) {}
+Findings::Findings(int descriptor, MessageNonce nonce, Seconds limit)
+    : descriptor_(descriptor), nonce_(nonce), limit_(limit), process_(getpid()) {}
 
 void Findings::pass(std::string_view text) {
     add({Verdict::Pass, std::string(text)});
@@ -31,39 +31,54 @@ void Findings::fail(std::string_view text) {
 }
 
 void Findings::add(const Finding& finding) {
-    send(kFoundMessage, static_cast<char>(finding.verdict) + finding.text);
+    send(MessageKind::Found, static_cast<char>(finding.verdict) + finding.text);
+}
+
+void Findings::breakOff(std::string_view text) {
+    send(MessageKind::Broke, text);
 }
 
 void Findings::at(std::string_view step) {
-    send(kStepMessage, step);
+    send(MessageKind::Step, step);
 }
 
 Verdict Findings::apart(std::string_view step, const std::function<void(Findings&)>& work, Verdict most) {
     at(step);
-    send(kApartMessage, {});
     Verdict worst = Verdict::Pass;
-    supervise(work, {.limit = limit_, .isSeparate = false, .found = [&](const Finding& finding) {
-                         const Verdict verdict = std::min(finding.verdict, most);
-                         worst = std::max(worst, verdict);
-                         add({verdict, (step.empty() ? "" : std::string(step) + ": ") + finding.text});
-                     }});
-    send(kBackMessage, {});
+    const auto found = [&](const Finding& finding) {
+        const Verdict verdict = std::min(finding.verdict, most);
+        worst = std::max(worst, verdict);
+        add({verdict, (step.empty() ? "" : std::string(step) + ": ") + finding.text});
+    };
+    const auto workThere = [&](Findings& findings) {
+        close(descriptor_); // whoever writes there has no business with it
+        work(findings);
+    };
+    // Whoever waits for this process learns by the steps that all is well.
+    supervise(workThere,
+              {.limit = limit_,
+               .isSeparate = false,
+               .found = found,
+               .begun = [this](pid_t process) { send(MessageKind::Apart, std::to_string(process)); },
+               .at = [this](const std::string& inner) { at(inner); }});
+    send(MessageKind::Back, {});
     return worst;
 }
 
 void Findings::end() {
-    send(kDoneMessage, {});
+    send(MessageKind::Done, {});
     _exit(0);
 }
 
 // NOLINTNEXTLINE(readability-make-member-function-const): what it says is its state
-void Findings::send(char kind, std::string_view text) {
+void Findings::send(MessageKind kind, std::string_view text) {
     if (getpid() != process_) {
         _exit(0); // a plugin that forks goes on twice: one speaks for it
     }
-    const auto length = static_cast<MessageLength>(text.size());
-    std::string message(1, kind);
-    message.append(reinterpret_cast<const char*>(&length), sizeof(length)).append(text);
+    text = text.substr(0, kLongestMessage);
+    const MessageHead head{nonce_, kind, static_cast<std::uint32_t>(text.size())};
+    std::string message(reinterpret_cast<const char*>(&head), sizeof(head));
+    message.append(text);
     for (std::size_t sent = 0; sent < message.size();) {
         const ssize_t count = write(descriptor_, message.data() + sent, message.size() - sent);
         if (count < 0 && errno != EINTR) {

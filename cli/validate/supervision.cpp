@@ -6,15 +6,19 @@
 #include "cli/validate/message_kinds.h"
 #include "cli/validate/signal_names.h"
 
+#include <zqmhost/errors.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <optional>
+#include <random>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -30,6 +34,8 @@ using Clock = std::chrono::steady_clock;
 // How long an end may wait to be noticed when something else holds the pipes open.
 constexpr int kTickMilliseconds = 10;
 constexpr std::size_t kKeptOutput = 4096;
+// What a process that waits for another one may take beyond that one's limit, to tell of it.
+constexpr Findings::Seconds kTimeToTell{5};
 
 class Pipe {
 public:
@@ -45,17 +51,13 @@ public:
     Pipe(const Pipe&) = delete;
     Pipe& operator=(const Pipe&) = delete;
     ~Pipe() {
-        close(ends_[0]);
+        closeReader();
         closeWriter();
     }
     int reader() const { return ends_[0]; }
     int writer() const { return ends_[1]; }
-    void closeWriter() {
-        if (ends_[1] >= 0) {
-            close(ends_[1]);
-        }
-        ends_[1] = -1;
-    }
+    void closeReader() { closeEnd(ends_[0]); }
+    void closeWriter() { closeEnd(ends_[1]); }
     // What is there now. Once nobody can write any more, it is no longer open.
     std::string read() {
         std::string content;
@@ -71,6 +73,13 @@ public:
     bool isOpen() const { return isOpen_; }
 
 private:
+    static void closeEnd(int& end) {
+        if (end >= 0) {
+            close(end);
+        }
+        end = -1;
+    }
+
     std::array<int, 2> ends_{};
     bool isOpen_ = true;
 };
@@ -92,26 +101,24 @@ void direct(int descriptor, const char* file, int mode) {
     close(opened);
 }
 
-[[noreturn]] void perform(const std::function<void(Findings&)>& work, const Supervision& supervision,
-                          pid_t parent, int findingsEnd, int outputEnd) {
-    endWithParent(parent);
-    resetSignals();
-    const rlimit noDump{0, 0};
-    setrlimit(RLIMIT_CORE, &noDump);
-    if (supervision.isSeparate) {
-        setpgid(0, 0);
-        direct(STDIN_FILENO, "/dev/null", O_RDONLY);
-        dup2(outputEnd, STDOUT_FILENO);
-        dup2(outputEnd, STDERR_FILENO);
-    }
-    Findings findings(findingsEnd, supervision.limit);
+// What is no word of the check's own is told with the step.
+void perform(const std::function<void(Findings&)>& work, Findings& findings) {
     try {
         work(findings);
+    } catch (const Failure& failure) {
+        findings.fail(failure.what());
+    } catch (const host::Error& error) {
+        findings.breakOff(error.what());
     } catch (const std::exception& error) {
-        findings.fail(error.what());
+        findings.breakOff(std::string("threw \"") + error.what() + '"');
+    } catch (...) {
+        findings.breakOff("threw what is no std::exception");
     }
-    std::fflush(nullptr);
-    findings.end();
+}
+
+MessageNonce newNonce() {
+    std::random_device random;
+    return MessageNonce{random()} << 32 | random();
 }
 
 // Reads what the process tells, and keeps the time.
@@ -121,46 +128,98 @@ public:
 
     void hear(const std::string& bytes) {
         bytes_ += bytes;
-        constexpr std::size_t kHead = 1 + sizeof(MessageLength);
         std::size_t begin = 0;
-        while (bytes_.size() - begin >= kHead) {
-            MessageLength length = 0;
-            std::memcpy(&length, bytes_.data() + begin + 1, sizeof(length));
-            if (bytes_.size() - begin - kHead < length) {
+        MessageHead head{};
+        while (!isSpoiled_ && bytes_.size() - begin >= sizeof(head)) {
+            std::memcpy(&head, bytes_.data() + begin, sizeof(head));
+            isSpoiled_ = head.nonce != nonce_ || head.length > kLongestMessage;
+            if (isSpoiled_ || bytes_.size() - begin - sizeof(head) < head.length) {
                 break;
             }
-            take(bytes_[begin], bytes_.substr(begin + kHead, length));
-            begin += kHead + length;
+            isSpoiled_ = !take(head.kind, bytes_.substr(begin + sizeof(head), head.length));
+            begin += sizeof(head) + head.length;
         }
         bytes_.erase(0, begin);
     }
 
+    MessageNonce nonce() const { return nonce_; }
     bool isDone() const { return isDone_; }
-    bool isLate() const { return !isApart_ && Clock::now() - since_ > supervision_.limit; }
-    // " at: " and the step that it was in.
-    std::string place() const { return step_.empty() ? "" : ", at: " + step_; }
+    // Something else was written there than what the process tells.
+    bool isSpoiled() const { return isSpoiled_; }
+    bool isLate() const {
+        return Clock::now() - since_ > supervision_.limit + (apart_ > 0 ? kTimeToTell : Findings::Seconds(0));
+    }
+    bool isLateInAll() const {
+        return supervision_.limitInAll && Clock::now() - begin_ > *supervision_.limitInAll;
+    }
+    // The process that it waits for; 0: none.
+    pid_t apart() const { return apart_; }
+    // ", at: " and the step that it was in.
+    std::string place() const {
+        const std::string border = step_.empty() || innerStep_.empty() ? "" : ": ";
+        const std::string where = step_ + border + innerStep_;
+        return where.empty() ? "" : ", at: " + where;
+    }
 
 private:
-    void take(char kind, const std::string& text) {
+    // Whether that is a message.
+    bool take(MessageKind kind, const std::string& text) {
         since_ = Clock::now();
-        if (kind == kFoundMessage && !text.empty()) {
-            supervision_.found({static_cast<Verdict>(text.front()), text.substr(1)});
-        } else if (kind == kStepMessage) {
-            step_ = text;
+        switch (kind) {
+        case MessageKind::Found:
+            return takeFinding(text);
+        case MessageKind::Broke:
+            supervision_.found({Verdict::Fail, text + place()});
+            return true;
+        case MessageKind::Step:
+            (apart_ > 0 ? innerStep_ : step_) = text;
+            if (supervision_.at) {
+                supervision_.at(text);
+            }
+            return true;
+        case MessageKind::Apart:
+        case MessageKind::Back:
+            innerStep_.clear();
+            return takeProcess(kind == MessageKind::Apart ? text : "0");
+        case MessageKind::Done:
+            isDone_ = true;
+            return true;
         }
-        isApart_ = (isApart_ || kind == kApartMessage) && kind != kBackMessage;
-        isDone_ = isDone_ || kind == kDoneMessage;
+        return false;
+    }
+
+    bool takeProcess(const std::string& text) {
+        pid_t process = -1;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), process);
+        // Minus 1 stands for all processes that there are.
+        if (error != std::errc() || end != text.data() + text.size() || process < 0 || process == 1) {
+            return false;
+        }
+        apart_ = process;
+        return true;
+    }
+
+    bool takeFinding(const std::string& text) {
+        if (text.empty() || static_cast<unsigned char>(text.front()) > static_cast<int>(Verdict::Crash)) {
+            return false;
+        }
+        supervision_.found({static_cast<Verdict>(text.front()), text.substr(1)});
+        return true;
     }
 
     const Supervision& supervision_;
+    const MessageNonce nonce_ = newNonce();
     std::string bytes_;
     std::string step_;
-    Clock::time_point since_ = Clock::now();
-    bool isApart_ = false;
+    pid_t apart_ = 0;       // the process that it waits for, if any
+    std::string innerStep_; // of that
+    const Clock::time_point begin_ = Clock::now();
+    Clock::time_point since_ = begin_;
     bool isDone_ = false;
+    bool isSpoiled_ = false;
 };
 
-enum class Outcome { Done, Ended, Late, Interrupted };
+enum class Outcome { Done, Ended, Late, LateInAll, Spoiled, Interrupted };
 
 class SupervisedProcess {
 public:
@@ -170,16 +229,18 @@ public:
         const pid_t parent = getpid();
         process_ = fork();
         if (process_ == 0) {
-            perform(work, supervision, parent, findings_.writer(), output_.writer());
+            endWithParent(parent);
+            performHere(work);
         }
         if (process_ < 0) {
             throw Failure(std::string("no process: ") + std::strerror(errno));
         }
-        if (supervision.isSeparate) {
-            setpgid(process_, process_); // whoever of the two comes first
-        }
+        setpgid(process_, process_); // whoever of the two comes first
         findings_.closeWriter();
         output_.closeWriter();
+        if (supervision.begun) {
+            supervision.begun(process_);
+        }
     }
     SupervisedProcess(const SupervisedProcess&) = delete;
     SupervisedProcess& operator=(const SupervisedProcess&) = delete;
@@ -189,6 +250,9 @@ public:
         while (true) {
             const bool ended = hasEnded();
             listen();
+            if (listener_.isSpoiled()) {
+                return Outcome::Spoiled;
+            }
             if (listener_.isDone()) {
                 return Outcome::Done;
             }
@@ -201,6 +265,9 @@ public:
             if (listener_.isLate()) {
                 return Outcome::Late;
             }
+            if (listener_.isLateInAll()) {
+                return Outcome::LateInAll;
+            }
             pause();
         }
     }
@@ -210,13 +277,14 @@ public:
         if (process_ <= 0) {
             return status_;
         }
-        if (supervision_.isSeparate) {
-            ::kill(-process_, SIGKILL);
-        }
+        ::kill(-process_, SIGKILL);
         ::kill(process_, SIGKILL);
         int status = 0;
         pid_t reaped = 0;
         while ((reaped = waitpid(process_, &status, 0)) < 0 && errno == EINTR) {
+        }
+        if (listener_.apart() > 0) {
+            ::kill(-listener_.apart(), SIGKILL);
         }
         status_ = reaped == process_ ? std::optional(status) : std::nullopt;
         process_ = 0;
@@ -232,11 +300,35 @@ public:
     }
 
 private:
+    // In the new process.
+    [[noreturn]] void performHere(const std::function<void(Findings&)>& work) {
+        resetSignals();
+        const rlimit noDump{0, 0};
+        setrlimit(RLIMIT_CORE, &noDump);
+        findings_.closeReader();
+        output_.closeReader();
+        setpgid(0, 0);
+        if (supervision_.isSeparate) {
+            direct(STDIN_FILENO, "/dev/null", O_RDONLY);
+            dup2(output_.writer(), STDOUT_FILENO);
+            dup2(output_.writer(), STDERR_FILENO);
+        }
+        output_.closeWriter();
+        Findings findings(findings_.writer(), listener_.nonce(), supervision_.limit);
+        perform(work, findings);
+        std::fflush(nullptr);
+        findings.end();
+    }
+
     // It stays to be reaped, so that its group's number remains its own.
-    bool hasEnded() const {
+    bool hasEnded() {
         siginfo_t info{};
         const int result = waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOHANG | WNOWAIT);
-        return result == 0 ? info.si_pid == process_ : errno == ECHILD;
+        if (result != 0 && errno == ECHILD) {
+            process_ = 0; // somebody else has reaped it, and its number may be another's
+            return true;
+        }
+        return result == 0 && info.si_pid == process_;
     }
 
     void listen() {
@@ -266,13 +358,30 @@ std::string secondsOf(Findings::Seconds limit) {
     return text.data();
 }
 
-Finding endOf(std::optional<int> status) {
-    if (status && WIFSIGNALED(*status)) {
-        return {Verdict::Crash, nameOfSignal(WTERMSIG(*status))};
+std::string exitOf(std::optional<int> status) {
+    return "ended the program" +
+           (status ? " with exit code " + std::to_string(WEXITSTATUS(*status)) : std::string());
+}
+
+// None for work that was done, or that nobody wants any more.
+std::optional<Finding> endOf(Outcome outcome, std::optional<int> status, const Supervision& supervision) {
+    switch (outcome) {
+    case Outcome::Ended:
+        if (status && WIFSIGNALED(*status)) {
+            return Finding{Verdict::Crash, nameOfSignal(WTERMSIG(*status))};
+        }
+        return Finding{Verdict::Fail, exitOf(status)};
+    case Outcome::Late:
+        return Finding{Verdict::Fail, "exceeded " + secondsOf(supervision.limit)};
+    case Outcome::LateInAll:
+        return Finding{Verdict::Fail, "exceeded " + secondsOf(*supervision.limitInAll) + " in all"};
+    case Outcome::Spoiled:
+        return Finding{Verdict::Fail, "spoiled the results: it wrote to descriptors that are not its own"};
+    case Outcome::Done:
+    case Outcome::Interrupted:
+        break;
     }
-    return {Verdict::Fail,
-            "ended the program" +
-                (status ? " with exit code " + std::to_string(WEXITSTATUS(*status)) : std::string())};
+    return std::nullopt;
 }
 
 } // namespace
@@ -281,13 +390,9 @@ SupervisedEnd supervise(const std::function<void(Findings&)>& work, const Superv
     SupervisedProcess process(work, supervision);
     const Outcome outcome = process.wait();
     const std::optional<int> status = process.kill();
-    if (outcome == Outcome::Ended) {
-        Finding end = endOf(status);
-        end.text += process.listener().place();
-        supervision.found(end);
-    } else if (outcome == Outcome::Late) {
-        supervision.found(
-            {Verdict::Fail, "exceeded " + secondsOf(supervision.limit) + process.listener().place()});
+    if (std::optional<Finding> end = endOf(outcome, status, supervision)) {
+        end->text += process.listener().place();
+        supervision.found(*end);
     }
     return {.isInterrupted = outcome == Outcome::Interrupted, .output = process.output()};
 }

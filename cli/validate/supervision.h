@@ -6,17 +6,24 @@
 #include "cli/validate/findings.h"
 
 #include <functional>
+#include <optional>
 #include <string>
+
+#include <sys/types.h>
 
 namespace zqm::cli {
 
 struct Supervision {
     Findings::Seconds limit; // for each step of the work
-    // In a process group of its own, all of which is killed when the work is done, and with its output kept.
-    // Otherwise it shares those of this process.
+    // With its output kept. Otherwise that goes where the output of this process goes, which is such a one.
     bool isSeparate;
     // Is given each finding at once.
     std::function<void(const Finding&)> found;
+    // The same with the process, and with each step.
+    std::function<void(pid_t)> begun = {};
+    std::function<void(const std::string&)> at = {};
+    // For all of the work; none: no limit.
+    std::optional<Findings::Seconds> limitInAll = {};
 };
 
 struct SupervisedEnd {
@@ -24,7 +31,8 @@ struct SupervisedEnd {
     std::string output = {};    // the last of what was written to standard output and error
 };
 
-// What ended the work before it was done is the last finding. Throws Failure when there can be no process.
+// The process has a group of its own, all of which is killed when the work is done. What ended the work
+// before it was done is the last finding. Throws Failure when there can be no process.
 SupervisedEnd supervise(const std::function<void(Findings&)>& work, const Supervision& supervision);
 
 } // namespace zqm::cli

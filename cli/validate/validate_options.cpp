@@ -85,8 +85,10 @@ std::unique_ptr<CLI::App> newValidateCommandLine(ValidateOptions& options) {
            "--seed", [&options](const std::string& text) { options.seed = seedOf(text); },
            "Chooses by this number what is chosen by chance, as an earlier run told it")
         ->type_name("NUMBER");
-    app->add_option("--time-limit", options.timeLimit,
-                    "How long each step of a check may take; 20 if not given")
+    app->add_option(
+           "--time-limit", options.timeLimit,
+           "How long each step of a check may take, and all of it 15 times that, a minute at least; 20 if "
+           "not given")
         ->check(numberFrom(0.1, 3600))
         ->type_name("SECONDS");
     app->add_flag("--json", options.json, "Prints a JSON document")->check(noValue());

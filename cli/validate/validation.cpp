@@ -11,6 +11,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kMostFindings = 100;
+// Of steps that each take as long as they may. Good plugins need a hundredth of that.
+constexpr double kMostSteps = 15;
+// However little time a step gets, there are many of them.
+constexpr Findings::Seconds kLeastInAll{60};
 
 } // namespace
 
@@ -36,7 +40,10 @@ CheckRun runCheck(const Check& check, const Subject& subject, Findings::Seconds 
         result.verdict = std::max(result.verdict, finding.verdict);
     };
     const SupervisedEnd end = supervise([&](Findings& findings) { check.run(subject, findings); },
-                                        {.limit = limit, .isSeparate = true, .found = keep});
+                                        {.limit = limit,
+                                         .isSeparate = true,
+                                         .found = keep,
+                                         .limitInAll = std::max(limit * kMostSteps, kLeastInAll)});
     if (leftOut > 0) {
         result.findings.push_back({result.verdict, std::to_string(leftOut) + " more like these"});
     }

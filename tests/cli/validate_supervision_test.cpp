@@ -2,6 +2,7 @@
 
 #include "cli/validate/supervision.h"
 
+#include "cli/command_line/failure.h"
 #include "cli/system/interruption.h"
 #include "cli/validate/validation.h"
 #include "tests/support/process_table.h"
@@ -11,14 +12,17 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace zqm::cli {
@@ -33,6 +37,7 @@ using support::isAlive;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 constexpr Findings::Seconds kAmple{60};
 constexpr Findings::Seconds kShort{0.2};
@@ -89,9 +94,25 @@ TEST(Supervision, FindingsComeInOrder) {
                                              Finding{Verdict::Fail, ""}, Finding{Verdict::Skip, longText}));
 }
 
-TEST(Supervision, WhatIsThrownIsAFailure) {
-    const Supervised result = supervised([](Findings&) { throw std::runtime_error("thrown"); });
-    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "thrown"}));
+TEST(Supervision, WhatIsThrownIsAFailureAtItsStep) {
+    const Supervised result = supervised([](Findings& findings) {
+        findings.at("one");
+        throw std::runtime_error("");
+    });
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "threw \"\", at: one"}));
+    EXPECT_THAT(supervised([](Findings& findings) {
+                    findings.at("two");
+                    throw 2; // NOLINT(hicpp-exception-baseclass): plugins may
+                }).findings,
+                ElementsAre(Finding{Verdict::Fail, "threw what is no std::exception, at: two"}));
+}
+
+TEST(Supervision, WhatTheCheckItselfSaysByAnExceptionIsToldAsItIs) {
+    EXPECT_THAT(supervised([](Findings& findings) {
+                    findings.at("loading");
+                    throw Failure("it is no library");
+                }).findings,
+                ElementsAre(Finding{Verdict::Fail, "it is no library"}));
 }
 
 TEST(Supervision, ACrashIsToldWithItsSignalAndStep) {
@@ -149,6 +170,146 @@ TEST(Supervision, AHangIsEndedAtTheLimit) {
 TEST(Supervision, AStoppedProcessIsAHang) {
     EXPECT_THAT(supervised([](Findings&) { std::raise(SIGSTOP); }, kShort).findings,
                 ElementsAre(Finding{Verdict::Fail, "exceeded 0.2 s"}));
+}
+
+// Whoever keeps the time isn't stopped with it.
+TEST(Supervision, AStoppedProcessGroupIsAHang) {
+    const Supervised result = supervised(
+        [](Findings& findings) {
+            findings.apart("part", [](Findings& inner) {
+                inner.at("stopping");
+                kill(0, SIGSTOP);
+            });
+            findings.pass("beyond");
+        },
+        kShort);
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "part: exceeded 0.2 s, at: stopping"},
+                                             Finding{Verdict::Pass, "beyond"}));
+}
+
+TEST(Supervision, AStoppedSupervisorIsAHang) {
+    const Supervised result = supervised(
+        [](Findings& findings) {
+            findings.apart("part", [](Findings&) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(500)); // it tells that it waits
+                kill(getppid(), SIGSTOP);
+                hang();
+            });
+        },
+        Findings::Seconds(2));
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "exceeded 2 s, at: part"}));
+}
+
+// Longer than a process that waits for another one has after the limit.
+TEST(Supervision, StepsOfAPartMayTakeLongInAll) {
+    const Supervised result = supervised(
+        [](Findings& findings) {
+            findings.apart("part", [](Findings& inner) {
+                for (int step = 0; step < 16; ++step) {
+                    inner.at(std::to_string(step));
+                    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+                }
+            });
+            findings.pass("beyond");
+        },
+        Findings::Seconds(2));
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Pass, "beyond"}));
+}
+
+TEST(Supervision, AllOfTheStepsHaveALimit) {
+    std::vector<Finding> findings;
+    supervise(
+        [](Findings& inside) {
+            inside.apart("part", [](Findings& inner) {
+                while (true) {
+                    inner.at("turn");
+                    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                }
+            });
+        },
+        {.limit = kAmple,
+         .isSeparate = true,
+         .found = [&](const Finding& finding) { findings.push_back(finding); },
+         .limitInAll = kShort});
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_THAT(findings[0].text, StartsWith("exceeded 0.2 s in all"));
+}
+
+// Those that are free in this process: what supervises and what is supervised get some of them.
+std::vector<int> freeDescriptors() {
+    std::vector<int> free;
+    for (int descriptor = 3; descriptor < 256; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) < 0) {
+            free.push_back(descriptor);
+        }
+    }
+    return free;
+}
+
+void writeTo(const std::vector<int>& descriptors, std::string_view text) {
+    for (const int descriptor : descriptors) {
+        [[maybe_unused]] const ssize_t written = write(descriptor, text.data(), text.size());
+    }
+}
+
+std::string message(MessageKind kind, const std::string& text) {
+    const MessageHead head{0, kind, static_cast<std::uint32_t>(text.size())};
+    return std::string(reinterpret_cast<const char*>(&head), sizeof(head)) + text;
+}
+
+TEST(Supervision, NobodyElseCanTellOfTheWork) {
+    const Finding spoiled{Verdict::Fail,
+                          "spoiled the results: it wrote to descriptors that are not its own, at: writing"};
+    const std::vector<int> descriptors = freeDescriptors();
+    for (const std::string& text : {message(MessageKind::Done, ""), message(MessageKind::Found, "\x7fodd"),
+                                    message(MessageKind::Found, ""),
+                                    message(static_cast<MessageKind>(77), ""), std::string(100, '\xff')}) {
+        EXPECT_THAT(supervised([&](Findings& findings) {
+                        findings.at("writing");
+                        writeTo(descriptors, text);
+                        hang();
+                    }).findings,
+                    ElementsAre(spoiled));
+    }
+}
+
+TEST(Supervision, AVerdictThatIsNoneIsNoFinding) {
+    EXPECT_THAT(supervised([](Findings& findings) {
+                    findings.add({static_cast<Verdict>(127), "odd"});
+                }).findings,
+                ElementsAre(Finding{Verdict::Fail,
+                                    "spoiled the results: it wrote to descriptors that are not its own"}));
+}
+
+TEST(Supervision, APartSpoilsItsOwnResultsAlone) {
+    const std::vector<int> descriptors = freeDescriptors();
+    const Supervised result = supervised([&](Findings& findings) {
+        findings.apart("part", [&](Findings&) {
+            writeTo(descriptors, message(MessageKind::Done, ""));
+            hang();
+        });
+        findings.warn("beyond");
+    });
+    EXPECT_THAT(result.findings,
+                ElementsAre(Finding{Verdict::Fail, "part: spoiled the results: it wrote to descriptors that "
+                                                   "are not its own"},
+                            Finding{Verdict::Warning, "beyond"}));
+}
+
+// Whoever reads all descriptors takes nothing of what is told.
+TEST(Supervision, WorkHasOneDescriptorMore) {
+    const std::string one = std::to_string(support::openDescriptors() + 1);
+    const auto count = [](Findings& findings) { findings.pass(std::to_string(support::openDescriptors())); };
+    EXPECT_THAT(supervised(count).findings, ElementsAre(Finding{Verdict::Pass, one}));
+    EXPECT_THAT(supervised([&](Findings& findings) { findings.apart("", count); }).findings,
+                ElementsAre(Finding{Verdict::Pass, one}));
+}
+
+TEST(Supervision, AProcessThatSomebodyElseReapedHasEnded) {
+    const auto earlier = std::signal(SIGCHLD, SIG_IGN);
+    const Supervised result = supervised([](Findings&) { crash(SIGKILL); });
+    std::signal(SIGCHLD, earlier);
+    EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "ended the program"}));
 }
 
 // More than a pipe holds.
@@ -218,7 +379,7 @@ TEST(Supervision, AnInterruptionEndsTheWorkAndItsParts) {
     std::vector<pid_t> processes;
     const auto note = [&](const Finding& finding) {
         processes.push_back(std::stoi(finding.text.substr(finding.text.rfind(' ') + 1)));
-        if (processes.size() == 2) {
+        if (processes.size() == 3) {
             std::raise(SIGINT);
         }
     };
@@ -227,14 +388,20 @@ TEST(Supervision, AnInterruptionEndsTheWorkAndItsParts) {
             findings.pass("process " + std::to_string(getpid()));
             findings.apart("part", [](Findings& inner) {
                 inner.pass(std::to_string(getpid()));
+                const pid_t child = fork();
+                if (child == 0) {
+                    hang();
+                }
+                inner.pass(std::to_string(child));
                 hang();
             });
         },
         {.limit = kAmple, .isSeparate = true, .found = note});
     EXPECT_TRUE(end.isInterrupted);
-    ASSERT_EQ(processes.size(), 2U);
-    EXPECT_TRUE(hasGone(processes[0]));
-    EXPECT_TRUE(hasGone(processes[1]));
+    ASSERT_EQ(processes.size(), 3U);
+    for (const pid_t process : processes) {
+        EXPECT_TRUE(hasGone(process));
+    }
 }
 
 CheckResult resultOf(void (*run)(const Subject&, Findings&), Findings::Seconds limit = kAmple) {
