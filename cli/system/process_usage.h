@@ -8,7 +8,9 @@ namespace zqm::cli {
 struct ProcessUsage {
     std::int64_t heap = 0; // bytes that it asked for and hasn't freed
     std::int64_t descriptors = 0;
-    std::int64_t processes = 0; // its children, those that ended and weren't waited for included
+    // Its children, those that ended and weren't waited for included, and what they left to the parent of
+    // this one, if that adopts orphans.
+    std::int64_t processes = 0;
 };
 
 ProcessUsage processUsage();

@@ -1,12 +1,13 @@
 #include "cli/system/process_usage.h"
 
+#include "cli/system/child_processes.h"
+#include "cli/system/orphans.h"
+
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <malloc.h>
-#include <string>
-#include <system_error>
+#include <unistd.h>
 
 #ifdef __SANITIZE_ADDRESS__
 // Of the sanitizer's library, whose header for it GCC doesn't install.
@@ -28,22 +29,12 @@ std::int64_t heapInUse() {
 #endif
 }
 
-// The kernel lists the children of each thread that started them.
-std::int64_t children() {
-    std::int64_t count = 0;
-    for (const fs::directory_entry& thread : fs::directory_iterator("/proc/self/task")) {
-        std::ifstream list(thread.path() / "children");
-        count += std::distance(std::istream_iterator<std::string>(list), {});
-    }
-    return count;
-}
-
 } // namespace
 
 ProcessUsage processUsage() {
     return {.heap = heapInUse(),
             .descriptors = std::distance(fs::directory_iterator("/proc/self/fd"), {}) - 1,
-            .processes = children()};
+            .processes = static_cast<std::int64_t>(childrenOf(getpid()).size()) + orphansOfParent()};
 }
 
 } // namespace zqm::cli

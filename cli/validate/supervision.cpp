@@ -2,6 +2,7 @@
 
 #include "cli/command_line/failure.h"
 #include "cli/system/interruption.h"
+#include "cli/system/orphans.h"
 #include "cli/system/parent_end.h"
 #include "cli/validate/message_kinds.h"
 #include "cli/validate/signal_names.h"
@@ -286,6 +287,9 @@ public:
         if (listener_.apart() > 0) {
             ::kill(-listener_.apart(), SIGKILL);
         }
+        if (!supervision_.isSeparate) {
+            endAdopted();
+        }
         status_ = reaped == process_ ? std::optional(status) : std::nullopt;
         process_ = 0;
         return status_;
@@ -309,6 +313,7 @@ private:
         output_.closeReader();
         setpgid(0, 0);
         if (supervision_.isSeparate) {
+            adoptOrphans();
             direct(STDIN_FILENO, "/dev/null", O_RDONLY);
             dup2(output_.writer(), STDOUT_FILENO);
             dup2(output_.writer(), STDERR_FILENO);

@@ -15,7 +15,8 @@ namespace zqm::cli {
 
 struct Supervision {
     Findings::Seconds limit; // for each step of the work
-    // With its output kept. Otherwise that goes where the output of this process goes, which is such a one.
+    // With its output kept, and adopting orphans. Otherwise its output goes where that of this process goes,
+    // which is such a one, and whatever it started is killed when the work is done, in whatever group.
     bool isSeparate;
     // Is given each finding at once.
     std::function<void(const Finding&)> found;

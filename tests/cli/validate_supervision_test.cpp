@@ -344,6 +344,26 @@ TEST(Supervision, WhatWorkLeavesRunningIsEndedAndNotWaitedFor) {
     }
 }
 
+#ifdef __linux__
+TEST(Supervision, WhatAPartLeavesInAnotherSessionIsEnded) {
+    const Supervised result = supervised([](Findings& findings) {
+        findings.apart("", [](Findings& inner) {
+            const pid_t child = fork();
+            if (child == 0) {
+                setsid();
+                hang();
+            }
+            while (getsid(child) != child) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            inner.pass(std::to_string(child));
+        });
+    });
+    ASSERT_EQ(result.findings.size(), 1U);
+    EXPECT_TRUE(hasGone(std::stoi(result.findings[0].text)));
+}
+#endif
+
 TEST(Supervision, OfWorkThatForksOneGoesOn) {
     const Supervised result = supervised([](Findings& findings) {
         const pid_t child = fork();

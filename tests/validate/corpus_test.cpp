@@ -63,6 +63,7 @@ const Refusal kCorpus[] = {
     {"grows", "growth", "fail"},
     {"leaves_descriptors", "growth", "fail"},
     {"leaves_processes", "growth", "fail"},
+    {"leaves_orphans", "growth", "fail"},
     {"crashes_when_unloaded", "unload", "warning"},
 };
 
