@@ -1,0 +1,66 @@
+// ./test says what ctest said, and isn't content with tests that did not run.
+
+#include "tests/scripts/script_project.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zqm::tests {
+namespace {
+
+using support::ProcessResult;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kPassed = "100% tests passed, 0 tests failed out of 2\n"
+                                "\n"
+                                "Total Test time (real) =   0.32 sec\n";
+
+// Everything passes but ctest, which prints this.
+ProcessResult testWith(const std::string& log, int exitCode = 0) {
+    const ScriptProject project("test");
+    for (const char* check : {"check-readme", "check-format", "check-documentation", "check-macos", "fuzz"}) {
+        project.writeProgram(std::string("scripts/") + check, "");
+    }
+    project.write("log", log);
+    project.replace("cmake", "");
+    project.replace("ctest", "cat '" + (project / "log").string() + "'; exit " + std::to_string(exitCode));
+    return project.run({});
+}
+
+TEST(TestScript, SaysWhatPassed) {
+    const ProcessResult result = testWith(kPassed);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("release: 100% tests passed, 0 tests failed out of 2, in 0.32 sec.\n"),
+                      HasSubstr("tsan: 100% tests passed"), HasSubstr("All checks passed.\n"),
+                      Not(HasSubstr("did not run"))));
+}
+
+TEST(TestScript, NamesTestsThatWereSkipped) {
+    const ProcessResult result = testWith(std::string(kPassed) + "\nThe following tests did not run:\n"
+                                                                 "\t  2 - mounts (Skipped)\n");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("The following tests did not run:\n\t  2 - mounts (Skipped)\n"),
+                      HasSubstr("All checks passed.\n")));
+}
+
+// As ctest -N does it, or ctest --help.
+TEST(TestScript, FailsWhereNoTestRan) {
+    const ProcessResult result = testWith("  Test #1: mounts\n\nTotal Tests: 1\n");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("release: no test has run.\n"), HasSubstr("FAILED: release, asan, tsan.\n")));
+}
+
+TEST(TestScript, ShowsTheLogOfTestsThatFail) {
+    const ProcessResult result = testWith("50% tests passed, 1 tests failed out of 2\n", 8);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("1 tests failed out of 2\n"), HasSubstr("FAILED: release, asan, tsan.\n")));
+}
+
+} // namespace
+} // namespace zqm::tests
