@@ -19,6 +19,13 @@ constexpr std::uint32_t kServersChoice = std::numeric_limits<std::uint32_t>::max
 constexpr auto kStreamFlags = static_cast<pa_stream_flags_t>(
     PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_ADJUST_LATENCY);
 
+void cancel(pa_operation*& operation) {
+    if (operation != nullptr) {
+        pa_operation_cancel(operation);
+        pa_operation_unref(std::exchange(operation, nullptr));
+    }
+}
+
 } // namespace
 
 SoundOutput::SoundOutput(SoundServer& server, int sampleRate) : server_(server), sampleRate_(sampleRate) {
@@ -36,7 +43,7 @@ void SoundOutput::connect() {
     if (context_ != nullptr) {
         pa_context_ref(context_);
     }
-    deadline_ = std::chrono::steady_clock::now() + kPatience;
+    deadline_ = Clock::now() + kPatience;
     isConnected_ = true;
 }
 
@@ -63,10 +70,12 @@ void SoundOutput::update() {
         } else if (drain_ != nullptr && pa_operation_get_state(drain_) != PA_OPERATION_RUNNING) {
             lock_.release();
             become(State::Ended);
+        } else if (!serverAnswers()) {
+            failWith("the sound server does not answer");
         }
         return;
     }
-    if (!connected || std::chrono::steady_clock::now() >= deadline_) {
+    if (!connected || Clock::now() >= deadline_) {
         failWith(SoundServer::absence());
         return;
     }
@@ -76,8 +85,28 @@ void SoundOutput::update() {
         failWith(std::string("the sound server takes no sound: ") + pa_strerror(pa_context_errno(context_)));
     } else if (stream_ != nullptr && pa_stream_get_state(stream_) == PA_STREAM_READY) {
         lock_.hold();
+        deadline_ = Clock::now();
         become(State::Open);
     }
+}
+
+// At once, also when its device is suspended: that holds the speech for as long as it takes.
+bool SoundOutput::serverAnswers() {
+    if (question_ != nullptr && pa_operation_get_state(question_) != PA_OPERATION_RUNNING) {
+        pa_operation_unref(std::exchange(question_, nullptr));
+        isDoubted_ = false;
+        deadline_ = Clock::now() + kInterval;
+    }
+    if (Clock::now() < deadline_) {
+        return true;
+    }
+    if (question_ == nullptr) {
+        deadline_ = Clock::now() + kLongestSilence;
+        question_ = pa_stream_update_timing_info(stream_, nullptr, nullptr);
+        return question_ != nullptr; // too many questions without an answer
+    }
+    deadline_ = Clock::now() + kLastChance;
+    return !std::exchange(isDoubted_, true);
 }
 
 void SoundOutput::openStream() {
@@ -113,7 +142,7 @@ void SoundOutput::write(std::span<const std::int16_t> samples) {
 
 void SoundOutput::truncate(std::uint64_t samples) {
     if (state() == State::Open && samples < written_) {
-        cancelDrain();
+        cancel(drain_);
         takenBack_ += written_ - samples;
         written_ = samples;
         put(std::vector<std::int16_t>(static_cast<std::size_t>(takenBack_)), takenBack_);
@@ -165,16 +194,11 @@ void SoundOutput::stop() {
     }
 }
 
-void SoundOutput::cancelDrain() {
-    if (drain_ != nullptr) {
-        pa_operation_cancel(drain_);
-        pa_operation_unref(std::exchange(drain_, nullptr));
-    }
-}
-
 void SoundOutput::closeStream() {
     lock_.release();
-    cancelDrain();
+    cancel(drain_);
+    cancel(question_);
+    isDoubted_ = false;
     written_ = 0;
     takenBack_ = 0;
     if (pa_stream* const stream = std::exchange(stream_, nullptr); stream != nullptr) {

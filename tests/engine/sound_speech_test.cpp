@@ -315,6 +315,35 @@ TEST_F(SoundSpeech, failsWithTheServerAndSpeaksWithTheNext) {
     EXPECT_TRUE(finished(events) && finished(events)->completed);
 }
 
+// All of it is written, and its end awaited.
+TEST_F(SoundSpeech, failsAtItsEndWithAServerThatStandsStill) {
+    begin(1, "Hello.");
+    server.freeze();
+    const std::vector<Event> rest = engine.untilEnd(1);
+    ASSERT_TRUE(finished(rest));
+    EXPECT_FALSE(finished(rest)->completed);
+    EXPECT_EQ(finished(rest)->error, "the sound server does not answer");
+}
+
+// The server is asked, and then neither it nor the engine gets any time.
+TEST_F(SoundSpeech, goesOnWithAServerThatWasSuspendedTogetherWithTheEngine) {
+    begin(1, longText());
+    server.freeze();
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    ASSERT_EQ(0, ::kill(engine.pid(), SIGSTOP));
+    std::this_thread::sleep_for(std::chrono::seconds(10));
+    ASSERT_EQ(0, ::kill(engine.pid(), SIGCONT));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // it is the first to look
+    server.thaw();
+    for (int count = 0; count < 10; ++count) {
+        const auto event = engine.next();
+        ASSERT_TRUE(event);
+        ASSERT_FALSE(std::holds_alternative<Finished>(*event));
+    }
+    engine.send(Stop{1});
+    EXPECT_THAT(finished(engine.untilEnd(1)), kStopped);
+}
+
 TEST_F(SoundSpeech, keepsTheServerForAWhileAndThenLetsItGo) {
     EXPECT_EQ(clients(), 0U);
     speakWhole(1, "One.");

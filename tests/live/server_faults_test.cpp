@@ -1,10 +1,12 @@
 // Sound servers that aren't there, or go away.
 
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/live/speaker.h"
+#include "tests/support/log_lines.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
@@ -17,6 +19,15 @@ namespace {
 
 constexpr const char* kText = "⟦This⟧ ⟦goes⟧ ⟦on⟧ ⟦for⟧ ⟦a⟧ ⟦while⟧, ⟦so⟧ ⟦there⟧ ⟦is⟧ ⟦time⟧ ⟦enough⟧ ⟦for⟧ "
                               "⟦something⟧ ⟦to⟧ ⟦go⟧ ⟦wrong⟧ ⟦with⟧ ⟦it⟧.";
+
+// A server that stands still is told of after three seconds, or twelve: a busy machine takes longer.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double kMostSecondsToRefuse = 15;
+constexpr double kMostSecondsToNotice = 36;
+#else
+constexpr double kMostSecondsToRefuse = 8;
+constexpr double kMostSecondsToNotice = 21;
+#endif
 
 class ServerFaults : public testing::Test {
 protected:
@@ -94,7 +105,9 @@ TEST_F(ServerFaults, AServerThatDoesNotAnswerKeepsNobodyWaiting) {
     const support::ScopedPulseServer use(server);
     server.freeze();
     Speaker speaker(runtime_);
+    const double begin = support::monotonicSeconds();
     EXPECT_FALSE(speaker.start(text_.text));
+    EXPECT_LT(support::monotonicSeconds() - begin, kMostSecondsToRefuse);
     EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
     const support::TemporaryFolder folder;
     ASSERT_TRUE(speaker.startToFile(text_.text, folder / "speech.wav"));
@@ -129,6 +142,25 @@ TEST_F(ServerFaults, SpeechGoesOnWithAServerThatWasFrozenForAWhile) {
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), true);
     EXPECT_EQ(speaker.words(), text_.words);
+}
+
+TEST_F(ServerFaults, AServerThatStaysFrozenEndsTheSpeechAndIsUsedAgainOnceItGoesOn) {
+    support::PulseServer server;
+    const support::ScopedPulseServer use(server);
+    Speaker speaker(runtime_);
+    ASSERT_TRUE(speaker.start(longText()));
+    ASSERT_TRUE(speaker.waitForWords(2));
+    server.freeze();
+    const double begin = support::monotonicSeconds();
+    const std::vector<std::string> log = support::logged([&] { EXPECT_TRUE(speaker.waitForEnd()); });
+    EXPECT_LT(support::monotonicSeconds() - begin, kMostSecondsToNotice);
+    EXPECT_EQ(log, std::vector<std::string>{"Speech ended early: the sound server does not answer"});
+    EXPECT_EQ(speaker.finished(), false);
+    EXPECT_EQ(speaker.timesFinished(), 1U);
+    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    EXPECT_FALSE(speaker.start(text_.text));
+    server.thaw();
+    expectSpoken(speaker, server);
 }
 
 TEST_F(ServerFaults, AServerThatComesLaterIsUsed) {
