@@ -29,6 +29,7 @@ protected:
 // Or another engine does: one that can't take the file is replaced.
 TEST_F(EngineWithoutDescriptors, WritesAFileOrSaysThatItDidNot) {
     Tally tally("file of an engine that may open no more files");
+    program_.expectWorks();
     for (int spare = 0; spare < kStepsOfFile; ++spare) {
         SCOPED_TRACE(spare);
         const std::filesystem::path file = program_.folder / "speech.wav";
@@ -42,15 +43,15 @@ TEST_F(EngineWithoutDescriptors, WritesAFileOrSaysThatItDidNot) {
             EXPECT_EQ(std::filesystem::remove(file), *speaker.finished());
             program_.expectEmptyFolder();
         }
-        program_.expectNoEngine();
+        program_.expectWorks();
     }
-    program_.expectWorks();
 }
 
 TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Tally tally("speech aloud with an engine that may open no more files");
+    program_.expectWorks();
     for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
         SCOPED_TRACE(spare);
         ASSERT_LT(spare, kMostSteps);
@@ -65,9 +66,8 @@ TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
                 tally.add(speaker.finished() == true ? Seen::Completed : Seen::EndedEarly);
             }
         }
-        program_.expectNoEngine();
+        program_.expectWorks();
     }
-    program_.expectWorks();
 }
 
 } // namespace

@@ -64,7 +64,6 @@ TEST_P(Memories, ThatDoNotDoForTheStartOfAnEngine) {
         program_.expectWorks();
     }
     EXPECT_GT(tally.of(Seen::Refused), 0);
-    program_.expectNoEngine();
 }
 
 // What is asked for is more than there is memory for.
@@ -72,6 +71,7 @@ TEST_P(Memories, ThatDoNotDoForARequest) {
     const std::string text = veryLongText();
     const std::filesystem::path file = program_.folder / "speech.wav";
     const bool isData = std::string(GetParam()) == "data";
+    program_.expectWorks();
     {
         live::Speaker speaker(program_.runtime);
         for (const std::uint64_t more : {0, 1'000'000, 4'000'000, 8'000'000, 16'000'000}) {
@@ -99,6 +99,7 @@ TEST_P(Memories, ThatDoNotDoForARequest) {
 TEST_P(Memories, ThatEndInMidSpeech) {
     const std::filesystem::path file = program_.folder / "speech.wav";
     const bool isData = std::string(GetParam()) == "data";
+    program_.expectWorks();
     {
         live::Speaker speaker(program_.runtime);
         ASSERT_TRUE(speaker.startToFile(sentences(100), file));
@@ -131,10 +132,9 @@ TEST(ListeningMemory, ThatDoesNotDoIsAFailureOfThatFile) {
             return std::make_shared<ScopedEnvironment>("ZQM_ENGINE_LIMITS",
                                                        "memory=" + std::to_string(bytes));
         }));
+        program.expectHears();
     }
     EXPECT_GT(tally.of(Seen::EndedEarly), 0);
-    program.expectHears();
-    program.expectNoEngine();
 }
 
 #endif

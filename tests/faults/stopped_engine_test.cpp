@@ -21,8 +21,20 @@ namespace {
 
 using live::Speaker;
 
+// How long an engine has for an answer, and how long it is not noticed at most that it stands still.
+constexpr double kSecondsToAnswer = 10;
+constexpr double kSecondsToNotice = 20;
+
+// A busy machine takes so much longer.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double kBusy = 3;
+#else
+constexpr double kBusy = 1.75;
+#endif
+
 class StoppedEngine : public testing::Test {
 protected:
+    void SetUp() override { program_.expectWorks(); }
     // The objects of the test have ended.
     void TearDown() override { program_.expectNoEngine(); }
 
@@ -40,8 +52,11 @@ protected:
     void expectNoticed(Speaker& speaker) {
         ASSERT_TRUE(speaker.waitForWords(1));
         const pid_t stopped = stopEngine();
-        const std::vector<std::string> log = support::logged([&] { EXPECT_TRUE(speaker.waitForEnd()); });
+        double seconds = 0;
+        const std::vector<std::string> log =
+            support::logged([&] { seconds = secondsOf([&] { EXPECT_TRUE(speaker.waitForEnd()); }); });
         EXPECT_EQ(log, std::vector<std::string>{"Speech ended early: the speech engine does not answer"});
+        EXPECT_LT(seconds, kBusy * kSecondsToNotice);
         EXPECT_EQ(speaker.finished(), false);
         EXPECT_EQ(speaker.timesFinished(), 1U);
         EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
@@ -61,7 +76,7 @@ TEST_F(StoppedEngine, ThatIsIdleIsReplacedByTheNextStart) {
     program_.expectWorks(speaker);
     const pid_t stopped = stopEngine();
     const std::filesystem::path file = program_.folder / "speech.wav";
-    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.startToFile(kText, file)); }), kMostSecondsToAnswer);
+    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.startToFile(kText, file)); }), kBusy * kSecondsToAnswer);
     EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), true);
@@ -77,7 +92,7 @@ TEST_F(StoppedEngine, ThatWritesAFileIsGivenUpByTheStop) {
     program_.runtime.runFor(host::Seconds(0.5));
     EXPECT_FALSE(speaker.finished());
     EXPECT_TRUE(speaker.object().get("isSpeaking").asBool());
-    EXPECT_LT(secondsOf([&] { speaker.stop(); }), kMostSecondsToAnswer);
+    EXPECT_LT(secondsOf([&] { speaker.stop(); }), kBusy * kSecondsToAnswer);
     EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), false);
@@ -98,7 +113,7 @@ TEST_F(StoppedEngine, ThatPlaysHoldsUpNoStopAndIsReplacedByTheNextStart) {
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), false);
     EXPECT_TRUE(support::isAlive(stopped)) << "nobody waited for it";
-    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.start(kText)); }), kMostSecondsToAnswer);
+    EXPECT_LT(secondsOf([&] { EXPECT_TRUE(speaker.start(kText)); }), kBusy * kSecondsToAnswer);
     EXPECT_TRUE(eventually([&] { return !support::isAlive(stopped); }));
     ASSERT_TRUE(speaker.waitForEnd());
     EXPECT_EQ(speaker.finished(), true);
@@ -159,7 +174,7 @@ TEST_F(StoppedEngine, OfADroppedObjectIsKilledInTheEnd) {
         program_.expectWorks(speaker);
         stopEngine();
     }
-    program_.expectNoEngine();
+    EXPECT_LT(secondsOf([&] { program_.expectNoEngine(); }), kBusy * kSecondsToAnswer);
 }
 
 class StoppedListening : public StoppedEngine {
@@ -201,7 +216,7 @@ TEST_F(StoppedListening, HoldsUpNeitherTheStopNorAnotherRecognizer) {
         ASSERT_TRUE(waitFor([&] { return !listener.answers().empty(); }));
         const pid_t stopped = stopEngine();
         const double seconds = secondsOf([&] { listener.stop(); });
-        EXPECT_LT(seconds, kMostSecondsToAnswer);
+        EXPECT_LT(seconds, kSecondsToAnswer);
         EXPECT_TRUE(support::isAlive(stopped)) << "nobody waited for it";
     }
     program_.expectHears();
@@ -213,11 +228,14 @@ TEST_F(StoppedListening, IsNoticedAndAnotherEngineHearsTheRest) {
         listener.start();
         ASSERT_TRUE(waitFor([&] { return !listener.answers().empty(); }));
         const pid_t stopped = stopEngine();
-        const std::vector<std::string> log =
-            support::logged([&] { EXPECT_TRUE(waitFor([&] { return listener.timesEnded() == 1; })); });
+        double seconds = 0;
+        const std::vector<std::string> log = support::logged([&] {
+            seconds = secondsOf([&] { EXPECT_TRUE(waitFor([&] { return !support::isAlive(stopped); })); });
+            EXPECT_TRUE(waitFor([&] { return listener.timesEnded() == 1; }));
+        });
+        EXPECT_LT(seconds, kBusy * kSecondsToNotice);
         EXPECT_EQ(log, std::vector<std::string>{
                            "the speech engine does not answer; another one goes on listening"});
-        EXPECT_FALSE(support::isAlive(stopped));
         EXPECT_EQ(listener.commands(), std::vector<std::string>(kTimes, kCommand));
         EXPECT_EQ(listener.failures(), std::vector<std::string>{});
     }
