@@ -68,18 +68,23 @@ std::size_t rulesetSize(int version) {
                                      : offsetof(Ruleset, network);
 }
 
-std::uint64_t bitsOf(FileAccess access) {
+struct Permission {
+    std::uint64_t bits;
+    bool isOfFolder;
+};
+
+Permission permissionOf(FileAccess access) {
     switch (access) {
     case FileAccess::List:
-        return kReadFolder;
+        return {kReadFolder, true};
     case FileAccess::Read:
-        return kReadFile;
+        return {kReadFile, false};
     case FileAccess::ReadTree:
-        return kReadFile | kReadFolder;
+        return {kReadFile | kReadFolder, true};
     case FileAccess::ReadAndWrite:
-        return kReadFile | kWriteFile;
+        return {kReadFile | kWriteFile, false};
     }
-    return 0;
+    return {};
 }
 
 [[noreturn]] void fail(const char* what) {
@@ -89,12 +94,13 @@ std::uint64_t bitsOf(FileAccess access) {
 void add(int ruleset, const FileRule& rule) {
     const Descriptor file(::open(rule.path.c_str(), O_PATH | O_CLOEXEC));
     struct stat status {};
-    if (!file || ::fstat(file.get(), &status) != 0) {
+    const auto [bits, isOfFolder] = permissionOf(rule.access);
+    // The kernel takes a right to a folder for one to all that is beneath it.
+    if (!file || ::fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode) != isOfFolder) {
         return;
     }
-    const std::uint64_t kept = S_ISDIR(status.st_mode) ? ~std::uint64_t{0} : ~kReadFolder;
-    const PathRule path{bitsOf(rule.access) & kept, file.get()};
-    if (path.allowed != 0 && ::syscall(SYS_landlock_add_rule, ruleset, kPathRule, &path, 0) != 0) {
+    const PathRule path{bits, file.get()};
+    if (::syscall(SYS_landlock_add_rule, ruleset, kPathRule, &path, 0) != 0) {
         fail(rule.path.c_str());
     }
 }

@@ -9,11 +9,18 @@
 
 namespace zqm::engine {
 
-// What one rule permits of a file, or of all beneath a folder.
-enum class FileAccess : std::uint8_t { List, Read, ReadTree, ReadAndWrite };
+// What one rule permits.
+enum class FileAccess : std::uint8_t {
+    // of a folder and of all beneath it
+    List,
+    ReadTree,
+    // of a file
+    Read,
+    ReadAndWrite
+};
 
 struct FileRule {
-    std::string path; // one that is absent permits nothing
+    std::string path; // one that is absent permits nothing, as a file where a folder is meant, or the reverse
     FileAccess access;
 };
 
