@@ -134,9 +134,13 @@ void Engine::quit(int exitCode) {
     }
 }
 
-void Engine::refuse(const char* reason) {
+void Engine::fail(const char* reason, int exitCode) {
     static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", reason));
-    quit(kExitBadConversation);
+    quit(exitCode);
+}
+
+void Engine::refuse(const char* reason) {
+    fail(reason, kExitBadConversation);
 }
 
 void Engine::readRequests() {
@@ -190,6 +194,10 @@ void Engine::handle(protocol::Speak& request) {
             refuse(kNoDescriptors);
             return;
         }
+    }
+    if (folder && placer_.hasEnded()) {
+        fail("the process for files has ended", kExitFailure); // the host asks another engine
+        return;
     }
     std::unique_ptr<Output> output;
     if (request.output) {

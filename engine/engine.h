@@ -55,6 +55,7 @@ private:
     void dropIfOver();
     void report(const protocol::Event& event);
     void quit(int exitCode);
+    void fail(const char* reason, int exitCode);
     void refuse(const char* reason);
 
     protocol::Channel channel_;

@@ -12,11 +12,13 @@
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
+#include <poll.h>
 #include <string_view>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace zqm::engine {
@@ -111,6 +113,10 @@ int ask(int socket, int file, int folder, Request request) {
     int error = 0;
     const ssize_t count = Packet(&error, sizeof error).receive(socket);
     return count == sizeof error ? error : count < 0 ? errno : EPIPE;
+}
+
+[[noreturn]] void fail() {
+    throw std::system_error(errno, std::generic_category(), "no process for files");
 }
 
 // ---- in the process
@@ -253,8 +259,7 @@ void serveAll(int socket) {
 FilePlacer::FilePlacer() {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-        failure_ = errno;
-        return;
+        fail();
     }
     socket_.reset(ends[0]);
     const Descriptor other(ends[1]);
@@ -263,15 +268,18 @@ FilePlacer::FilePlacer() {
         run(other.get());
     }
     if (process_ < 0) {
-        failure_ = errno;
+        fail();
     }
 }
 
 FilePlacer::~FilePlacer() {
     socket_.reset();
-    if (process_ > 0) {
-        ::waitpid(process_, nullptr, 0);
-    }
+    ::waitpid(process_, nullptr, 0);
+}
+
+bool FilePlacer::hasEnded() const {
+    pollfd socket{socket_.get(), 0, 0};
+    return ::poll(&socket, 1, 0) > 0;
 }
 
 int FilePlacer::place(int file, int folder, const std::string& temporaryName,
@@ -289,7 +297,7 @@ int FilePlacer::request(int file, int folder, const std::string& temporaryName,
     if (!set(request.temporaryName, temporaryName) || !set(request.finalName, finalName)) {
         return ENAMETOOLONG;
     }
-    return failure_ != 0 ? failure_ : ask(socket_.get(), file, folder, request);
+    return ask(socket_.get(), file, folder, request);
 }
 
 } // namespace zqm::engine

@@ -13,13 +13,16 @@ namespace zqm::engine {
 
 class FilePlacer {
 public:
-    // Begins the process; that ends when this object does, or its own process. Where it can't be begun,
-    // nothing can be put in its place.
+    // Begins the process; that ends when this object does, or its own process. Throws std::system_error when
+    // it can't be begun.
     FilePlacer();
     // Waits for its end.
     ~FilePlacer();
     FilePlacer(const FilePlacer&) = delete;
     FilePlacer& operator=(const FilePlacer&) = delete;
+
+    // Whether the process has ended before its time: nothing is put in its place any more.
+    [[nodiscard]] bool hasEnded() const;
 
     // Gives the file its final name in the folder, instead of the temporary one, which it need not have yet.
     // On failure it has neither. Answers 0, or the error's number.
@@ -33,7 +36,6 @@ private:
                               const std::string& finalName) const;
 
     pid_t process_ = -1;
-    int failure_ = 0; // why there is no process
     protocol::Descriptor socket_;
 };
 

@@ -54,6 +54,21 @@ TEST_F(Faults, KilledEngineEndsTheSpeechWithFalseAndTheNextStartWorks) {
     EXPECT_GT(support::SoundFile(file).seconds(), 0.3);
 }
 
+TEST_F(Faults, EngineThatCanPutNoMoreFilesInTheirPlacesIsReplacedAtTheNextStart) {
+    Speaker speaker(runtime);
+    speaker.speak("Hello", file);
+    for (const pid_t engine : support::childrenOfThisProcess()) {
+        for (const pid_t placer : support::childrenOf(engine)) {
+            kill(placer, SIGKILL);
+            EXPECT_TRUE(eventually([&] { return !support::isAlive(placer); }));
+        }
+    }
+    std::filesystem::remove(file);
+    speaker.speak("Hello again", file);
+    EXPECT_THAT(speaker.ends, ElementsAre(true, true));
+    EXPECT_GT(support::SoundFile(file).seconds(), 0.3);
+}
+
 TEST_F(Faults, HostThatNeverRunsItsLoopGetsTheWholeFile) {
     {
         Speaker speaker(runtime);

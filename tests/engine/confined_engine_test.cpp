@@ -3,6 +3,7 @@
 #include "engine/confinement/landlock.h"
 #include "engine/speaker/voices.h"
 #include "tests/engine/engine_process.h"
+#include "tests/support/fresh_process.h"
 #include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
 
@@ -11,7 +12,11 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
+#include <sched.h>
+#include <seccomp.h>
 #include <sys/prctl.h>
+#include <system_error>
 #include <unistd.h>
 
 using namespace zqm::protocol;
@@ -32,6 +37,10 @@ std::map<std::string, std::string> statusOf(const std::filesystem::path& folder)
     }
     return values;
 }
+
+constexpr int kThreads = 2; // the first one and that of espeak-ng; a sanitizer may have its own
+
+constexpr int kExitFailure = 1;
 
 class ConfinedEngine : public testing::Test {
 protected:
@@ -55,7 +64,7 @@ TEST_F(ConfinedEngine, isSoInEachOfItsThreads) {
         EXPECT_EQ(status["NoNewPrivs"], "1") << thread.path();
         ++threads;
     }
-    EXPECT_GE(threads, 1);
+    EXPECT_GE(threads, kThreads);
 }
 
 TEST_F(ConfinedEngine, hasAProcessForItsFilesThatIsConfinedTooAndEndsWithIt) {
@@ -75,27 +84,85 @@ TEST_F(ConfinedEngine, hasAProcessForItsFilesThatIsConfinedTooAndEndsWithIt) {
     }
 }
 
-TEST_F(ConfinedEngine, speaksWithoutTheProcessForItsFilesButSaysThatItCanNotPutThemInPlace) {
-    const auto helpers = zqm::support::childrenOf(engine_.pid());
-    ASSERT_EQ(helpers.size(), 1U);
-    ::kill(helpers.front(), SIGKILL);
-    const TemporaryFolder folder;
-    Target target(folder.path(), "a.wav");
-    Speak request = speak(1, "Hello.");
-    request.output = target.output;
-    engine_.send(request, std::move(target.descriptors));
+// Whose process for its files ends before it.
+class ConfinedEngineWithoutHelper : public ConfinedEngine {
+protected:
+    void signalHelper(int number) {
+        const auto helpers = zqm::support::childrenOf(engine_.pid());
+        ASSERT_EQ(helpers.size(), 1U);
+        ::kill(helpers.front(), number);
+        while (number == SIGKILL && zqm::support::isAlive(helpers.front())) {
+            ::usleep(1000);
+        }
+    }
+
+    // Whether it begins to.
+    bool speaksInto(Target& target, std::uint64_t utterance) {
+        Speak request = speak(utterance, "Hello.");
+        request.output = target.output;
+        engine_.send(request, std::move(target.descriptors));
+        const auto started = engine_.nextOf<Started>();
+        return started && started->error.empty();
+    }
+
+    void expectItsEndInsteadOf(Target target, std::uint64_t utterance) {
+        ASSERT_FALSE(speaksInto(target, utterance));
+        EXPECT_EQ(engine_.wait(), kExitFailure);
+        EXPECT_EQ(engine_.errors(), "zqmspeech-engine: the process for files has ended\n");
+        EXPECT_FALSE(std::filesystem::exists(target.file));
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(ConfinedEngineWithoutHelper, endsBeforeItsNextFileWithOneLine) {
+    signalHelper(SIGKILL);
+    expectItsEndInsteadOf(Target(folder_.path(), "a.wav"), 1);
+}
+
+TEST_F(ConfinedEngineWithoutHelper, saysOfAFileThatItHasBegunThatItIsNotInItsPlace) {
+    signalHelper(SIGSTOP); // so that it is waited for
+    Target target(folder_.path(), "a.wav");
+    ASSERT_TRUE(speaksInto(target, 1));
+    signalHelper(SIGKILL);
     const auto end = finished(engine_.untilEnd(1));
     ASSERT_TRUE(end);
     EXPECT_FALSE(end->completed);
     EXPECT_FALSE(std::filesystem::exists(target.file));
+    expectItsEndInsteadOf(Target(folder_.path(), "b.wav"), 2);
 }
 
-TEST_F(ConfinedEngine, endsItsHelperWhenItEnds) {
-    const auto helpers = zqm::support::childrenOf(engine_.pid());
-    ASSERT_EQ(helpers.size(), 1U);
-    engine_.hangUp();
-    EXPECT_EQ(engine_.wait(), 0);
-    EXPECT_FALSE(std::filesystem::exists("/proc/" + std::to_string(helpers.front())));
+TEST_F(ConfinedEngineWithoutHelper, tellsPhonemesAllTheSame) {
+    signalHelper(SIGKILL);
+    engine_.send(GetPhonemes{.text = "Hello.", .voice = "gmw/en-US", .manner = {}});
+    const auto answer = engine_.nextOf<Phonemes>();
+    ASSERT_TRUE(answer);
+    EXPECT_FALSE(answer->text.empty());
+}
+
+// From now on a process of this one's kind starts threads and programs, but no second one of itself.
+void refuseProcesses() {
+    const std::unique_ptr<void, decltype(&::seccomp_release)> filter(::seccomp_init(SCMP_ACT_ALLOW),
+                                                                     &::seccomp_release);
+    constexpr scmp_arg_cmp kNoThread{0, SCMP_CMP_MASKED_EQ, CLONE_VM, 0};
+    ::seccomp_rule_add_array(filter.get(), SCMP_ACT_ERRNO(EAGAIN), SCMP_SYS(clone), 1, &kNoThread);
+    ::seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(EAGAIN), SCMP_SYS(fork), 0);
+    ::seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0);
+    ::seccomp_load(filter.get());
+}
+
+TEST(EngineThatCanStartNoProcess, endsAtItsStartWithOneLine) {
+    if (::prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0 && errno == EINVAL) {
+        GTEST_SKIP() << "this kernel has no seccomp";
+    }
+    zqm::support::inFork([] {
+        refuseProcesses();
+        EngineProcess engine;
+        EXPECT_FALSE(engine.next());
+        EXPECT_EQ(engine.wait(), kExitFailure);
+        EXPECT_EQ(engine.errors(), "zqmspeech-engine: no process for files: " +
+                                       std::generic_category().message(EAGAIN) + "\n");
+    });
 }
 
 // An engine whose voices are those of a folder.
