@@ -1,5 +1,6 @@
 #include "platform/output_file.h"
 
+#include "engine/protocol/temporary_name.h"
 #include "platform/engine_process.h"
 #include "platform/file_name.h"
 
@@ -7,7 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
+#include <cstdint>
 #include <cstring>
 #include <fcntl.h>
 #include <random>
@@ -65,9 +66,7 @@ std::optional<std::string> followLinks(std::string path) {
 
 std::string temporaryName() {
     static std::random_device random;
-    std::array<char, 40> name{};
-    std::snprintf(name.data(), name.size(), ".zqmspeech-%08x%08x", random(), random());
-    return name.data();
+    return protocol::temporaryName(std::uniform_int_distribution<std::uint64_t>()(random));
 }
 
 Descriptor duplicate(const Descriptor& descriptor) {

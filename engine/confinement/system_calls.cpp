@@ -95,10 +95,15 @@ constexpr std::array kCommon{
     Call{SCMP_SYS(sendmsg)},
 };
 
+// Files are opened for reading, or for reading and writing, and none is emptied. The rules for files know no
+// right for the access mode 3, by which a file is open for neither, nor for O_PATH: any file could be opened
+// so. Both that mode and O_WRONLY have the bit of the latter.
+constexpr std::uint64_t kNeverOpened = O_WRONLY | O_PATH | O_TRUNC;
+
 // Of an engine beside that. Which files it opens is said by the rules for files.
 constexpr std::array kSpeech{
-    Call{SCMP_SYS(open)}, // voices, models, settings of the sound server's client
-    Call{SCMP_SYS(openat)},
+    Call{SCMP_SYS(open), lacks(1, kNeverOpened)}, // voices, models, settings of the sound server's client
+    Call{SCMP_SYS(openat), lacks(2, kNeverOpened)},
     Call{SCMP_SYS(stat)},
     Call{SCMP_SYS(lstat)},
     Call{SCMP_SYS(access)},

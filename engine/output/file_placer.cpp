@@ -1,6 +1,7 @@
 #include "engine/output/file_placer.h"
 
 #include "engine/confinement/system_calls.h"
+#include "engine/protocol/temporary_name.h"
 
 #include <algorithm>
 #include <array>
@@ -125,9 +126,11 @@ bool isName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos;
 }
 
-// Hidden, as none is of the other files that an engine has open for writing.
-bool isTemporaryName(std::string_view name) {
-    return isName(name) && name.starts_with('.');
+// As hosts open their outputs: the file for reading and writing, of which one alone, or neither, may mean a
+// file that nobody gave the engine to write; the folder as a mere place, as an engine can open none.
+bool areOpenedAsByHost(int file, int folder) {
+    return (::fcntl(file, F_GETFL) & (O_ACCMODE | O_PATH)) == O_RDWR &&
+           (::fcntl(folder, F_GETFL) & O_PATH) != 0;
 }
 
 struct Link {
@@ -195,8 +198,8 @@ int serve(const Request& request, int file, int folder) {
     const bool removes = *final == '\0';
     struct stat status {};
     if (request.temporaryName.back() != '\0' || request.finalName.back() != '\0' ||
-        !isTemporaryName(temporary) || !(removes || isName(final)) || ::fstat(file, &status) != 0 ||
-        !S_ISREG(status.st_mode) || (::fcntl(file, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+        !protocol::isTemporaryName(temporary) || !(removes || isName(final)) ||
+        !areOpenedAsByHost(file, folder) || ::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
         return EPERM;
     }
     if (status.st_nlink == 0 && !removes) {

@@ -1,6 +1,7 @@
 // Puts whole files in their places, for an engine that may not: a process of its own, begun before the engine
-// is confined. What it is asked for is not believed. It only touches a file that whoever asks has open for
-// writing, by a hidden name in the folder in which that file was opened.
+// is confined. What it is asked for is not believed. It only touches a file that whoever asks has open as
+// hosts open their outputs, by a name that hosts give these (engine/protocol/temporary_name.h), in the folder
+// in which that file was opened.
 
 #pragma once
 

@@ -5,7 +5,6 @@
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace zqm::protocol {
 namespace {
@@ -14,42 +13,42 @@ namespace {
 constexpr mode_t kFileMode = S_ISVTX | S_IRUSR | S_IWUSR;
 constexpr mode_t kWritableByOthers = S_IWGRP | S_IWOTH;
 
-// Nothing unless only this user can put something there.
-Descriptor openFolder(const std::string& path) {
-    Descriptor folder(::open(path.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+// Whether it is a folder that only this user can put something into. It isn't opened for that, which an
+// engine may not, and stays where it is: others can't move it, neither in /run/user nor in /tmp.
+bool isSafe(const std::string& path) {
     struct stat status {};
-    const bool isSafe = folder && ::fstat(folder.get(), &status) == 0 && status.st_uid == ::geteuid() &&
-                        (status.st_mode & kWritableByOthers) == 0;
-    return isSafe ? std::move(folder) : Descriptor();
+    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
+           (status.st_mode & kWritableByOthers) == 0;
 }
 
-// The same for all programs of a user, as far as they agree on XDG_RUNTIME_DIR.
-Descriptor userFolder(IfAbsent ifAbsent) {
+// The same for all programs of a user, as far as they agree on XDG_RUNTIME_DIR. Empty: there is none.
+std::string userFolder(IfAbsent ifAbsent) {
     const std::string user = std::to_string(::geteuid());
     const char* const named = std::getenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): no one sets it
-    if (named != nullptr && *named == '/') {
-        if (Descriptor folder = openFolder(named)) {
-            return folder;
-        }
+    if (named != nullptr && *named == '/' && isSafe(named)) {
+        return named;
     }
-    if (Descriptor folder = openFolder("/run/user/" + user)) {
-        return folder;
+    const std::string ofSystem = "/run/user/" + user;
+    if (isSafe(ofSystem)) {
+        return ofSystem;
     }
     const std::string temporary = "/tmp/zqmspeech-" + user;
     if (ifAbsent == IfAbsent::Create) {
         ::mkdir(temporary.c_str(), S_IRWXU);
     }
-    return openFolder(temporary);
+    return isSafe(temporary) ? temporary : "";
 }
 
 } // namespace
 
 Descriptor openUserFile(const char* name, IfAbsent ifAbsent) {
-    const Descriptor folder = userFolder(ifAbsent);
+    const std::string folder = userFolder(ifAbsent);
+    if (folder.empty()) {
+        return {};
+    }
+    const std::string path = folder + "/" + name;
     const int creation = ifAbsent == IfAbsent::Create ? O_CREAT : 0;
-    return folder ? Descriptor(
-                        ::openat(folder.get(), name, O_RDWR | O_NOFOLLOW | O_CLOEXEC | creation, kFileMode))
-                  : Descriptor();
+    return Descriptor(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | creation, kFileMode));
 }
 
 } // namespace zqm::protocol

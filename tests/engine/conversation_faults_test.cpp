@@ -1,5 +1,6 @@
 // Hosts that end, or say what is no request, at every request of a conversation.
 
+#include "engine/protocol/temporary_name.h"
 #include "tests/engine/engine_process.h"
 #include "tests/engine/listening_files.h"
 #include "tests/support/garbage_lines.h"
@@ -136,7 +137,7 @@ private:
     // Those of requests that never came to the engine are this host's own.
     void expectNothingTemporary() {
         for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
-            const bool isTemporary = entry.path().extension() == ".part";
+            const bool isTemporary = isTemporaryName(entry.path().filename().string());
             EXPECT_TRUE(!isTemporary || std::filesystem::file_size(entry.path()) == 0) << entry.path();
             std::filesystem::remove(entry.path());
         }

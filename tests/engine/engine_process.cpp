@@ -1,11 +1,13 @@
 #include "tests/engine/engine_process.h"
 
+#include "engine/protocol/temporary_name.h"
 #include "tests/support/utf16.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <functional>
 #include <poll.h>
 #include <spawn.h>
 #include <stdexcept>
@@ -202,14 +204,14 @@ protocol::Speak speak(std::uint64_t utterance, std::string text) {
 }
 
 Target::Target(const std::filesystem::path& folder, const std::string& name)
-    : file(folder / name), temporary(folder / ("." + name + ".part")) {
+    : file(folder / name), temporary(folder / protocol::temporaryName(std::hash<std::string>{}(name))) {
     output.extension = std::filesystem::path(name).extension().string();
     output.extension.erase(0, 1);
     output.temporaryName = temporary.filename().string();
     output.finalName = name;
     constexpr mode_t kMode = 0644;
     descriptors.emplace_back(::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kMode));
-    descriptors.emplace_back(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    descriptors.emplace_back(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!descriptors[0] || !descriptors[1]) {
         fail(errno, temporary.c_str());
     }
