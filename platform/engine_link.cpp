@@ -65,13 +65,16 @@ EngineLink::Input EngineLink::read(protocol::Event& event) {
     return Input::Event;
 }
 
+// The deadline is looked at before all else, since an engine may go on and on about something else than what
+// is waited for.
 EngineLink::Input EngineLink::wait(protocol::Event& event, Clock::time_point deadline) {
-    for (;;) {
+    while (Clock::now() < deadline) {
         const Input input = read(event);
         if (input != Input::Nothing || !waitFor(POLLIN, deadline)) {
             return input;
         }
     }
+    return Input::Nothing;
 }
 
 bool EngineLink::waitFor(short condition, Clock::time_point deadline) const {

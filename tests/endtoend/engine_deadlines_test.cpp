@@ -15,8 +15,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Values;
 
-// The deadline is 10 seconds; the rest is for a machine that has much else to do.
-constexpr std::chrono::seconds kLongestWait{60};
+// The deadline is 10 seconds; the rest is for a machine that has much else to do, and for engines that are
+// slow where every access to memory is checked.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::chrono::seconds kLongestWait{40};
+#else
+constexpr std::chrono::seconds kLongestWait{20};
+#endif
 
 class EngineDeadlines : public EngineFaults, public testing::WithParamInterface<FaultCase> {
 protected:
@@ -35,6 +40,10 @@ FaultCase stopped(const Place& place, bool isUsed = false) {
 
 FaultCase leftOut(const Place& place, bool isUsed = false) {
     return {place, {.name = "drop", .action = "drop", .reason = kMute}, isUsed};
+}
+
+FaultCase babbled(const Place& place, bool isUsed = false) {
+    return {place, {.name = "babble", .action = "babble", .reason = kMute}, isUsed};
 }
 
 class StartDeadline : public EngineDeadlines {};
@@ -68,7 +77,8 @@ TEST_P(StartDeadline, IsKept) {
 INSTANTIATE_TEST_SUITE_P(All, StartDeadline,
                          Values(stopped(request("speak")), stopped(request("speak"), true),
                                 stopped(event("started"), true), leftOut(request("speak"), true),
-                                leftOut(event("started"))),
+                                leftOut(event("started")), babbled(request("speak")),
+                                babbled(event("started"), true)),
                          nameOf);
 
 class StopDeadline : public EngineDeadlines {};
@@ -89,13 +99,16 @@ TEST_P(StopDeadline, IsKept) {
     expectWhole(next);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, StopDeadline, Values(stopped(request("stop")), leftOut(event("finished"))),
+INSTANTIATE_TEST_SUITE_P(All, StopDeadline,
+                         Values(stopped(request("stop")), leftOut(event("finished")),
+                                babbled(event("finished"))),
                          nameOf);
 
 class PhonemeDeadline : public EngineDeadlines {};
 
 TEST_P(PhonemeDeadline, IsKept) {
     Speaker speaker(runtime);
+    speaker.object.call("startSpeakingString", ""); // which no engine hears of
     plan(GetParam());
     host::Value phonemes;
     const auto log = loggedInTime([&] { phonemes = speaker.object.call("phonemesFromText", kShortText); });
@@ -104,7 +117,8 @@ TEST_P(PhonemeDeadline, IsKept) {
     EXPECT_FALSE(speaker.object.call("phonemesFromText", kShortText).isNull());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, PhonemeDeadline, Values(stopped(event("phonemes"))), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, PhonemeDeadline, Values(stopped(event("phonemes")), babbled(event("phonemes"))),
+                         nameOf);
 
 TEST(VoiceDeadline, IsKept) {
     support::inFreshProcess([] {

@@ -81,11 +81,11 @@ Fault repeated(const Place& place) {
     return fault;
 }
 
-// Those for which nobody waits.
+// Those for which nobody waits. The file to listen to comes along with the first of the requests.
 bool mayBeLeftOut(const Place& place) {
-    constexpr std::array<std::string_view, 11> kAwaited{"commands", "endOfInput", "finished", "heard",
-                                                        "lexicon",  "listen",     "phonemes", "speak",
-                                                        "started",  "stop",       "voices"};
+    constexpr std::array<std::string_view, 12> kAwaited{"blockOthers", "commands", "endOfInput", "finished",
+                                                        "heard",       "lexicon",  "listen",     "phonemes",
+                                                        "speak",       "started",  "stop",       "voices"};
     return std::ranges::find(kAwaited, place.type) == kAwaited.end();
 }
 

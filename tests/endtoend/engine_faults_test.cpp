@@ -4,6 +4,7 @@
 #include "tests/support/command_listener.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/pulse_server.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/speech_dictionary.h"
 #include "tests/support/spoken_phrases.h"
@@ -159,6 +160,27 @@ INSTANTIATE_TEST_SUITE_P(All, DictionaryFaults,
                          ValuesIn(thinned(newAndUsed(faultCases({request("lexicon")}, Garbage::OnDemand)))),
                          nameOf);
 
+// ---- the same with a command and a mistake in the text, which are told when they are heard
+
+class MarkedFaults : public WritingFaults {
+protected:
+    bool begin(Speaker& speaker) override {
+        return speaker.start(std::string("[[sync 0x1]][[mistake]]") + kShortText, file);
+    }
+};
+
+TEST_P(MarkedFaults, AreToldAndOver) {
+    Speaker speaker(runtime);
+    useEngine(speaker);
+    meetFault(speaker);
+    expectNextWorks(speaker);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, MarkedFaults,
+    ValuesIn(thinned(newAndUsed(faultCases({event("sync"), event("problem")}, Garbage::OnDemand)), 3)),
+    nameOf);
+
 // ---- the same aloud
 
 class AloudFaults : public WritingFaults {
@@ -307,11 +329,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- listening to a file
 
+const Lines kCommands{"stop the music", "open the window"};
+
 class ListeningFaults : public EngineFaults, public testing::WithParamInterface<FaultCase> {
 protected:
     static void SetUpTestSuite() {
         spoken_ = std::make_unique<support::TemporaryFolder>();
-        support::writeSpokenPhrases({"open the window", "stop the music"}, *spoken_ / "phrases.wav");
+        support::writeSpokenPhrases(
+            {"open the window", "my sister has bought a yellow umbrella", "stop the music"},
+            *spoken_ / "phrases.wav");
     }
     static void TearDownTestSuite() { spoken_.reset(); }
 
@@ -334,6 +360,23 @@ protected:
         listener.forget();
     }
 
+    // What is logged while it listens once and comes to the fault.
+    Lines meetFault(support::CommandListener& listener) {
+        plan(GetParam());
+        return loggedByHost([&] {
+            listen(listener);
+            EXPECT_TRUE(runtime.runUntil([&] { return road.isDone(); }, kDeadline));
+        });
+    }
+
+    static void expectReplaced(const Lines& log) {
+        if (GetParam().isLoss() && !GetParam().isBehind("endOfInput")) {
+            EXPECT_THAT(log, ElementsAre(GetParam().fault.reason + "; another one goes on listening"));
+        } else {
+            EXPECT_THAT(log, IsEmpty());
+        }
+    }
+
 private:
     static std::unique_ptr<support::TemporaryFolder> spoken_;
 };
@@ -341,27 +384,51 @@ private:
 std::unique_ptr<support::TemporaryFolder> ListeningFaults::spoken_;
 
 TEST_P(ListeningFaults, LoseNothing) {
-    support::CommandListener listener(runtime, {"stop the music", "open the window"});
-    plan(GetParam());
-    const Lines log = loggedByHost([&] {
-        listen(listener);
-        EXPECT_TRUE(runtime.runUntil([&] { return road.isDone(); }, kDeadline));
-    });
-    if (GetParam().isLoss() && !GetParam().isBehind("endOfInput")) {
-        EXPECT_THAT(log, ElementsAre(GetParam().fault.reason + "; another one goes on listening"));
-    } else {
-        EXPECT_THAT(log, IsEmpty());
-    }
+    support::CommandListener listener(runtime, kCommands);
+    expectReplaced(meetFault(listener));
     listen(listener);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ListeningFaults,
                          ValuesIn(thinned(faultCases({request("commands"), request("listen"),
                                                       event("commandsSet"), event("listening"),
-                                                      event("level"), event("heard"), event("heard", 1),
-                                                      event("endOfInput")},
+                                                      event("level"), event("heard"), event("rejected"),
+                                                      event("heard", 1), event("endOfInput")},
                                                      Garbage::OnDemand),
                                           7)),
+                         nameOf);
+
+// ---- the same for a program that wants to be heard alone
+
+class BlockingFaults : public ListeningFaults {
+private:
+    support::TemporaryFolder meeting_;
+    support::ScopedEnvironment user_{"XDG_RUNTIME_DIR", meeting_.path().string()}; // and nobody else's
+};
+
+TEST_P(BlockingFaults, LoseNothing) {
+    support::CommandListener listener(runtime, kCommands);
+    listener.object().set("blocksOtherRecognizers", true);
+    expectReplaced(meetFault(listener));
+    listen(listener);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, BlockingFaults,
+                         ValuesIn(thinned(faultCases({request("blockOthers")}, Garbage::OnDemand), 3)),
+                         nameOf);
+
+// ---- the end of listening, after which an engine that is lost is missed by nobody
+
+class StoppedListeningFaults : public ListeningFaults {};
+
+TEST_P(StoppedListeningFaults, AreNotTold) {
+    support::CommandListener listener(runtime, kCommands);
+    EXPECT_THAT(meetFault(listener), IsEmpty());
+    listen(listener);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StoppedListeningFaults,
+                         ValuesIn(thinned(faultCases({request("stopListening")}, Garbage::OnDemand), 3)),
                          nameOf);
 
 } // namespace

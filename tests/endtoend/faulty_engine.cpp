@@ -178,6 +178,10 @@ private:
             sendAll(to);
             return false;
         }
+        if (action == "babble") {
+            babble();
+            return false;
+        }
         if (action == "soil") {
             const std::string dirt = bytes();
             const bool soiled = !descriptors.empty() && ::write(descriptors.front().get(), dirt.data(),
@@ -205,6 +209,19 @@ private:
         }
         to.flush();
         return true;
+    }
+
+    // More than the host can read, of its first speech, until that is gone.
+    void babble() {
+        constexpr int kLines = 1000;
+        std::string lines;
+        for (int count = 0; count < kLines; ++count) {
+            lines += zqm::protocol::encode(zqm::protocol::Phoneme{1, 1, 0});
+        }
+        while (host_->flush()) {
+            host_->send(lines);
+            sendAll(*host_);
+        }
     }
 
     // What comes at one go with too many descriptors is refused with them.

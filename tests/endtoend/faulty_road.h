@@ -38,7 +38,7 @@ public:
     //   repeat  sends it twice                               slow    lets a while pass before it
     //   bare    sends it without its descriptors             laden   sends more with it than anyone takes
     //   soil    writes the bytes into the file that came with it, then kills the engine
-    //   replace sends the bytes in its place
+    //   replace sends the bytes in its place                 babble  says valid things in its place, for ever
     void plan(const Place& place, const std::string& action, const std::string& bytes = {}) const;
 
     // What was done is no longer planned.
