@@ -8,8 +8,10 @@
 #include "platform/engine_process.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace zqm::platform {
@@ -53,6 +55,9 @@ public:
     [[nodiscard]] const EngineProcess& process() const { return process_; }
 
     void kill() const { process_.kill(); }
+
+    // To be done when this conversation and the engine have ended.
+    void afterEnd(std::function<void()> task) { process_.afterEnd(std::move(task)); }
 
 private:
     bool waitFor(short condition, Clock::time_point deadline) const;

@@ -1,46 +1,23 @@
 #include "platform/engine_process.h"
 
 #include "engine/protocol/protocol.h"
-#include "platform/deadline.h"
+#include "platform/ending_engines.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
 namespace zqm::platform {
 namespace {
 
 using protocol::Descriptor;
-
-// An engine whose socket is closed, and when it is given up.
-struct EndingEngine {
-    pid_t process;
-    Clock::time_point deadline;
-    ProcessIdentity owner;
-};
-
-std::vector<EndingEngine>& endingEngines() {
-    static std::vector<EndingEngine> engines;
-    return engines;
-}
-
-// ECHILD: the host ignores SIGCHLD, or has waited for it itself.
-bool isReaped(pid_t process) {
-    pid_t answer = 0;
-    do {
-        answer = ::waitpid(process, nullptr, WNOHANG);
-    } while (answer < 0 && errno == EINTR);
-    return answer != 0;
-}
 
 class SpawnSettings {
 public:
@@ -82,6 +59,13 @@ void describe(SpawnSettings& settings, int socket) {
     ::posix_spawn_file_actions_addclosefrom_np(actions, protocol::kEngineSocket + 1);
 }
 
+// One that has only begun.
+void killAtOnce(pid_t process) {
+    ::kill(process, SIGKILL);
+    while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
+
 } // namespace
 
 Descriptor aboveStandardDescriptors(Descriptor descriptor) {
@@ -93,7 +77,7 @@ Descriptor aboveStandardDescriptors(Descriptor descriptor) {
 
 std::optional<EngineProcess> EngineProcess::start(const std::string& path, Descriptor& socket,
                                                   std::string& error) {
-    reapEngines();
+    EndingEngines::shared().takeMessages();
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
         error = std::string("no socket for the speech engine: ") + std::strerror(errno);
@@ -118,44 +102,32 @@ std::optional<EngineProcess> EngineProcess::start(const std::string& path, Descr
         error = "the speech engine " + path + " can't be started: " + std::strerror(failure);
         return std::nullopt;
     }
+    // The place of this one is free for the descriptor of the process.
+    theirs.reset();
+    ChildProcess child(process);
+    if (!child.isKnown()) {
+        const int reason = errno;
+        error = std::string("the speech engine can't be watched: ") + std::strerror(reason);
+        if (reason != ESRCH) {
+            killAtOnce(process);
+        }
+        return std::nullopt;
+    }
     socket = std::move(ours);
-    return EngineProcess(process);
+    return EngineProcess(std::move(child));
 }
-
-EngineProcess::EngineProcess(EngineProcess&& other) noexcept
-    : process_(std::exchange(other.process_, -1)), owner_(other.owner_) {}
 
 EngineProcess::~EngineProcess() {
-    if (process_ > 0 && owner_.isCurrent() && !isReaped(process_)) {
-        endingEngines().push_back({process_, engineDeadline(), owner_});
+    if (child_.isKnown() && owner_.isCurrent()) {
+        EndingEngines::shared().add(std::move(child_), std::move(afterEnd_));
+        EndingEngines::shared().takeMessages();
     }
-}
-
-std::chrono::nanoseconds EngineProcess::processorTime() const {
-    clockid_t clock{};
-    timespec time{};
-    if (::clock_getcpuclockid(process_, &clock) != 0 || ::clock_gettime(clock, &time) != 0) {
-        return std::chrono::nanoseconds::zero();
-    }
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
 void EngineProcess::kill() const {
-    if (process_ > 0 && owner_.isCurrent()) {
-        ::kill(process_, SIGKILL);
+    if (owner_.isCurrent()) {
+        child_.kill();
     }
-}
-
-void reapEngines() {
-    std::erase_if(endingEngines(), [](const EndingEngine& engine) {
-        if (!engine.owner.isCurrent() || isReaped(engine.process)) {
-            return true;
-        }
-        if (Clock::now() >= engine.deadline) {
-            ::kill(engine.process, SIGKILL);
-        }
-        return false;
-    });
 }
 
 } // namespace zqm::platform

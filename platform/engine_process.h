@@ -3,12 +3,14 @@
 #pragma once
 
 #include "engine/protocol/descriptor.h"
+#include "platform/child_process.h"
 #include "platform/process_identity.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
-#include <sys/types.h>
+#include <utility>
 
 namespace zqm::platform {
 
@@ -18,32 +20,30 @@ public:
     static std::optional<EngineProcess> start(const std::string& path, protocol::Descriptor& socket,
                                               std::string& error);
 
-    EngineProcess(EngineProcess&& other) noexcept;
+    EngineProcess(EngineProcess&&) noexcept = default;
     EngineProcess& operator=(EngineProcess&&) = delete;
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;
 
-    // Leaves it to end by itself, which it does once its socket is closed; never waits. It is reaped now or
-    // at a later call, and killed then if it has not ended in time.
+    // Leaves it to end by itself, which it does once its socket is closed; never waits (ending_engines.h).
     ~EngineProcess();
 
-    [[nodiscard]] pid_t number() const { return process_; }
-
     // How much it has had; 0 where that can't be known.
-    [[nodiscard]] std::chrono::nanoseconds processorTime() const;
+    [[nodiscard]] std::chrono::nanoseconds processorTime() const { return child_.processorTime(); }
 
     // SIGKILL.
     void kill() const;
 
-private:
-    explicit EngineProcess(pid_t process) : process_(process) {}
+    // To be done once this object has let go of it and it has ended, however it does.
+    void afterEnd(std::function<void()> task) { afterEnd_ = std::move(task); }
 
-    pid_t process_;
+private:
+    explicit EngineProcess(ChildProcess child) : child_(std::move(child)) {}
+
+    ChildProcess child_;
+    std::function<void()> afterEnd_;
     ProcessIdentity owner_;
 };
-
-// Reaps the engines that have ended meanwhile.
-void reapEngines();
 
 // A copy of a descriptor above the standard ones if it is one of those: they are the host's, open or not.
 protocol::Descriptor aboveStandardDescriptors(protocol::Descriptor descriptor);

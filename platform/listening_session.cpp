@@ -1,5 +1,6 @@
 #include "platform/listening_session.h"
 
+#include "platform/ending_engines.h"
 #include "platform/listening_file.h"
 
 #include <algorithm>
@@ -127,7 +128,7 @@ void ListeningSession::takeMessages() {
     if (!engine_.isOurs()) {
         return;
     }
-    reapEngines();
+    EndingEngines::shared().takeMessages();
     if (timer_.takeExpiry()) {
         begin();
     }

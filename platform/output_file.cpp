@@ -164,11 +164,17 @@ bool OutputFile::openTemporary(std::string& error) {
     return true;
 }
 
-std::vector<Descriptor> OutputFile::descriptors() const {
+std::optional<std::vector<Descriptor>> OutputFile::descriptors(std::string& error) const {
     std::vector<Descriptor> copies;
-    copies.push_back(duplicate(file_));
-    if (folder_) {
-        copies.push_back(duplicate(folder_));
+    for (const Descriptor* const descriptor : {&file_, &folder_}) {
+        if (!*descriptor) {
+            continue;
+        }
+        copies.push_back(duplicate(*descriptor));
+        if (!copies.back()) {
+            error = std::strerror(errno);
+            return std::nullopt;
+        }
     }
     return copies;
 }

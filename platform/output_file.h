@@ -18,9 +18,10 @@ public:
     // can't be opened; `error` then says why.
     static std::optional<OutputFile> open(const std::string& path, std::string& error);
 
-    // What the engine is told, and the descriptors that go with that, which are copies.
+    // What the engine is told, and the descriptors that go with that, which are copies; nothing when there
+    // can't be any, and `error` then says why.
     [[nodiscard]] const protocol::Output& description() const { return description_; }
-    [[nodiscard]] std::vector<protocol::Descriptor> descriptors() const;
+    std::optional<std::vector<protocol::Descriptor>> descriptors(std::string& error) const;
 
     // Removes what was written so far, unless it is in place already.
     void discard() const;

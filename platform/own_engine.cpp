@@ -43,6 +43,10 @@ void OwnEngine::post(const protocol::Request& request, std::vector<protocol::Des
 
 void OwnEngine::lose() {
     link_->kill();
+    close();
+}
+
+void OwnEngine::close() {
     EventHub::shared().unwatch(link_->descriptor());
     link_.reset();
     watchdog_.reset();

@@ -52,6 +52,9 @@ public:
     // Kills it.
     void lose();
 
+    // Leaves it to end by itself. Of an open one.
+    void close();
+
     // Whether it is to be noticed that it stands still, which the source is woken for then: while the host
     // hopes to hear of it, and waits for nothing.
     void supervise(bool wanted);

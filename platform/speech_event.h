@@ -19,6 +19,7 @@ struct SpeechEvent {
     std::uint32_t value = 0;  // a phoneme's opcode, a sync message
     std::string message{};    // of a problem, in UTF-8
     bool completed = false;   // of the finish
+    std::string failure{};    // why the utterance failed, if it did
 };
 
 } // namespace zqm::platform

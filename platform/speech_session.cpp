@@ -1,7 +1,10 @@
 #include "platform/speech_session.h"
 
+#include "platform/ending_engines.h"
+
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -14,14 +17,27 @@ constexpr const char* kDeaf = "the speech engine does not listen";
 } // namespace
 
 SpeechSession::~SpeechSession() {
-    if (engine_.isOurs() && engine_.isOpen() && current() != nullptr) {
+    if (!engine_.isOurs() || !engine_.isOpen()) {
+        return;
+    }
+    if (current() != nullptr) {
         engine_.post(protocol::Stop{current()->number});
+    }
+    if (!outputs_.empty()) {
+        engine_.link().afterEnd(
+            [outputs = std::make_shared<const Outputs>(std::move(outputs_))] { discardAll(*outputs); });
+    }
+}
+
+void SpeechSession::discardAll(const Outputs& outputs) {
+    for (const auto& [number, output] : outputs) {
+        output.discard();
     }
 }
 
 std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<OutputFile> output,
                                    std::string& error) {
-    reapEngines();
+    EndingEngines::shared().takeMessages();
     if (!engine_.isOurs()) {
         error = kForked;
         return 0;
@@ -43,6 +59,8 @@ std::uint64_t SpeechSession::start(const SpeechRequest& request, std::optional<O
     if (!begun) {
         if (output) {
             output->discard();
+        } else if (engine_.isOpen()) {
+            engine_.close(); // it may find the sound server no more, which one that begins now does
         }
         return 0;
     }
@@ -70,6 +88,14 @@ void SpeechSession::tellLexicon() {
 // With the engine closed afterwards it failed; else it refused.
 bool SpeechSession::begin(const SpeechRequest& request, const std::optional<OutputFile>& output,
                           std::string& error) {
+    std::vector<protocol::Descriptor> descriptors;
+    if (output) {
+        auto copies = output->descriptors(error);
+        if (!copies) {
+            return false;
+        }
+        descriptors = std::move(*copies);
+    }
     interrupt();
     protocol::Speak message{.utterance = ++lastNumber_,
                             .text = request.text,
@@ -77,10 +103,8 @@ bool SpeechSession::begin(const SpeechRequest& request, const std::optional<Outp
                             .manner = request.manner,
                             .delimiters = request.delimiters,
                             .output = {}};
-    std::vector<protocol::Descriptor> descriptors;
     if (output) {
         message.output = output->description();
-        descriptors = output->descriptors();
     }
     tellLexicon();
     if (!engine_.link().send(message, std::move(descriptors), engineDeadline())) {
@@ -140,7 +164,9 @@ void SpeechSession::stop(protocol::Boundary boundary) {
     Utterance* const utterance = current();
     if (boundary != protocol::Boundary::Immediate) {
         if (utterance != nullptr) {
+            utterance->isToStop = true;
             engine_.post(protocol::Stop{utterance->number, boundary});
+            tellHub();
         }
         return;
     }
@@ -168,6 +194,7 @@ void SpeechSession::resume() {
         utterance.isPaused = false;
         ++utterance.continues;
         engine_.post(protocol::Continue{utterance.number});
+        tellHub();
     }
 }
 
@@ -265,7 +292,7 @@ void SpeechSession::takeMessages() {
     if (!engine_.isOurs()) {
         return;
     }
-    reapEngines();
+    EndingEngines::shared().takeMessages();
     const char* const failure = engine_.read([&](const protocol::Event& event) { return accept(event); });
     if (failure != nullptr) {
         loseEngine(failure);
@@ -284,7 +311,8 @@ SpeechSession::Utterance* SpeechSession::utteranceToTell() {
 SpeechEvent SpeechSession::firstEvent(const Utterance& utterance) {
     SpeechEvent event = utterance.events.isEmpty() ? SpeechEvent{.kind = SpeechEvent::Kind::Finished,
                                                                  .time = utterance.time,
-                                                                 .completed = utterance.completed}
+                                                                 .completed = utterance.completed,
+                                                                 .failure = utterance.failure}
                                                    : utterance.events.first();
     event.utterance = utterance.number;
     return event;
@@ -313,10 +341,6 @@ std::optional<SpeechEvent> SpeechSession::eventToShow() {
     }
     tellHub();
     return event;
-}
-
-std::string SpeechSession::takeFailure() {
-    return std::exchange(failure_, {});
 }
 
 SpeechSession::Utterance* SpeechSession::current() {
@@ -428,24 +452,27 @@ bool SpeechSession::finish(const protocol::Finished& finished) {
     if (finished.utterance > lastNumber_) {
         return false;
     }
-    outputs_.erase(finished.utterance);
+    if (const auto output = outputs_.find(finished.utterance); output != outputs_.end()) {
+        if (!finished.completed) {
+            output->second.discard(); // of a speech that was stopped the file is in its place
+        }
+        outputs_.erase(output);
+    }
     Utterance* const utterance = current();
     if (utterance != nullptr && finished.utterance == utterance->number) {
         utterance->time = finished.at;
         end(*utterance, finished.completed);
-        failure_ = finished.error;
+        utterance->failure = finished.error;
     }
     return true;
 }
 
 void SpeechSession::loseEngine(const char* reason) {
     engine_.lose();
-    for (const auto& [number, output] : outputs_) {
-        output.discard();
-    }
+    discardAll(outputs_);
     outputs_.clear();
     if (Utterance* const utterance = current()) {
-        failure_ = reason;
+        utterance->failure = reason;
         end(*utterance, false);
     }
 }
@@ -454,9 +481,10 @@ bool SpeechSession::hasEvent() const {
     return !utterances_.empty() && (utterances_.front().isOver || !utterances_.front().events.isEmpty());
 }
 
+// In a pause nothing is to come, unless the engine was asked to end it.
 void SpeechSession::tellHub() {
     const Utterance* const utterance = current();
-    engine_.supervise(utterance != nullptr && !utterance->isPaused);
+    engine_.supervise(utterance != nullptr && (!utterance->isPaused || utterance->isToStop));
     engine_.tellHub(hasEvent());
 }
 

@@ -100,9 +100,6 @@ public:
     // The same for somebody who sees each of them first; nothing when it was shown already.
     std::optional<SpeechEvent> eventToShow();
 
-    // Why the last utterance that failed did; told once, empty when none did.
-    std::string takeFailure();
-
 private:
     struct Utterance {
         std::uint64_t number;
@@ -116,12 +113,17 @@ private:
         double time = 0;       // up to where it was heard, in seconds
         bool isPaused = false;
         std::uint64_t continues = 0; // not answered yet
+        bool isToStop = false;       // at a boundary
         bool isStopped = false;      // what is heard of it is of no interest any more
         bool isOver = false;
         bool completed = false;
+        std::string failure{}; // why it ended early; empty when it was only asked to, or didn't
     };
 
+    using Outputs = std::map<std::uint64_t, OutputFile>;
+
     Utterance* current();
+    static void discardAll(const Outputs& outputs);
     bool openEngine(std::string& error);
     void tellLexicon();
     bool begin(const SpeechRequest& request, const std::optional<OutputFile>& output, std::string& error);
@@ -152,13 +154,12 @@ private:
 
     OwnEngine engine_;
     std::uint64_t lastNumber_ = 0;
-    std::deque<Utterance> utterances_;            // not delivered to their end; only the last may be spoken
-    std::map<std::uint64_t, OutputFile> outputs_; // being written
+    std::deque<Utterance> utterances_; // not delivered to their end; only the last may be spoken
+    Outputs outputs_;                  // being written
     std::vector<protocol::LexiconDictionary> lexicon_;
     bool isLexiconKnown_ = true; // to the engine, which is told when it is needed: once for all added
     Problems problems_;
     std::uint32_t sync_ = 0;
-    std::string failure_;
 };
 
 } // namespace zqm::platform

@@ -197,8 +197,8 @@ bool Synthesizer::deliver() {
         if (!event) {
             return false;
         }
-        if (const std::string failure = session_.takeFailure(); !failure.empty()) {
-            logLine("Speech ended early: " + failure);
+        if (!event->failure.empty()) {
+            logLine("Speech ended early: " + event->failure);
         }
         const auto text = texts_.find(event->utterance);
         NSString* const string = [[text->second retain] autorelease];

@@ -36,6 +36,11 @@ constexpr double kTolerance = 0.3;
 
 constexpr host::Seconds kPatience{300};
 
+// Only the sound server is left.
+bool hasNoEngine() {
+    return support::childrenOfThisProcess().size() == support::childrenThatRun("pulseaudio").size();
+}
+
 class LiveSpeech : public testing::Test {
 protected:
     LiveSpeech() { loadPlugin(runtime_); }
@@ -110,8 +115,10 @@ TEST_F(LiveSpeech, OfEightObjectsAtOnceLosesNoEvent) {
     std::ranges::sort(paragraphs, {}, [](const support::WordFixture& each) { return each.words.size(); });
     paragraphs.resize(kSpeakers);
 
-    // From the first speech on the process keeps some open for those to come.
+    // From the first speech on the process keeps some open for those to come, and some until an engine has
+    // ended.
     secondsInFile(paragraphs.front().text);
+    ASSERT_TRUE(runtime_.runUntil([] { return hasNoEngine(); }, kPatience));
     const std::size_t descriptors = support::openDescriptors();
     {
         std::list<Object> inFiles;
@@ -140,6 +147,7 @@ TEST_F(LiveSpeech, OfEightObjectsAtOnceLosesNoEvent) {
             inFiles.pop_front();
         }
     }
+    EXPECT_TRUE(runtime_.runUntil([] { return hasNoEngine(); }, kPatience));
     EXPECT_EQ(support::openDescriptors(), descriptors);
 }
 

@@ -76,6 +76,8 @@ private:
             listVoices();
         } else if (const auto* const speak = std::get_if<Speak>(&request)) {
             answerSpeak(speak->utterance);
+        } else if (const auto* const pause = std::get_if<Pause>(&request)) {
+            say(encode(Paused{pause->utterance}));
         }
     }
 
@@ -96,13 +98,14 @@ private:
     }
 
     void answerSpeak(std::uint64_t utterance) {
+        ++requests_;
         if (fault_ == "mute") {
             return;
         }
         if (fault_ == "die on request") {
             ::_exit(1);
         }
-        if (fault_ == "die in a file" && ++requests_ == 2) {
+        if (fault_ == "die in a file" && requests_ == 2) {
             ::_exit(::write(kPassed, "RIFF", 4) == 4 ? 1 : 2);
         }
         if (isFileBegun()) {
@@ -123,7 +126,8 @@ private:
         }
         say(encode(Started{utterance, ""}) + encode(Word{utterance, 0, 5}));
         misbehaveAmidSpeech(utterance);
-        if (fault_.empty() || fault_ == "stubborn" || fault_ == "die in a file") {
+        if (fault_.empty() || fault_ == "stubborn" || fault_ == "die in a file" ||
+            (fault_ == "fail once" && requests_ > 1)) {
             say(encode(Finished{utterance, true, ""}));
         }
     }
@@ -164,7 +168,7 @@ private:
             say(encode(Started{utterance, ""}));
         } else if (fault_ == "voices unasked") {
             say(encode(Voices{}));
-        } else if (fault_ == "fail") {
+        } else if (fault_ == "fail" || (fault_ == "fail once" && requests_ == 1)) {
             say(encode(Finished{utterance, false, "the disk is full"}));
         }
     }

@@ -1,10 +1,8 @@
 // The synthesizer with engines that misbehave. The library loaded here is a link in a folder of its own, with
 // bad_engine.cpp beside it under the engine's name.
 
-#include "tests/platform/speech_listener.h"
-#include "tests/support/process_table.h"
-#include "tests/support/scoped_environment.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/platform/engine_fault_fixture.h"
+#include "tests/support/log_lines.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 
@@ -14,37 +12,31 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
 using namespace zqm::platform::test;
 using zqm::support::ScopedEnvironment;
-using zqm::support::TemporaryFolder;
 
-class EngineFault : public testing::TestWithParam<const char*> {
-protected:
-    // What is counted here begins at none; the engines of earlier tests may take a moment to end.
-    void SetUp() override {
-        GTEST_FLAG_SET(death_test_style, "threadsafe");
-        ASSERT_TRUE(hasNoEngine());
+// While one of these lives, so many more can be opened.
+class FewDescriptors {
+public:
+    explicit FewDescriptors(rlim_t spare) {
+        ::getrlimit(RLIMIT_NOFILE, &before_);
+        const int next = ::dup(STDIN_FILENO);
+        ::close(next);
+        const rlimit few{static_cast<rlim_t>(next) + spare, before_.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &few);
     }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+    ~FewDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before_); }
 
-    static bool hasNoEngine() {
-        if (zqm::support::childrenOfThisProcess().empty()) {
-            return true; // and a process without a catalogue remains so
-        }
-        const Speaker other; // later calls reap
-        return waitUntil([&] {
-            [other.synthesizer isSpeaking];
-            return zqm::support::childrenOfThisProcess().empty();
-        });
-    }
-
-    std::string path(const std::string& name) const { return (folder_.path() / name).string(); }
-    bool isFolderEmpty() const { return std::filesystem::is_empty(folder_.path()); }
-
-    TemporaryFolder folder_;
+private:
+    rlimit before_{};
 };
 
 // ---- faults before the answer: the start is refused
@@ -85,6 +77,49 @@ TEST_F(EngineFault, AFileThatAnEngineHadBegunIsBegunAnew) {
     EXPECT_TRUE(speaker.heard.finished.back());
 }
 
+// Unlike a file, sound takes what an engine may have to be new for, as the folder of a sound server.
+TEST_F(EngineFault, AnEngineThatCanNotBeHeardIsReplacedByTheNextStart) {
+    Speaker speaker;
+    {
+        const ScopedEnvironment fault("ZQM_BAD_ENGINE", "refuse");
+        EXPECT_FALSE([speaker.synthesizer startSpeakingString:@"Hello world"]);
+    }
+    ASSERT_TRUE([speaker.synthesizer startSpeakingString:@"Hello world"]);
+    EXPECT_TRUE(speaker.runToEnd());
+    EXPECT_TRUE(speaker.heard.finished.front());
+}
+
+TEST_F(EngineFault, AnEngineThatRefusesAFileIsKept) {
+    Speaker speaker;
+    const ScopedEnvironment fault("ZQM_BAD_ENGINE", "refuse");
+    EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
+    const auto engines = zqm::support::childrenOfThisProcess();
+    EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
+    EXPECT_EQ(engines, zqm::support::childrenOfThisProcess());
+}
+
+TEST_F(EngineFault, AHostWithoutDescriptorsForTheFileKeepsItsEngine) {
+    Speaker speaker;
+    ASSERT_TRUE(speaker.say("Hello world", path("a.wav")) && speaker.runToEnd());
+    ASSERT_TRUE(waitUntil([] { return zqm::support::childrenOfThisProcess().size() == 1; }));
+    const auto engines = zqm::support::childrenOfThisProcess();
+    bool isStarted = false;
+    std::vector<std::string> log;
+    for (rlim_t spare = 0; !isStarted; ++spare) {
+        log = zqm::support::logged([&] {
+            const FewDescriptors limit(spare);
+            isStarted = speaker.say("Hello world", path("b.wav"));
+        });
+        EXPECT_EQ(engines, zqm::support::childrenOfThisProcess()) << spare;
+        if (!isStarted) {
+            ASSERT_EQ(1U, log.size());
+            EXPECT_TRUE(log[0].ends_with("Too many open files")) << log[0];
+        }
+    }
+    ASSERT_TRUE(speaker.runToEnd(2));
+    EXPECT_EQ((std::vector<bool>{true, true}), speaker.heard.finished);
+}
+
 TEST_F(EngineFault, AnEngineThatReadsNothingIsGivenUp) {
     Speaker speaker;
     const ScopedEnvironment fault("ZQM_BAD_ENGINE", "deaf");
@@ -108,8 +143,8 @@ TEST_P(FaultAmidSpeech, EndsTheSpeech) {
     EXPECT_EQ((std::vector<HeardWord>{{0, 5}}), speaker.heard.words);
     EXPECT_EQ(std::vector<bool>{false}, speaker.heard.finished);
     EXPECT_FALSE([speaker.synthesizer isSpeaking]);
-    if (std::string_view(GetParam()) != "fail") { // that engine lives, and removes its own file
-        EXPECT_TRUE(isFolderEmpty()) << "the temporary file is removed";
+    EXPECT_TRUE(isFolderEmpty()) << "the temporary file is removed";
+    if (std::string_view(GetParam()) != "fail") { // that engine lives, and fails for ever
         EXPECT_TRUE(speaker.say("Hello world", path("a.wav"))) << "a new engine";
         EXPECT_TRUE(speaker.runToEnd(2));
         EXPECT_TRUE(speaker.heard.finished.back());
@@ -134,6 +169,19 @@ TEST_F(EngineFault, AnEngineThatDoesNotEndIsKilledInTheEnd) {
     }
     EXPECT_TRUE(zqm::support::isAlive(engine)) << "letting go waits for nothing";
     EXPECT_TRUE(hasNoEngine());
+}
+
+// The delegate hears of nothing until both are over.
+TEST_F(EngineFault, AReasonIsToldWithTheEndThatItIsOf) {
+    Speaker speaker;
+    const ScopedEnvironment fault("ZQM_BAD_ENGINE", "fail once");
+    for (const char* name : {"a.wav", "b.wav"}) {
+        ASSERT_TRUE(speaker.say("Hello world", path(name)));
+        ASSERT_TRUE(waitUntil([&] { return ![speaker.synthesizer isSpeaking]; }));
+    }
+    const auto log = zqm::support::logged([&] { ASSERT_TRUE(speaker.runToEnd(2)); });
+    EXPECT_EQ((std::vector<bool>{false, true}), speaker.heard.finished);
+    EXPECT_EQ(std::vector<std::string>{"Speech ended early: the disk is full"}, log);
 }
 
 TEST_F(EngineFault, AHostThatIgnoresItsChildrenLosesNothing) {

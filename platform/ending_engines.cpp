@@ -1,0 +1,58 @@
+#include "platform/ending_engines.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace zqm::platform {
+
+// The engines of a fork's parent are the parent's, as are their descriptors.
+EndingEngines& EndingEngines::shared() {
+    static auto& all = *new std::vector<std::unique_ptr<EndingEngines>>; // for the life of the process
+    if (all.empty() || !all.back()->owner_.isCurrent()) {
+        all.emplace_back(new EndingEngines);
+    }
+    return *all.back();
+}
+
+void EndingEngines::add(ChildProcess process, std::function<void()> afterEnd) {
+    // Where the system has no room for that, it is looked at by its deadline.
+    EventHub::shared().watch(process.descriptor(), this);
+    engines_.push_back({std::move(process), engineDeadline(), false, std::move(afterEnd)});
+    lookAgain();
+}
+
+void EndingEngines::takeMessages() {
+    if (engines_.empty()) {
+        return;
+    }
+    static_cast<void>(timer_.takeExpiry());
+    std::erase_if(engines_, [](Engine& engine) {
+        if (!engine.process.isReaped()) {
+            if (!engine.isKilled && Clock::now() >= engine.deadline) {
+                engine.process.kill();
+                engine.isKilled = true;
+            }
+            return false;
+        }
+        EventHub::shared().unwatch(engine.process.descriptor());
+        if (engine.afterEnd) {
+            engine.afterEnd();
+        }
+        return true;
+    });
+    lookAgain();
+}
+
+// They came in the order of their deadlines.
+void EndingEngines::lookAgain() {
+    const auto next = std::ranges::find(engines_, false, &Engine::isKilled);
+    if (next == engines_.end()) {
+        timer_.stop();
+        return;
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(next->deadline - Clock::now());
+    timer_.start(std::max(left, std::chrono::milliseconds::zero()));
+}
+
+} // namespace zqm::platform
