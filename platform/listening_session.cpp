@@ -19,6 +19,12 @@ constexpr const char* kForked = "the recognizer belongs to the process that this
 constexpr milliseconds kFirstPause{100};
 constexpr milliseconds kLongestPause{5000};
 
+// How long an engine without a microphone is kept, which tries again by itself: one that began before there
+// was a sound server may never reach it. The next ones are kept longer, since making one ready may be much
+// work.
+constexpr milliseconds kFirstPatience{10'000};
+constexpr milliseconds kLongestPatience{600'000};
+
 // A microphone is listened to for ever; a file that ends so many engines is to blame itself.
 constexpr std::size_t kMostLossesOfFile = 5;
 
@@ -47,6 +53,7 @@ void ListeningSession::start(std::optional<std::string> file) {
     heardUntil_ = 0;
     isOver_ = false;
     losses_ = 0;
+    patience_ = kFirstPatience;
     state_.reset();
     begin();
     takeMessages();
@@ -98,6 +105,7 @@ void ListeningSession::stop() {
         return;
     }
     isListening_ = false; // an engine whose end is noticed only now is not replaced
+    isToBeReplaced_ = false;
     timer_.stop();
     takeMessages();
     events_.clear();
@@ -129,12 +137,16 @@ void ListeningSession::takeMessages() {
         return;
     }
     EndingEngines::shared().takeMessages();
-    if (timer_.takeExpiry()) {
+    const bool isTime = timer_.takeExpiry();
+    const bool isTimeToReplace = isTime && isToBeReplaced_;
+    if (isTime && !isTimeToReplace) {
         begin();
     }
     const char* const failure = engine_.read([&](const protocol::Event& event) { return accept(event); });
     if (failure != nullptr) {
         loseEngine(failure);
+    } else if (isTimeToReplace && isToBeReplaced_) {
+        replace();
     }
     engine_.supervise(isListening_ && !isOver_);
     engine_.tellHub(!events_.empty());
@@ -153,12 +165,17 @@ std::optional<ListeningEvent> ListeningSession::nextEvent() {
     return event;
 }
 
-// What the lists before the newest were for is gone with it.
-void ListeningSession::loseEngine(const char* reason) {
-    engine_.lose();
+// With an engine what the lists before the newest were for is gone.
+void ListeningSession::forgetFormerLists() {
     if (!lists_.empty()) {
         lists_.erase(lists_.begin(), lists_.end() - 1);
     }
+}
+
+void ListeningSession::loseEngine(const char* reason) {
+    engine_.lose();
+    keepEngine();
+    forgetFormerLists();
     if (!isListening_ || isOver_) {
         return;
     }
@@ -182,6 +199,26 @@ void ListeningSession::retryLater(const std::string& reason) {
     }
     reportFailure(reason);
     timer_.start(pauseAfter(losses_));
+}
+
+void ListeningSession::replaceLater() {
+    if (!std::exchange(isToBeReplaced_, true)) {
+        timer_.start(patience_);
+        patience_ = std::min(2 * patience_, kLongestPatience);
+    }
+}
+
+void ListeningSession::replace() {
+    keepEngine();
+    engine_.close();
+    forgetFormerLists();
+    begin();
+}
+
+void ListeningSession::keepEngine() {
+    if (std::exchange(isToBeReplaced_, false)) {
+        timer_.stop();
+    }
 }
 
 void ListeningSession::giveUp(const std::string& reason) {
@@ -246,8 +283,17 @@ bool ListeningSession::acceptCommands(const protocol::CommandsSet& set) {
 
 bool ListeningSession::hear(const protocol::Listening& listening) {
     if (!listening.error.empty()) {
-        file_ ? giveUp(*file_ + ": " + listening.error) : reportFailure(listening.error);
-    } else if (!isCapturing()) {
+        if (file_) {
+            giveUp(*file_ + ": " + listening.error);
+        } else {
+            reportFailure(listening.error);
+            replaceLater();
+        }
+        return true;
+    }
+    keepEngine();
+    patience_ = kFirstPatience;
+    if (!isCapturing()) {
         state_ = std::string();
         observe({.kind = ZQMListeningBegan});
     }

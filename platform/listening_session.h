@@ -8,6 +8,7 @@
 #include "platform/own_engine.h"
 #include "platform/timer.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -67,6 +68,11 @@ private:
     bool openEngine(std::string& error);
     void postCommands();
     void loseEngine(const char* reason);
+    void forgetFormerLists();
+    // An engine that has no microphone.
+    void replaceLater();
+    void replace();
+    void keepEngine();
     void retryLater(const std::string& reason);
     void giveUp(const std::string& reason);
     void reportFailure(const std::string& reason);
@@ -96,10 +102,12 @@ private:
     bool isListening_ = false;
     std::uint64_t session_ = 0;
     std::optional<std::string> file_;
-    double heardUntil_ = 0;            // seconds of the file
-    bool isOver_ = false;              // nothing more comes of this session
-    std::size_t losses_ = 0;           // of engines, since a phrase was heard
-    std::optional<std::string> state_; // what was told last: why nothing is heard; empty: it is
+    double heardUntil_ = 0;                // seconds of the file
+    bool isOver_ = false;                  // nothing more comes of this session
+    std::size_t losses_ = 0;               // of engines, since a phrase was heard
+    bool isToBeReplaced_ = false;          // the engine, when the timer's time has come
+    std::chrono::milliseconds patience_{}; // with the next engine that has no microphone
+    std::optional<std::string> state_;     // what was told last: why nothing is heard; empty: it is
     std::deque<ListeningEvent> events_;
 };
 
