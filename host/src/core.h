@@ -105,7 +105,11 @@ public:
 
     // Members. They throw CallError and HostException.
     Value call(ObjectHandle& object, std::string_view name, const std::vector<Value>& values);
+    Value callDescribed(ObjectHandle& object, const MethodDescription& method,
+                        const std::vector<Value>& values);
     Value callShared(const HostClass& type, std::string_view name, const std::vector<Value>& values);
+    Value callSharedDescribed(const HostClass& type, const MethodDescription& method,
+                              const std::vector<Value>& values);
     Value getProperty(ObjectHandle& object, std::string_view name);
     void setProperty(ObjectHandle& object, std::string_view name, const Value& value);
     void setHandler(ObjectHandle& object, std::string_view name, EventHandler handler);

@@ -1,5 +1,6 @@
 // Methods, properties and event handlers, as host code uses them.
 
+#include "class_describer.h"
 #include "core.h"
 #include "event_closure.h"
 #include "marshalling.h"
@@ -48,6 +49,13 @@ std::string described(const std::vector<Value>& values) {
     return '(' + result + ')';
 }
 
+const Method& requireCallable(const Method& method, const std::string& name) {
+    if (!method.callable) {
+        throw CallError(name + " can't be called by host code");
+    }
+    return method;
+}
+
 const Method& chooseOverload(Core& core, const std::vector<const Method*>& candidates,
                              const std::string& name, const std::vector<Value>& values) {
     if (candidates.empty()) {
@@ -79,10 +87,29 @@ const Method& chooseOverload(Core& core, const std::vector<const Method*>& candi
     if (ambiguous) {
         throw CallError(name + described(values) + " fits more than one declaration alike");
     }
-    if (!best->callable) {
-        throw CallError(name + " can't be called by host code");
+    return requireCallable(*best, name);
+}
+
+bool hasParametersOf(const Declaration& declaration, const MethodDescription& method) {
+    return std::ranges::equal(descriptionOf(declaration).parameters, method.parameters,
+                              [](const ParameterDescription& one, const ParameterDescription& other) {
+                                  return sameName(one.type.name, other.type.name) &&
+                                         one.type.isArray == other.type.isArray && one.byRef == other.byRef;
+                              });
+}
+
+const Method& describedOverload(Core& core, const std::vector<const Method*>& candidates,
+                                const std::string& name, const MethodDescription& method,
+                                const std::vector<Value>& values) {
+    const auto found = std::ranges::find_if(
+        candidates, [&](const Method* candidate) { return hasParametersOf(candidate->declaration, method); });
+    if (found == candidates.end()) {
+        throw CallError("there is no method " + name + " declared as " + declaration(method));
     }
-    return *best;
+    if (!exactFits(core, (*found)->declaration, values)) {
+        throw CallError(name + described(values) + " doesn't fit " + declaration(method));
+    }
+    return requireCallable(**found, name);
 }
 
 const Property& requireProperty(const Core& core, const HostClass& type, std::string_view name) {
@@ -125,9 +152,24 @@ Value Core::call(ObjectHandle& object, std::string_view name, const std::vector<
                   values);
 }
 
+Value Core::callDescribed(ObjectHandle& object, const MethodDescription& method,
+                          const std::vector<Value>& values) {
+    const Object kept = borrow(object.handle(), method.name);
+    const std::string full = member(object.type, method.name);
+    return invoke(describedOverload(*this, findMethods(object.type, method.name), full, method, values),
+                  object.handle(), values);
+}
+
 Value Core::callShared(const HostClass& type, std::string_view name, const std::vector<Value>& values) {
     const std::string full = member(type, name);
     return invoke(chooseOverload(*this, findSharedMethods(type, name), full, values), nullptr, values);
+}
+
+Value Core::callSharedDescribed(const HostClass& type, const MethodDescription& method,
+                                const std::vector<Value>& values) {
+    const std::string full = member(type, method.name);
+    return invoke(describedOverload(*this, findSharedMethods(type, method.name), full, method, values),
+                  nullptr, values);
 }
 
 Value Core::getProperty(ObjectHandle& object, std::string_view name) {

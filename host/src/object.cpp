@@ -95,6 +95,12 @@ Value Object::callWith(std::string_view method, const std::vector<Value>& values
     return core->call(handle, method, values);
 }
 
+Value Object::callDescribed(const MethodDescription& method, const std::vector<Value>& values) {
+    ObjectHandle& handle = handleOf(core_, handle_);
+    const std::shared_ptr<Core> core = core_;
+    return core->callDescribed(handle, method, values);
+}
+
 Value Object::get(std::string_view property) const {
     ObjectHandle& handle = handleOf(core_, handle_);
     return core_->getProperty(handle, property);

@@ -127,6 +127,11 @@ Value Runtime::callSharedWith(std::string_view className, std::string_view metho
     return core_->callShared(requireClass(*core_, className), method, values);
 }
 
+Value Runtime::callSharedDescribed(std::string_view className, const MethodDescription& method,
+                                   const std::vector<Value>& values) {
+    return core_->callSharedDescribed(requireClass(*core_, className), method, values);
+}
+
 std::string Runtime::constant(std::string_view className, std::string_view name) const {
     const HostClass& type = requireClass(*core_, className);
     const Constant* constant = findConstant(type, name);

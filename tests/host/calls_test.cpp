@@ -124,6 +124,26 @@ TEST_F(Calls, OverloadsAreToldApartByTheirArguments) {
                 ThrowsMessage<CallError>(HasSubstr("more than one")));
 }
 
+TEST_F(Calls, AMethodIsCalledAsItIsDescribed) {
+    const auto describe = [](const char* type) {
+        return MethodDescription{.name = "describe", .parameters = {{.name = "it", .type = {.name = type}}}};
+    };
+    EXPECT_EQ(widget.callDescribed(describe("String"), {nullptr}).asText(), "string ");
+    EXPECT_EQ(widget.callDescribed(describe("widget"), {nullptr}).asText(), "nil");
+    EXPECT_EQ(widget.callDescribed(describe("Integer"), {3}).asText(), "integer 3");
+    EXPECT_EQ(runtime.create("Gadget").callDescribed(describe("String"), {"x"}).asText(), "gadget x");
+    EXPECT_THAT([&] { widget.callDescribed(describe("Double"), {3}); },
+                ThrowsMessage<CallError>(HasSubstr("declared as describe(it as Double)")));
+    EXPECT_THAT([&] { widget.callDescribed(describe("Integer"), {"3"}); },
+                ThrowsMessage<CallError>(HasSubstr("describe(String) doesn't fit describe(it as Integer)")));
+    EXPECT_THAT([&] { widget.callDescribed(describe("Integer"), {}); },
+                ThrowsMessage<CallError>(HasSubstr("doesn't fit")));
+    EXPECT_THAT([&] { widget.callDescribed({.name = "Hidden"}, {}); },
+                ThrowsMessage<CallError>(HasSubstr("can't be called by host code")));
+    EXPECT_THAT([&] { Object().callDescribed(describe("String"), {nullptr}); },
+                ThrowsMessage<CallError>(HasSubstr("nil")));
+}
+
 TEST_F(Calls, ReferencesAreReadAndReplaced) {
     Value other = runtime.create("Widget");
     EXPECT_TRUE(widget.call("Replace", ByRef{&other}).asBool());
@@ -152,6 +172,9 @@ TEST_F(Calls, MethodNotMeantForHostCodeSaysSo) {
 TEST_F(Calls, SharedMethodsNeedNoObject) {
     const Object made = runtime.callShared("Widget", "Make", "fresh").asObject();
     EXPECT_EQ(made.get("Title").asText(), "fresh");
+    const MethodDescription make = runtime.describeClasses().at(0).sharedMethods.at(1);
+    const Object other = runtime.callSharedDescribed("Widget", make, {"fresher"}).asObject();
+    EXPECT_EQ(other.get("Title").asText(), "fresher");
 }
 
 TEST_F(Calls, ConstantsAreText) {

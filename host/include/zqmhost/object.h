@@ -15,6 +15,7 @@ namespace zqm::host {
 class Arguments;
 class Core;
 class Value;
+struct MethodDescription;
 
 using EventHandler = std::function<void(const Arguments&)>;
 
@@ -59,6 +60,9 @@ public:
     template <typename... Values>
     Value call(std::string_view method, Values&&... values);
     Value callWith(std::string_view method, const std::vector<Value>& values);
+    // Calls the method that is described, of the overload with those types of parameters, whatever others the
+    // arguments fit too.
+    Value callDescribed(const MethodDescription& method, const std::vector<Value>& values);
 
     // What the property's getter answers, and what its setter is given.
     Value get(std::string_view property) const;

@@ -88,6 +88,9 @@ public:
     }
     Value callSharedWith(std::string_view className, std::string_view method,
                          const std::vector<Value>& values);
+    // As Object::callDescribed().
+    Value callSharedDescribed(std::string_view className, const MethodDescription& method,
+                              const std::vector<Value>& values);
     std::string constant(std::string_view className, std::string_view name) const;
 
     // A class of the host program's own. Throws CallError.
