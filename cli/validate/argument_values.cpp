@@ -1,8 +1,9 @@
 #include "cli/validate/argument_values.h"
 
+#include "cli/validate/passed_arguments.h"
+
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
 #include <limits>
 #include <optional>
@@ -19,12 +20,9 @@ using host::Value;
 constexpr std::size_t kManyWords = 4096;
 constexpr std::size_t kLongText = 20'000;
 constexpr std::size_t kLongArray = 1'000;
-
-bool sameName(std::string_view one, std::string_view other) {
-    return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {
-        return std::tolower(left) == std::tolower(right);
-    });
-}
+// An object may need others to be made, and these others; those behind that are nil.
+constexpr int kDeepest = 3;
+constexpr std::string_view kFileScheme = "file://";
 
 // What a value of each type is made of; those that are not here are classes.
 enum class Kind { Boolean, Int32, UInt32, Integer, Single, Double, String, Text, Variant, Ptr, Object };
@@ -114,13 +112,32 @@ std::string repeated(std::string_view text, std::size_t count) {
 
 } // namespace
 
-ArgumentValues::ArgumentValues(host::Runtime& runtime, std::uint64_t seed)
-    : runtime_(&runtime), random_(seed), folder_(std::filesystem::current_path().string()) {}
+ArgumentValues::ArgumentValues(host::Runtime& runtime, const PluginClasses& classes, std::uint64_t seed)
+    : runtime_(&runtime), classes_(&classes), random_(seed),
+      folder_(std::filesystem::current_path().string()) {}
 
 void ArgumentValues::learn(std::string text) {
-    if (words_.size() < kManyWords && std::ranges::find(words_, text) == words_.end()) {
+    if (words_.size() < kManyWords && !mayBeElsewhere(text) &&
+        std::ranges::find(words_, text) == words_.end()) {
         words_.push_back(std::move(text));
     }
+}
+
+bool ArgumentValues::mayBeElsewhere(std::string_view path) const {
+    if (path.starts_with(kFileScheme)) {
+        path.remove_prefix(kFileScheme.size());
+    }
+    const std::string inside = folder_ + '/';
+    const bool isInside = path.starts_with(inside);
+    path.remove_prefix(isInside ? inside.size() : 0);
+    return (!isInside && path.find('/') != std::string_view::npos) ||
+           path.find("..") != std::string_view::npos || path.find('~') != std::string_view::npos;
+}
+
+// Numbers are drawn one after the other, never two in one call's arguments: compilers differ in which comes
+// first.
+std::string ArgumentValues::fileName() {
+    return folder_ + "/file" + std::to_string(below(4)) + ".wav";
 }
 
 std::string ArgumentValues::text() {
@@ -131,7 +148,7 @@ std::string ArgumentValues::text() {
     case 0:
         return kTexts[below(kTexts.size())];
     case 1:
-        return "file://" + folder_ + "/file" + std::to_string(below(4)) + ".wav";
+        return std::string(kFileScheme) + fileName();
     default:
         return oneOf(words_);
     }
@@ -141,19 +158,25 @@ Value ArgumentValues::object(const std::string& className) {
     if (sameName(className, "Dictionary")) {
         host::Dictionary dictionary = runtime_->dictionary();
         for (std::size_t count = below(4); count > 0; --count) {
-            dictionary.setValue(text(), ordinary({.name = below(2) == 0 ? "String" : "Integer"}));
+            const std::string key = text();
+            const char* held = below(2) == 0 ? "String" : "Integer";
+            dictionary.setValue(key, ordinary({.name = held}));
         }
         return Object(dictionary);
     }
     if (sameName(className, "Date")) {
-        return runtime_->date(1970 + static_cast<std::int64_t>(below(80)),
-                              1 + static_cast<std::int64_t>(below(12)));
+        const auto year = static_cast<std::int64_t>(1970 + below(80));
+        const auto month = static_cast<std::int64_t>(1 + below(12));
+        return runtime_->date(year, month);
     }
     if (sameName(className, "MemoryBlock")) {
         return Object(runtime_->memoryBlock(text()));
     }
     if (sameName(className, "FolderItem")) {
-        return Object(runtime_->folderItem(folder_ + "/file" + std::to_string(below(4)) + ".wav"));
+        return Object(runtime_->folderItem(fileName()));
+    }
+    if (const host::ClassDescription* type = classes_->find(className)) {
+        return constructed(*type);
     }
     try {
         Object object = runtime_->create(className);
@@ -165,6 +188,44 @@ Value ArgumentValues::object(const std::string& className) {
         return runtime_->create(className);
     } catch (const host::Error&) {
         return Object(); // a class of another plugin
+    }
+}
+
+Object ArgumentValues::constructed(const host::ClassDescription& type) {
+    if (depth_ == kDeepest) {
+        return {};
+    }
+    const PluginClasses::Methods constructors = classes_->constructorsOf(type);
+    if (constructors.empty()) {
+        try {
+            return runtime_->create(type.name);
+        } catch (const host::Error&) {
+            return {};
+        }
+    }
+    const std::size_t first = below(constructors.size());
+    for (std::size_t index = 0; index < constructors.size(); ++index) {
+        Object made = constructedBy(constructors[(first + index) % constructors.size()], type);
+        if (!made.isNull()) {
+            return made;
+        }
+    }
+    return {};
+}
+
+// Nil when it raises: a program has no such object.
+Object ArgumentValues::constructedBy(const host::MethodDescription& constructor,
+                                     const host::ClassDescription& type) {
+    ++depth_;
+    const std::vector<Value> chosen = ordinaryFor(constructor);
+    --depth_;
+    try {
+        const PassedArguments arguments(constructor, chosen);
+        Object object = runtime_->create(type.name);
+        object.callDescribed(constructor, arguments.values());
+        return object;
+    } catch (const host::Error&) {
+        return {};
     }
 }
 
@@ -200,7 +261,8 @@ Value ArgumentValues::ordinary(const TypeDescription& type) {
         return runtime_->text(text());
     case Kind::Variant: {
         static constexpr std::array kHeld{"String", "Integer", "Double", "Boolean", "Dictionary", "Date"};
-        return runtime_->variant(ordinary({.name = kHeld[below(kHeld.size())]}));
+        const char* held = kHeld[below(kHeld.size())];
+        return runtime_->variant(ordinary({.name = held}));
     }
     case Kind::Ptr:
         return 0; // where else to is the plugin's own matter
@@ -208,6 +270,14 @@ Value ArgumentValues::ordinary(const TypeDescription& type) {
         break;
     }
     return object(type.name);
+}
+
+std::vector<Value> ArgumentValues::ordinaryFor(const host::MethodDescription& method) {
+    std::vector<Value> values;
+    for (const host::ParameterDescription& parameter : method.parameters) {
+        values.push_back(ordinary(parameter.type));
+    }
+    return values;
 }
 
 std::vector<Value> ArgumentValues::extremes(const TypeDescription& type) {

@@ -2,13 +2,15 @@
 
 #pragma once
 
+#include "cli/validate/plugin_classes.h"
+
 #include <zqmhost/zqmhost.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zqm::cli {
@@ -16,13 +18,18 @@ namespace zqm::cli {
 // The same seed makes the same values. Files are named in the working folder only.
 class ArgumentValues {
 public:
-    ArgumentValues(host::Runtime& runtime, std::uint64_t seed);
+    // The classes must outlive it.
+    ArgumentValues(host::Runtime& runtime, const PluginClasses& classes, std::uint64_t seed);
 
-    // A text that the plugin itself told, as the name of something, which its members may know.
+    // A text that the plugin itself told, as the name of something, which its members may know. One that
+    // could be the path of a file outside of the working folder is not taken: a member may delete what it is
+    // given.
     void learn(std::string text);
 
-    // What a program would pass. Never nil where the type has anything else.
+    // What a program would pass. Nil only where there is nothing else: an object has been made by a
+    // "Constructor" of its class, if it declares one.
     host::Value ordinary(const host::TypeDescription& type);
+    std::vector<host::Value> ordinaryFor(const host::MethodDescription& method);
     // Nil, and what lies at the ends of the type: the smallest and the largest, the empty and the long, what
     // is no text in its encoding.
     std::vector<host::Value> extremes(const host::TypeDescription& type);
@@ -36,13 +43,20 @@ public:
 
 private:
     host::Value object(const std::string& className);
+    host::Object constructed(const host::ClassDescription& type);
+    host::Object constructedBy(const host::MethodDescription& constructor,
+                               const host::ClassDescription& type);
     host::Value array(const host::TypeDescription& type, std::size_t size);
     std::string text();
+    std::string fileName();
+    bool mayBeElsewhere(std::string_view path) const;
 
     host::Runtime* runtime_;
+    const PluginClasses* classes_;
     std::mt19937_64 random_;
     std::vector<std::string> words_;
     std::string folder_;
+    int depth_ = 0; // of objects that are made for the "Constructor" of another
 };
 
 } // namespace zqm::cli

@@ -48,7 +48,7 @@ std::span<const Check> checks() {
         Check{.name = "refused",
               .summary = "lives without each of the host's services",
               .run = checkRefused,
-              .needs = "members"},
+              .needs = "arguments"},
         Check{.name = "refused-sets",
               .summary = "lives without sets of the host's services, chosen by chance",
               .run = checkRefusedSets,

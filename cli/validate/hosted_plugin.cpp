@@ -5,17 +5,37 @@
 
 namespace zqm::cli {
 
-HostedPlugin::HostedPlugin(const Subject& subject, Findings& findings, const host::Options& options)
+namespace {
+
+void moveIn(const std::string& folder) {
+    std::filesystem::current_path(folder);
+    // NOLINTBEGIN(concurrency-mt-unsafe): one thread
+    setenv("HOME", folder.c_str(), 1);
+    setenv("TMPDIR", folder.c_str(), 1);
+    // Without them all these are in the home.
+    for (const char* variable : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+        unsetenv(variable);
+    }
+    setenv("PULSE_SERVER", "unix:/nonexistent/sound-server", 1);
+    // NOLINTEND(concurrency-mt-unsafe)
+}
+
+} // namespace
+
+HostedPlugin::HostedPlugin(const Subject& subject, Findings& findings, const host::Options& options,
+                           const std::function<void(host::Runtime&)>& prepare)
     : subject_(subject), findings_(findings), runtime_(options) {
+    prepare(runtime_);
     findings_.at("loading");
     runtime_.load(subject.library);
     runtime_.clearReports();
 }
 
-void HostedPlugin::live(LifePlan plan, std::uint64_t number) {
+std::vector<std::string> HostedPlugin::live(LifePlan plan, std::uint64_t number) {
     PluginLife life(runtime_, subject_.seed + number, plan,
                     [&](const std::string& what) { findings_.at(what); });
     life.live();
+    return life.uncalled();
 }
 
 Verdict tryApart(const Subject& subject, Findings& findings, std::string_view step,
@@ -25,8 +45,7 @@ Verdict tryApart(const Subject& subject, Findings& findings, std::string_view st
         [&](Findings& found) {
             Subject there = subject;
             there.library = std::filesystem::absolute(subject.library).string();
-            std::filesystem::current_path(subject.folder);
-            setenv("PULSE_SERVER", "unix:/nonexistent/sound-server", 1); // NOLINT(concurrency-mt-unsafe)
+            moveIn(subject.folder);
             work(there, found);
         },
         most);

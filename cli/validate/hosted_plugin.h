@@ -11,16 +11,21 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zqm::cli {
 
 class HostedPlugin {
 public:
-    // Loads it. What the host reports of that is forgotten: it is another check's matter.
-    HostedPlugin(const Subject& subject, Findings& findings, const host::Options& options = {});
+    // Loads it, in a host that was prepared so. What the host reports of that is forgotten: it is another
+    // check's matter.
+    HostedPlugin(
+        const Subject& subject, Findings& findings, const host::Options& options = {},
+        const std::function<void(host::Runtime&)>& prepare = [](host::Runtime&) {});
 
-    // One life of it, that of this number: the same for the same seed and number.
-    void live(LifePlan plan = {}, std::uint64_t number = 0);
+    // One life of it, that of this number: the same for the same seed and number. Answers the members that
+    // could not be called, as PluginLife tells them.
+    std::vector<std::string> live(LifePlan plan = {}, std::uint64_t number = 0);
 
     host::Runtime& runtime() { return runtime_; }
 
@@ -30,8 +35,9 @@ private:
     host::Runtime runtime_;
 };
 
-// Does this apart, with a library of an absolute path, in the folder for what the plugin writes. Nothing is
-// to be heard of it, and it listens to nobody.
+// Does this apart, with a library of an absolute path, in the folder for what the plugin writes, which is
+// also the user's home and the place for temporary files there. Nothing is to be heard of it, and it listens
+// to nobody.
 Verdict tryApart(const Subject& subject, Findings& findings, std::string_view step,
                  const std::function<void(const Subject&, Findings&)>& work, Verdict most = Verdict::Crash);
 

@@ -1,9 +1,8 @@
 #include "cli/validate/plugin_life.h"
 
-#include <algorithm>
-#include <cctype>
-#include <deque>
-#include <string_view>
+#include "cli/validate/passed_arguments.h"
+
+#include <iterator>
 #include <utility>
 
 namespace zqm::cli {
@@ -18,12 +17,6 @@ constexpr int kExtremeMixtures = 4;
 constexpr std::size_t kMostFound = 8;
 constexpr host::Seconds kTimeForEvents{0.002};
 
-bool sameName(std::string_view one, std::string_view other) {
-    return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {
-        return std::tolower(left) == std::tolower(right);
-    });
-}
-
 bool isOfLife(const host::MethodDescription& method) {
     return sameName(method.name, "Constructor") || sameName(method.name, "Destructor");
 }
@@ -32,158 +25,202 @@ bool isOfLife(const host::MethodDescription& method) {
 
 PluginLife::PluginLife(host::Runtime& runtime, std::uint64_t seed, LifePlan plan, Told told)
     : runtime_(&runtime), plan_(plan), told_(std::move(told)), classes_(runtime.describeClasses()),
-      values_(runtime, seed) {}
+      values_(runtime, classes_, seed) {}
 
 void PluginLife::live() {
-    for (const host::ClassDescription& type : classes_) {
+    for (const host::ClassDescription& type : classes_.all()) {
         of_ = type.name;
-        for (const host::MethodDescription& method : type.sharedMethods) {
-            useMethod(method, [&](const std::vector<Value>& arguments) {
-                return runtime_->callSharedWith(type.name, method.name, arguments);
+        liveClass(type);
+    }
+    liveFoundObjects();
+    attempt("run loop", [&] { runtime_->runFor(kTimeForEvents); });
+    runtime_->takeRaised();
+}
+
+void PluginLife::liveClass(const host::ClassDescription& type) {
+    for (const host::MethodDescription& method : type.sharedMethods) {
+        if (method.isCallable) {
+            useMethod(method, [&](const Arguments& arguments) {
+                return runtime_->callSharedDescribed(type.name, method, arguments);
             });
         }
-        const Methods constructors = plan_.constructed ? constructorsOf(type) : Methods();
-        for (const host::MethodDescription& constructor : constructors) {
-            liveObject(type, &constructor);
-        }
-        if (constructors.empty()) {
-            liveObject(type, nullptr);
+    }
+    const PluginClasses::Methods constructors =
+        plan_.constructed ? classes_.constructorsOf(type) : PluginClasses::Methods();
+    if (constructors.empty()) {
+        liveObject(type, [&](Object& object) { useMembers(type, object); });
+    }
+    for (const host::MethodDescription& constructor : constructors) {
+        liveObject(type, [&](Object& object) {
+            construct(constructor, object, ordinaryFor(constructor));
+            useMembers(type, object);
+        });
+        if (plan_.extreme) {
+            withExtremes(constructor, [&](const Arguments& arguments) {
+                liveObject(type, [&](Object& object) {
+                    construct(constructor, object, arguments);
+                    readProperties(type, object);
+                });
+            });
         }
     }
+}
+
+void PluginLife::liveObject(const host::ClassDescription& type, const std::function<void(Object&)>& use) {
+    const std::string making = "a new " + type.name;
+    told_(making);
+    Object object;
+    try {
+        object = runtime_->create(type.name);
+        called_.insert(making);
+    } catch (const host::Error& error) {
+        failed_[making] = error.what();
+        return;
+    }
+    for (const host::ClassDescription* one : classes_.lineOf(type)) {
+        for (const host::EventDescription& event : one->events) {
+            object.on(event.name, [](const host::Arguments&) {});
+        }
+    }
+    use(object);
+    attempt("events of " + type.name, [&] { runtime_->runFor(kTimeForEvents); });
+    attempt("the end of a " + type.name, [&] { object.reset(); });
+}
+
+void PluginLife::liveFoundObjects() {
     for (Object& object : std::exchange(found_, {})) {
-        const auto type = std::ranges::find_if(classes_, [&](const host::ClassDescription& one) {
-            return sameName(one.name, object.className());
-        });
-        if (type != classes_.end()) {
+        if (const host::ClassDescription* type = classes_.find(object.className())) {
             of_ = type->name;
             useMembers(*type, object);
         }
     }
     found_.clear();
-    attempt("run loop", [&] { runtime_->runFor(kTimeForEvents); });
-    runtime_->takeRaised();
 }
 
-void PluginLife::liveObject(const host::ClassDescription& type, const host::MethodDescription* constructor) {
-    Object object;
-    attempt("a new " + type.name, [&] { object = runtime_->create(type.name); });
-    if (object.isNull()) {
-        return;
-    }
-    for (const host::ClassDescription* one : lineOf(type)) {
-        for (const host::EventDescription& event : one->events) {
-            object.on(event.name, [](const host::Arguments&) {});
-        }
-    }
-    if (constructor != nullptr) {
-        std::vector<Value> arguments;
-        for (const host::ParameterDescription& parameter : constructor->parameters) {
-            arguments.push_back(values_.ordinary(parameter.type));
-        }
-        call(*constructor, arguments,
-             [&](const std::vector<Value>& chosen) { return object.callWith(constructor->name, chosen); });
-    }
-    useMembers(type, object);
-    attempt("events of " + type.name, [&] { runtime_->runFor(kTimeForEvents); });
-    attempt("the end of a " + type.name, [&] { object.reset(); });
+void PluginLife::construct(const host::MethodDescription& constructor, Object& object,
+                           const Arguments& arguments) {
+    call(constructor, arguments,
+         [&](const Arguments& passed) { return object.callDescribed(constructor, passed); });
 }
 
 void PluginLife::useMembers(const host::ClassDescription& type, Object& object) {
-    for (const host::ClassDescription* one : lineOf(type)) {
+    for (const host::ClassDescription* one : classes_.lineOf(type)) {
         for (const host::PropertyDescription& property : one->properties) {
             useProperty(property, object);
         }
         for (const host::MethodDescription& method : one->methods) {
             if (!isOfLife(method) && method.isCallable) {
-                useMethod(method, [&](const std::vector<Value>& arguments) {
-                    return object.callWith(method.name, arguments);
+                useMethod(method, [&](const Arguments& arguments) {
+                    return object.callDescribed(method, arguments);
                 });
             }
         }
     }
 }
 
-void PluginLife::useProperty(const host::PropertyDescription& property, Object& object) {
-    const std::string name = of_ + "." + property.name;
-    const auto get = [&] {
-        if (property.isReadable) {
-            attempt(name, [&] { take(object.get(property.name)); });
+void PluginLife::readProperties(const host::ClassDescription& type, Object& object) {
+    for (const host::ClassDescription* one : classes_.lineOf(type)) {
+        for (const host::PropertyDescription& property : one->properties) {
+            readProperty(property, object);
         }
-    };
-    get();
+    }
+}
+
+void PluginLife::readProperty(const host::PropertyDescription& property, Object& object) {
+    if (property.isReadable) {
+        attempt(of_ + "." + property.name, [&] { take(object.get(property.name)); });
+    }
+}
+
+void PluginLife::useProperty(const host::PropertyDescription& property, Object& object) {
+    readProperty(property, object);
     if (!property.isWritable) {
         return;
     }
+    const std::string setting = of_ + "." + property.name + " =";
+    told_("values for " + of_ + "." + property.name);
     std::vector<Value> values{values_.ordinary(property.type)};
     if (plan_.extreme) {
         std::ranges::move(values_.extremes(property.type), std::back_inserter(values));
     }
     for (std::size_t index = 0; index < values.size(); ++index) {
         const std::string which = index == 0 ? "an ordinary value" : "extreme value " + std::to_string(index);
-        attempt(name + " = " + which, [&] { object.set(property.name, values[index]); });
-        get();
+        attempt(setting, setting + " " + which, [&] { object.set(property.name, values[index]); });
+        readProperty(property, object);
     }
 }
 
 void PluginLife::useMethod(const host::MethodDescription& method, const Perform& perform) {
-    const auto ordinary = [&] {
-        std::vector<Value> values;
-        for (const host::ParameterDescription& parameter : method.parameters) {
-            values.push_back(values_.ordinary(parameter.type));
-        }
-        return values;
-    };
     const int choices = method.parameters.empty() ? 1 : kChoices;
     for (int choice = 0; choice < choices; ++choice) {
-        call(method, ordinary(), perform);
+        call(method, ordinaryFor(method), perform);
     }
-    if (!plan_.extreme) {
-        return;
+    if (plan_.extreme) {
+        withExtremes(method, [&](const Arguments& arguments) { call(method, arguments, perform); });
     }
-    std::vector<std::vector<Value>> extremes;
+}
+
+void PluginLife::withExtremes(const host::MethodDescription& method,
+                              const std::function<void(const Arguments&)>& use) {
+    told_("arguments of " + nameOf(method));
+    std::vector<Arguments> extremes;
     for (const host::ParameterDescription& parameter : method.parameters) {
         extremes.push_back(values_.extremes(parameter.type));
     }
     for (std::size_t index = 0; index < extremes.size(); ++index) {
         for (const Value& value : extremes[index]) {
-            std::vector<Value> arguments = ordinary();
+            Arguments arguments = ordinaryFor(method);
             arguments[index] = value;
-            call(method, arguments, perform);
+            use(arguments);
         }
     }
     for (int mixture = 0; mixture < kExtremeMixtures && extremes.size() > 1; ++mixture) {
-        std::vector<Value> arguments;
-        for (const std::vector<Value>& values : extremes) {
+        Arguments arguments;
+        for (const Arguments& values : extremes) {
             arguments.push_back(values_.oneOf(values));
         }
-        call(method, arguments, perform);
+        use(arguments);
     }
 }
 
-void PluginLife::call(const host::MethodDescription& method, const std::vector<Value>& chosen,
-                      const Perform& perform) {
-    std::deque<Value> slots; // never moved: they are passed by reference
-    std::vector<Value> arguments;
-    for (std::size_t index = 0; index < chosen.size(); ++index) {
-        if (method.parameters[index].byRef) {
-            arguments.emplace_back(host::ByRef{&slots.emplace_back(chosen[index])});
-        } else {
-            arguments.push_back(chosen[index]);
-        }
+// Making them calls the plugin too.
+PluginLife::Arguments PluginLife::ordinaryFor(const host::MethodDescription& method) {
+    if (!method.parameters.empty()) {
+        told_("arguments of " + nameOf(method));
     }
-    attempt(of_ + "." + declaration(method), [&] { take(perform(arguments)); });
-    for (const Value& slot : slots) {
+    return values_.ordinaryFor(method);
+}
+
+void PluginLife::call(const host::MethodDescription& method, const Arguments& chosen,
+                      const Perform& perform) {
+    const PassedArguments arguments(method, chosen);
+    attempt(nameOf(method), [&] { take(perform(arguments.values())); });
+    for (const Value& slot : arguments.slots()) {
         take(slot);
     }
 }
 
-void PluginLife::attempt(const std::string& what, const std::function<void()>& action) {
+void PluginLife::attempt(const std::string& member, const std::string& what,
+                         const std::function<void()>& action) {
     told_(what);
     try {
         action();
-    } catch (
-        const host::Error&) { // NOLINT(bugprone-empty-catch): raised, or a call that no program could make
+        called_.insert(member);
+    } catch (const host::HostException&) {
+        called_.insert(member);
+    } catch (const host::Error& error) {
+        failed_[member] = error.what();
     }
+}
+
+std::vector<std::string> PluginLife::uncalled() const {
+    std::vector<std::string> lines;
+    for (const auto& [member, cause] : failed_) {
+        if (!called_.contains(member)) {
+            lines.push_back(member + ": " + cause);
+        }
+    }
+    return lines;
 }
 
 void PluginLife::take(const Value& answer) {
@@ -201,28 +238,8 @@ void PluginLife::take(const Value& answer) {
     }
 }
 
-std::vector<const host::ClassDescription*> PluginLife::lineOf(const host::ClassDescription& type) const {
-    std::vector<const host::ClassDescription*> line;
-    const host::ClassDescription* one = &type;
-    while (one != nullptr && std::ranges::find(line, one) == line.end()) {
-        line.push_back(one);
-        const auto super = std::ranges::find_if(classes_, [&](const host::ClassDescription& other) {
-            return !one->super.empty() && sameName(other.name, one->super);
-        });
-        one = super == classes_.end() ? nullptr : &*super;
-    }
-    return line;
-}
-
-PluginLife::Methods PluginLife::constructorsOf(const host::ClassDescription& type) const {
-    Methods constructors;
-    for (const host::ClassDescription* one : lineOf(type)) {
-        std::ranges::copy_if(one->methods, std::back_inserter(constructors),
-                             [](const host::MethodDescription& method) {
-                                 return sameName(method.name, "Constructor") && method.isCallable;
-                             });
-    }
-    return constructors;
+std::string PluginLife::nameOf(const host::MethodDescription& method) const {
+    return of_ + "." + declaration(method);
 }
 
 } // namespace zqm::cli

@@ -4,11 +4,14 @@
 #pragma once
 
 #include "cli/validate/argument_values.h"
+#include "cli/validate/plugin_classes.h"
 
 #include <zqmhost/zqmhost.h>
 
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -30,30 +33,46 @@ public:
     // Once. What the plugin raises is host programs' matter.
     void live();
 
-private:
-    using Methods = std::vector<host::MethodDescription>;
-    using Perform = std::function<host::Value(const std::vector<host::Value>&)>;
+    // The members that it was to call and could not, not once, a line for each with the cause.
+    std::vector<std::string> uncalled() const;
 
-    void liveObject(const host::ClassDescription& type, const host::MethodDescription* constructor);
+private:
+    using Arguments = std::vector<host::Value>;
+    using Perform = std::function<host::Value(const Arguments&)>;
+
+    void liveClass(const host::ClassDescription& type);
+    // A new object, which is used so and let go.
+    void liveObject(const host::ClassDescription& type, const std::function<void(host::Object&)>& use);
+    void liveFoundObjects();
+    void construct(const host::MethodDescription& constructor, host::Object& object,
+                   const Arguments& arguments);
     void useMembers(const host::ClassDescription& type, host::Object& object);
+    void readProperties(const host::ClassDescription& type, host::Object& object);
+    void readProperty(const host::PropertyDescription& property, host::Object& object);
     void useProperty(const host::PropertyDescription& property, host::Object& object);
     // With values for its parameters, in all the ways that the plan wants.
     void useMethod(const host::MethodDescription& method, const Perform& perform);
-    void call(const host::MethodDescription& method, const std::vector<host::Value>& chosen,
-              const Perform& perform);
-    void attempt(const std::string& what, const std::function<void()>& action);
+    void withExtremes(const host::MethodDescription& method,
+                      const std::function<void(const Arguments&)>& use);
+    Arguments ordinaryFor(const host::MethodDescription& method);
+    void call(const host::MethodDescription& method, const Arguments& chosen, const Perform& perform);
+    // Of a member, which is called so.
+    void attempt(const std::string& member, const std::string& what, const std::function<void()>& action);
+    void attempt(const std::string& what, const std::function<void()>& action) {
+        attempt(what, what, action);
+    }
     void take(const host::Value& answer);
-    // The class and those above it that are the plugin's.
-    std::vector<const host::ClassDescription*> lineOf(const host::ClassDescription& type) const;
-    Methods constructorsOf(const host::ClassDescription& type) const;
+    std::string nameOf(const host::MethodDescription& method) const;
 
     host::Runtime* runtime_;
     LifePlan plan_;
     Told told_;
-    std::vector<host::ClassDescription> classes_;
+    PluginClasses classes_;
     ArgumentValues values_;
     std::vector<host::Object> found_; // what members answered, to be looked at in its turn
     std::string of_;                  // the class whose members are called
+    std::set<std::string> called_;
+    std::map<std::string, std::string> failed_; // why the last call of a member could not be made
 };
 
 } // namespace zqm::cli

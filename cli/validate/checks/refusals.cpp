@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <random>
+#include <ranges>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,71 +32,127 @@ std::vector<std::string> refusable() {
     return names;
 }
 
-// Memory that this process shares with those that it starts.
-class SharedFlags {
+// In which host the plugin is, and what is done with it.
+struct Situation {
+    HostVersion host;
+    LifePlan plan = {};
+};
+
+// What that host doesn't do.
+struct Fault {
+    std::vector<std::string> refused = {};
+    std::string failing = {}; // a service, whose nth call fails
+    std::size_t nth = 0;      // 0: none does
+};
+
+// How a service is used, from the loading of the plugin on.
+struct Use {
+    std::size_t lookups = 0;
+    std::size_t calls = 0;
+};
+
+// Of each service that can be refused, in memory that this process shares with those that it starts.
+class SharedUses {
 public:
-    explicit SharedFlags(std::size_t size)
-        : size_(size),
-          memory_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
+    explicit SharedUses(std::vector<std::string> names)
+        : names_(std::move(names)),
+          memory_(mmap(nullptr, size(), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
         if (memory_ == MAP_FAILED) {
             throw Failure("no memory to share");
         }
     }
-    SharedFlags(const SharedFlags&) = delete;
-    SharedFlags& operator=(const SharedFlags&) = delete;
-    ~SharedFlags() { munmap(memory_, size_); }
+    SharedUses(const SharedUses&) = delete;
+    SharedUses& operator=(const SharedUses&) = delete;
+    ~SharedUses() { munmap(memory_, size()); }
 
-    bool& operator[](std::size_t index) { return static_cast<bool*>(memory_)[index]; }
+    void note(const host::EntryPointControl& control) {
+        for (std::size_t index = 0; index < names_.size(); ++index) {
+            uses()[index] = {control.lookups(names_[index]), control.calls(names_[index])};
+        }
+    }
+
+    std::vector<std::pair<std::string, Use>> all() const {
+        std::vector<std::pair<std::string, Use>> all;
+        for (std::size_t index = 0; index < names_.size(); ++index) {
+            all.emplace_back(names_[index], uses()[index]);
+        }
+        return all;
+    }
 
 private:
-    std::size_t size_;
+    std::size_t size() const { return names_.size() * sizeof(Use); }
+    Use* uses() const { return static_cast<Use*>(memory_); }
+
+    std::vector<std::string> names_;
     void* memory_;
 };
 
-// The services that the plugin asks for. The others can't be missed.
-std::vector<std::string> usedEntryPoints(const Subject& subject, Findings& findings) {
-    const std::vector<std::string> names = refusable();
-    SharedFlags used(names.size());
-    tryApart(subject, findings, "with all services", [&](const Subject& there, Findings& found) {
-        HostedPlugin plugin(there, found);
-        plugin.live();
-        const host::EntryPointControl control = plugin.runtime().entryPoints();
-        for (std::size_t index = 0; index < names.size(); ++index) {
-            used[index] = control.lookups(names[index]) > 0;
-        }
-    });
-    std::vector<std::string> result;
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        if (used[index]) {
-            result.push_back(names[index]);
-        }
-    }
-    return result;
+struct Trial {
+    Verdict verdict;
+    std::vector<std::pair<std::string, Use>> uses; // of each service; none where it could not be lived
+};
+
+bool canRegister(const Fault& fault) {
+    return fault.failing != kRegister && std::ranges::find(fault.refused, kRegister) == fault.refused.end();
 }
 
-void liveWithout(const Subject& subject, Findings& findings, const host::Options& options) {
-    const bool canRegister = std::ranges::find(options.refused, kRegister) == options.refused.end();
-    try {
-        HostedPlugin(subject, findings, options).live();
-    } catch (const host::LoadError& error) {
-        if (canRegister) {
-            findings.warn(error.what());
+// One life of the plugin, with the fault from its loading on.
+Trial tryLife(const Subject& subject, Findings& findings, std::string_view step, const Situation& situation,
+              const Fault& fault) {
+    SharedUses uses(refusable());
+    const Verdict verdict = tryApart(subject, findings, step, [&](const Subject& there, Findings& found) {
+        const host::Options options{.version = situation.host.version, .refused = fault.refused};
+        try {
+            HostedPlugin plugin(there, found, options, [&](host::Runtime& runtime) {
+                if (fault.nth > 0) {
+                    runtime.entryPoints().failCall(fault.failing, fault.nth);
+                }
+            });
+            plugin.live(situation.plan);
+            uses.note(plugin.runtime().entryPoints());
+        } catch (const host::LoadError& error) {
+            if (canRegister(fault)) {
+                found.warn(error.what());
+            }
         }
-    }
+    });
+    return {verdict, uses.all()};
 }
 
-// Answers how often the service was called.
-std::size_t liveWithFailure(HostedPlugin& plugin, const Subject& subject, Findings& findings,
-                            const std::string& name, std::size_t nth) {
-    host::EntryPointControl control = plugin.runtime().entryPoints();
-    control.resetCounts();
-    control.failCall(name, nth);
-    PluginLife life(plugin.runtime(), subject.seed, {}, [&](const std::string& what) {
-        findings.at("failure of call " + std::to_string(nth) + ", " + what);
-    });
-    life.live();
-    control.failNone();
-    return control.calls(name);
+std::string nameOf(const Situation& situation) {
+    return nameOf(situation.host) + (situation.plan.extreme ? ", extreme arguments" : "");
+}
+
+std::vector<Situation> ordinarySituations() {
+    std::vector<Situation> situations;
+    for (const HostVersion& host : std::views::reverse(hostVersions())) {
+        situations.push_back({.host = host});
+    }
+    return situations;
+}
+
+// A service that the plugin uses, and the first situation in which it does.
+struct Service {
+    std::string name;
+    Situation situation;
+    std::size_t count;
+};
+
+// What it never uses can't be missed.
+std::vector<Service> servicesOf(const Subject& subject, Findings& findings, std::size_t Use::*count,
+                                const std::vector<Situation>& situations) {
+    std::vector<Service> services;
+    std::set<std::string> known;
+    for (const Situation& situation : situations) {
+        const Trial trial =
+            tryLife(subject, findings, "with all services, " + nameOf(situation), situation, {});
+        for (const auto& [name, use] : trial.uses) {
+            if (use.*count > 0 && known.insert(name).second) {
+                services.push_back({name, situation, use.*count});
+            }
+        }
+    }
+    return services;
 }
 
 std::string listOf(const std::vector<std::string>& names) {
@@ -104,13 +163,46 @@ std::string listOf(const std::vector<std::string>& names) {
     return list;
 }
 
+// The first few, and one of those behind them.
+std::vector<std::size_t> failingCalls(std::size_t calls, std::uint64_t seed) {
+    std::vector<std::size_t> failing;
+    for (std::size_t nth = 1; nth <= std::min(kFirstFailures, calls); ++nth) {
+        failing.push_back(nth);
+    }
+    if (calls > kFirstFailures) {
+        std::mt19937_64 random(seed);
+        failing.push_back(kFirstFailures + 1 + random() % (calls - kFirstFailures));
+    }
+    return failing;
+}
+
 } // namespace
 
+// What the plugin asks for only where another service is missing is refused there together with that one.
 void checkRefused(const Subject& subject, Findings& findings) {
-    for (const std::string& name : usedEntryPoints(subject, findings)) {
-        tryApart(subject, findings, "without " + name, [&](const Subject& there, Findings& found) {
-            liveWithout(there, found, {.refused = {name}});
-        });
+    struct Refusal {
+        std::vector<std::string> names;
+        Situation situation;
+    };
+    std::vector<Situation> situations = ordinarySituations();
+    situations.push_back({.host = hostVersions().back(), .plan = {.extreme = true}});
+    std::deque<Refusal> refusals;
+    std::set<std::string> known;
+    for (const Service& service : servicesOf(subject, findings, &Use::lookups, situations)) {
+        refusals.push_back({{service.name}, service.situation});
+        known.insert(service.name);
+    }
+    for (; !refusals.empty(); refusals.pop_front()) {
+        const auto& [names, situation] = refusals.front();
+        const Trial trial = tryLife(subject, findings, "without " + listOf(names) + ", " + nameOf(situation),
+                                    situation, {.refused = names});
+        for (const auto& [name, use] : trial.uses) {
+            if (use.lookups > 0 && known.insert(name).second) {
+                Refusal both = refusals.front();
+                both.names.push_back(name);
+                refusals.push_back(std::move(both));
+            }
+        }
     }
 }
 
@@ -119,7 +211,7 @@ void checkRefusedSets(const Subject& subject, Findings& findings) {
     const std::vector<std::string> names = refusable();
     for (int number = 0; number < kSets; ++number) {
         const unsigned chance = kChances[random() % kChances.size()];
-        const HostVersion& host = hostVersions()[random() % hostVersions().size()];
+        const Situation situation{.host = hostVersions()[random() % hostVersions().size()]};
         std::vector<std::string> refused;
         for (const std::string& name : names) {
             // Most sets leave something to use.
@@ -127,28 +219,25 @@ void checkRefusedSets(const Subject& subject, Findings& findings) {
                 refused.push_back(name);
             }
         }
-        tryApart(subject, findings,
-                 "set " + std::to_string(number + 1) + ", " + nameOf(host) + ", without " + listOf(refused),
-                 [&](const Subject& there, Findings& found) {
-                     liveWithout(there, found, {.version = host.version, .refused = refused});
-                 });
+        tryLife(subject, findings,
+                "set " + std::to_string(number + 1) + ", " + nameOf(situation) + ", without " +
+                    listOf(refused),
+                situation, {.refused = refused});
     }
 }
 
+// Each in a process of its own: what the plugin keeps of a call that succeeded it doesn't ask for again.
 void checkFailingCalls(const Subject& subject, Findings& findings) {
-    for (const std::string& name : usedEntryPoints(subject, findings)) {
-        tryApart(subject, findings, name, [&](const Subject& there, Findings& found) {
-            HostedPlugin plugin(there, found);
-            std::size_t calls = 0;
-            for (std::size_t nth = 1; nth <= std::min(kFirstFailures, calls + 1); ++nth) {
-                calls = liveWithFailure(plugin, there, found, name, nth);
+    for (const Service& service : servicesOf(subject, findings, &Use::calls, ordinarySituations())) {
+        for (const std::size_t nth : failingCalls(service.count, subject.seed)) {
+            const std::string step =
+                service.name + ", failure of call " + std::to_string(nth) + ", " + nameOf(service.situation);
+            const Trial trial =
+                tryLife(subject, findings, step, service.situation, {.failing = service.name, .nth = nth});
+            if (trial.verdict >= Verdict::Fail) {
+                break; // a hang would take all its time with each
             }
-            if (calls > kFirstFailures) {
-                std::mt19937_64 random(there.seed);
-                liveWithFailure(plugin, there, found, name,
-                                kFirstFailures + 1 + random() % (calls - kFirstFailures));
-            }
-        });
+        }
     }
 }
 

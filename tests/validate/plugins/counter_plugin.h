@@ -5,6 +5,7 @@
 
 #include "plugin/host_interface.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -135,6 +136,12 @@ REALobject twin(REALobject self) {
 
 REALstring usualTitle() {
     return makeString("the usual");
+}
+
+// Of any signature.
+template <typename Function>
+MethodFunction anyFunction(Function function) {
+    return std::bit_cast<void (*)(REALobject)>(function);
 }
 
 // ---- its tables, to which a fault may be done before they are registered

@@ -1,10 +1,11 @@
-// Takes the other service where one is missing, and never thinks of a host that lacks both.
+// Looks for two services to take one of, and never thinks of a host that lacks both.
 #include "counter_plugin.h"
 
 namespace {
 REALstring describeByEither(REALobject self, REALstring prefix) {
-    if (hostResolver("REALGetStringEncoding") == nullptr &&
-        hostResolver("REALSetStringEncoding") == nullptr) {
+    const bool canGet = hostResolver("REALGetStringEncoding") != nullptr;
+    const bool canSet = hostResolver("REALSetStringEncoding") != nullptr;
+    if (!canGet && !canSet) {
         __builtin_trap();
     }
     return describe(self, prefix);
