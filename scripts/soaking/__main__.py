@@ -7,10 +7,10 @@ import io
 import signal
 import sys
 from pathlib import Path
-from types import FrameType
 
 from soaking.parts import parts_of
 from soaking.problems import words_of
+from soaking.programs import interruptions, note_interruption
 
 KILLS_OF_ALL = 100_000
 CALLS_OF_ALL = 1_000_000
@@ -41,15 +41,11 @@ def options_of_command_line() -> argparse.Namespace:
     return options
 
 
-def interrupt(number: int, frame: FrameType | None) -> None:
-    raise KeyboardInterrupt
-
-
 def main() -> int:
     options = options_of_command_line()
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
         if signal.getsignal(number) != signal.SIG_IGN:  # as nohup has it
-            signal.signal(number, interrupt)
+            signal.signal(number, note_interruption)
     if isinstance(sys.stdout, io.TextIOWrapper):
         sys.stdout.reconfigure(line_buffering=True)  # a part may take an hour
     problems: list[str] = []
@@ -57,10 +53,11 @@ def main() -> int:
         options.output.mkdir(parents=True, exist_ok=True)
         for part in parts_of(options):
             part.run(options.seconds_until_told, problems)
+            if interruptions:
+                problems.append("interrupted")
+                break
     except OSError as problem:
         problems.append(words_of(problem))
-    except KeyboardInterrupt:
-        problems.append("interrupted")
     for each in problems:
         print(f"FAILED: {each}", file=sys.stderr)
     if not problems:

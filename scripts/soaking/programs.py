@@ -10,12 +10,20 @@ import tempfile
 import time
 from dataclasses import dataclass, field
 from pathlib import Path
+from types import FrameType
 
 from soaking.problems import words_of
 
 SECONDS_TO_END = 60  # of those that are told to: a random host program comes to the end of what it is at
 SECONDS_TO_LOOK = 0.2
 MOST_LINES = 50  # of what one that failed had to say
+
+interruptions: list[int] = []  # signals that are to end all
+
+
+def note_interruption(number: int, frame: FrameType | None) -> None:
+    """A handler of them. They are looked at where no program is about to be started, which would be left behind."""
+    interruptions.append(number)
 
 
 @dataclass(frozen=True)
@@ -41,7 +49,7 @@ class Running:
 
 
 def run(what: str, programs: list[Program], patience: Patience, problems: list[str]) -> None:
-    """Adds to the problems what went wrong. An interruption ends the programs, and goes on from here."""
+    """Adds to the problems what went wrong. An interruption ends the programs."""
     running: list[Running] = []
     with tempfile.TemporaryDirectory(prefix="zqm-soak-", ignore_cleanup_errors=True) as folder:
         try:
@@ -51,7 +59,8 @@ def run(what: str, programs: list[Program], patience: Patience, problems: list[s
                 except OSError as error:
                     problems.append(f"{program.name} can't be started: {words_of(error)}")
             wait(what, running, patience)
-            problems += [f"{each.program.name} doesn't come to its end" for each in running if is_alive(each)]
+            if not interruptions:
+                problems += [f"{each.program.name} doesn't come to its end" for each in running if is_alive(each)]
         finally:
             ended = [each for each in running if not is_alive(each)]
             stop(running)
@@ -77,7 +86,7 @@ def wait(what: str, running: list[Running], patience: Patience) -> None:
     """Until all have ended, or they may run no longer; tells from time to time that they run."""
     begin = time.monotonic()
     tell_at = patience.until_told
-    while any(map(is_alive, running)):
+    while any(map(is_alive, running)) and not interruptions:
         gone = time.monotonic() - begin
         if gone > patience.limit:
             return
@@ -95,14 +104,12 @@ def is_alive(running: Running) -> bool:
 def stop(running: list[Running]) -> None:
     """Each in its own time, unless that is long or there is another interruption; then what is left of their groups."""
     end = time.monotonic() + SECONDS_TO_END
-    try:
-        for each in running:
-            if is_alive(each):
-                each.process.terminate()
-        while any(map(is_alive, running)) and time.monotonic() < end:
-            time.sleep(SECONDS_TO_LOOK)
-    except KeyboardInterrupt:
-        pass
+    noted = len(interruptions)
+    for each in running:
+        if is_alive(each):
+            each.process.terminate()
+    while any(map(is_alive, running)) and len(interruptions) == noted and time.monotonic() < end:
+        time.sleep(SECONDS_TO_LOOK)
     for each in running:
         os.killpg(each.process.pid, signal.SIGKILL)
         each.process.wait()
