@@ -11,8 +11,10 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <numeric>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace zqm::soak {
@@ -499,9 +501,14 @@ bool RandomProgram::stopListening() {
 
 bool RandomProgram::killEngine() {
     const auto engine = anyEngine();
-    const bool isKilled = engine && endurance::killEngine(*engine);
-    hasKilledEngines_ |= isKilled;
-    return isKilled;
+    if (!engine || !endurance::killEngine(*engine)) {
+        return false;
+    }
+    hasKilledEngines_ = true;
+    while (support::isAlive(*engine)) { // and might be killed again
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
 }
 
 bool RandomProgram::stopEngine() {
