@@ -93,6 +93,8 @@ TEST_F(EngineFault, AnEngineThatRefusesAFileIsKept) {
     Speaker speaker;
     const ScopedEnvironment fault("ZQM_BAD_ENGINE", "refuse");
     EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
+    // The one that told of the voices may be ending yet.
+    ASSERT_TRUE(waitUntil([] { return zqm::support::childrenOfThisProcess().size() == 1; }));
     const auto engines = zqm::support::childrenOfThisProcess();
     EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
     EXPECT_EQ(engines, zqm::support::childrenOfThisProcess());
