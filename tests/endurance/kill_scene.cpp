@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <sys/wait.h>
 #include <utility>
 
 namespace zqm::endurance {
@@ -205,6 +206,11 @@ void KillScene::removeWholeFile(const std::string& text) const {
     std::filesystem::remove(file());
 }
 
+void KillScene::removePart() const {
+    require(support::SoundFile(file()).seconds() > 0, "a stopped speech leaves a file without sound");
+    std::filesystem::remove(file());
+}
+
 void KillScene::finish(Killing& killing) {
     killed = killing.finish();
     require(killed != 0, "the engine had ended by itself");
@@ -254,8 +260,9 @@ void KillScene::recover() {
     for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
         std::filesystem::remove(entry.path());
     }
-    for (const pid_t engine : engines_->living()) {
+    for (const pid_t engine : engines_->all()) {
         killEngine(engine);
+        ::waitpid(engine, nullptr, 0); // those of another process that failed are nobody's else
     }
     fresh();
     log_.take();

@@ -113,6 +113,8 @@ public:
     void requireWhole(const std::filesystem::path& file, const std::string& text) const;
     // The same of file(), which is removed.
     void removeWholeFile(const std::string& text) const;
+    // The same of a speech that was stopped, which may be any part of its text.
+    void removePart() const;
     std::string phonemesOfWord(Speaking& speaking) const;
     host::Dictionary dictionary();
     std::string key(const char* name);

@@ -57,8 +57,8 @@ Sights endOfAny(KillScene& scene, Speaking& speaking, Killing& killing, bool isS
     const bool isInTime = killing.isDone();
     scene.finish(killing);
     require(!isComplete || scene.hasFile(), "a complete speech has no file");
-    if (scene.hasFile()) {
-        scene.removeWholeFile(speaking.text); // of a false end, too: the engine had just given it its name
+    if (scene.hasFile()) { // of a false end, too: the engine had just given it its name
+        isStopped ? scene.removePart() : scene.removeWholeFile(speaking.text);
     }
     const bool isServed = isComplete && scene.isReplaced();
     if (isStopped) {
@@ -582,6 +582,14 @@ int killAskedForVoices(const std::string& plugin, std::uint64_t seed) {
     host::Runtime runtime;
     support::loadPlugin(runtime, plugin);
     const EngineProcesses engines;
+    const auto fail = [](const char* why) {
+        std::cerr << why << '\n';
+        return EXIT_FAILURE;
+    };
+    const auto areReaped = [&] {
+        constexpr host::Seconds kPatience{300};
+        return runtime.runUntil([&] { return engines.reapOrphans() && engines.all().empty(); }, kPatience);
+    };
     std::size_t refused = 0;
     std::size_t descriptors = 0; // after the first refusal
     const std::size_t most = 1 + random() % kMostKillsOfVoices;
@@ -593,23 +601,21 @@ int killAskedForVoices(const std::string& plugin, std::uint64_t seed) {
             break;
         }
         ++refused;
-        const std::size_t open = support::openDescriptors();
-        descriptors = descriptors == 0 ? open : descriptors;
-        if (!isKilled || open != descriptors) {
-            std::cerr << (isKilled ? "descriptors are left\n" : "no voices, though no engine was killed\n");
-            return EXIT_FAILURE;
+        if (!isKilled || !areReaped()) {
+            return fail(isKilled ? "an engine is left" : "no voices, though no engine was killed");
         }
+        const std::size_t open = support::openDescriptors();
+        if (refused > 1 && open != descriptors) {
+            return fail("descriptors are left");
+        }
+        descriptors = open;
     }
     const host::Object object = runtime.construct(kSynthesizer);
-    const bool isReaped = runtime.runUntil(
-        [&] {
-            object.get("isSpeaking");
-            return engines.reapOrphans() && engines.all().empty();
-        },
-        host::Seconds(300));
-    if (object.get("voice").asText().empty() || !isReaped || !runtime.reports().empty()) {
-        std::cerr << (isReaped ? "no voice, or the interface was breached\n" : "an engine is left\n");
-        return EXIT_FAILURE;
+    if (object.get("voice").asText().empty() || !runtime.reports().empty()) {
+        return fail("no voice, or the interface was breached");
+    }
+    if (!areReaped()) {
+        return fail("an engine is left");
     }
     std::cout << refused << '\n';
     return EXIT_SUCCESS;
