@@ -44,6 +44,13 @@ protected:
         EXPECT_GT(support::heardSeconds(recording.samples(), recording.rate()), 1);
     }
 
+    // Told once, and for good.
+    static void expectEndedEarly(Speaker& speaker) {
+        EXPECT_EQ(speaker.finished(), false);
+        EXPECT_EQ(speaker.timesFinished(), 1U);
+        EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    }
+
     const support::MarkedText text_ = support::parseMarkedText(kText);
     host::Runtime runtime_;
 };
@@ -56,11 +63,8 @@ TEST_F(ServerFaults, AServerKilledInMidSpeechEndsTheSpeechAndTheNextOneIsUsed) {
     ASSERT_TRUE(speaker.waitForWords(3));
     server.kill();
     ASSERT_TRUE(speaker.waitForEnd());
-    EXPECT_EQ(speaker.finished(), false);
-    EXPECT_EQ(speaker.timesFinished(), 1U);
+    expectEndedEarly(speaker);
     EXPECT_LT(speaker.words().size(), kWordsOfLongText);
-    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
-
     EXPECT_FALSE(speaker.start(text_.text));
     server.restart();
     expectSpoken(speaker, server);
@@ -155,9 +159,7 @@ TEST_F(ServerFaults, AServerThatStaysFrozenEndsTheSpeechAndIsUsedAgainOnceItGoes
     const std::vector<std::string> log = support::logged([&] { EXPECT_TRUE(speaker.waitForEnd()); });
     EXPECT_LT(support::monotonicSeconds() - begin, kMostSecondsToNotice);
     EXPECT_EQ(log, std::vector<std::string>{"Speech ended early: the sound server does not answer"});
-    EXPECT_EQ(speaker.finished(), false);
-    EXPECT_EQ(speaker.timesFinished(), 1U);
-    EXPECT_FALSE(speaker.object().get("isSpeaking").asBool());
+    expectEndedEarly(speaker);
     EXPECT_FALSE(speaker.start(text_.text));
     server.thaw();
     expectSpoken(speaker, server);

@@ -54,21 +54,21 @@ void require(bool isSo, const std::string& words) {
 
 const std::vector<RandomProgram::Action>& RandomProgram::actions() {
     static const std::vector<Action> actions{
-        {"spoken into files", 12, &RandomProgram::speakIntoFile},
-        {"spoken aloud", 3, &RandomProgram::speakAloud},
-        {"refused starts", 2, &RandomProgram::speakIntoNothing},
-        {"stopped, paused and continued", 8, &RandomProgram::control},
-        {"rates, volumes and voices set", 6, &RandomProgram::setManner},
-        {"properties set", 5, &RandomProgram::setProperty},
-        {"nested values converted", 5, &RandomProgram::setNestedValue},
-        {"properties read", 5, &RandomProgram::readProperties},
-        {"phonemes asked for", 3, &RandomProgram::askPhonemes},
+        {"spoken into files", 12, &RandomProgram::withAnySpeaker<&RandomProgram::speakIntoFile>},
+        {"spoken aloud", 3, &RandomProgram::withAnySpeaker<&RandomProgram::speakAloud>},
+        {"refused starts", 2, &RandomProgram::withAnySpeaker<&RandomProgram::speakIntoNothing>},
+        {"stopped, paused and continued", 8, &RandomProgram::withAnySpeaker<&RandomProgram::control>},
+        {"rates, volumes and voices set", 6, &RandomProgram::withAnySpeaker<&RandomProgram::setManner>},
+        {"properties set", 5, &RandomProgram::withAnySpeaker<&RandomProgram::setProperty>},
+        {"nested values converted", 5, &RandomProgram::withAnySpeaker<&RandomProgram::setNestedValue>},
+        {"properties read", 5, &RandomProgram::withAnySpeaker<&RandomProgram::readProperties>},
+        {"phonemes asked for", 3, &RandomProgram::withAnySpeaker<&RandomProgram::askPhonemes>},
         {"voices asked for", 2, &RandomProgram::askVoices},
-        {"dictionaries added", 2, &RandomProgram::addDictionary},
+        {"dictionaries added", 2, &RandomProgram::withAnySpeaker<&RandomProgram::addDictionary>},
         {"exceptions raised", 1, &RandomProgram::raise},
         {"objects made", 5, &RandomProgram::makeSpeaker},
-        {"objects copied", 5, &RandomProgram::copyLock},
-        {"objects released", 5, &RandomProgram::releaseLock},
+        {"objects copied", 5, &RandomProgram::withAnySpeaker<&RandomProgram::copyLock>},
+        {"objects released", 5, &RandomProgram::withAnySpeaker<&RandomProgram::releaseLock>},
         {"listenings begun", 1, &RandomProgram::listen},
         {"listenings stopped", 1, &RandomProgram::stopListening},
         {"engines killed", 2, &RandomProgram::killEngine},
@@ -238,8 +238,9 @@ void RandomProgram::judgeLog() {
     require(words.empty(), "nothing explains what was logged:" + words);
 }
 
-Speaker* RandomProgram::anySpeaker() {
-    return speakers_.empty() ? nullptr : speakers_[below(speakers_.size())].get();
+template <bool (RandomProgram::*run)(Speaker&)>
+bool RandomProgram::withAnySpeaker() {
+    return !speakers_.empty() && (this->*run)(*speakers_[below(speakers_.size())]);
 }
 
 std::optional<pid_t> RandomProgram::anyEngine() {
@@ -296,35 +297,23 @@ bool RandomProgram::makeSpeaker() {
 }
 
 // A start that is refused has no end; it may be, when its engine was killed.
-bool RandomProgram::speakIntoFile() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
+bool RandomProgram::speakIntoFile(Speaker& speaker) {
     const std::string url = "file://" + newFile().string();
     const host::String text = hostText(below(10) == 0 ? 3000 : 200);
-    const bool isStarted = speaker->locks.back().call("startSpeakingString", text, url).asBool();
-    speaker->starts += isStarted ? 1 : 0;
+    const bool isStarted = speaker.locks.back().call("startSpeakingString", text, url).asBool();
+    speaker.starts += isStarted ? 1 : 0;
     return isStarted;
 }
 
-bool RandomProgram::speakAloud() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
-    const bool isStarted = speaker->locks.back().call("startSpeakingString", hostText(60)).asBool();
-    speaker->starts += isStarted ? 1 : 0;
+bool RandomProgram::speakAloud(Speaker& speaker) {
+    const bool isStarted = speaker.locks.back().call("startSpeakingString", hostText(60)).asBool();
+    speaker.starts += isStarted ? 1 : 0;
     runtime_.runFor(host::Seconds(0.1));
     return isStarted;
 }
 
-bool RandomProgram::speakIntoNothing() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
-    host::Object& object = speaker->locks.back();
+bool RandomProgram::speakIntoNothing(Speaker& speaker) {
+    host::Object& object = speaker.locks.back();
     require(!object.call("startSpeakingString", "Hi.", "file:///nonexistent/folder/a.wav").asBool(),
             "a file in no folder is started");
     require(!object.call("startSpeakingString", "Hi.", "no URL").asBool(), "no URL is started");
@@ -334,13 +323,9 @@ bool RandomProgram::speakIntoNothing() {
 }
 
 // Of one that doesn't speak, too; then there is nothing to count.
-bool RandomProgram::control() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
-    host::Object& object = speaker->locks.front();
-    const bool speaks = speaker->ends < speaker->starts;
+bool RandomProgram::control(Speaker& speaker) {
+    host::Object& object = speaker.locks.front();
+    const bool speaks = speaker.ends < speaker.starts;
     switch (below(4)) {
     case 0:
         object.call("stopSpeaking");
@@ -357,25 +342,17 @@ bool RandomProgram::control() {
     return speaks;
 }
 
-bool RandomProgram::setManner() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
-    host::Object& object = speaker->locks.front();
+bool RandomProgram::setManner(Speaker& speaker) {
+    host::Object& object = speaker.locks.front();
     object.set("Rate", 80 + below(400));
     object.set("Volume", static_cast<double>(below(100)) / 100);
     return object.call("setVoice", voices_[below(voices_.size())]).asBool();
 }
 
-bool RandomProgram::setProperty() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
+bool RandomProgram::setProperty(Speaker& speaker) {
     const auto set = [&](const Value& value, const char* name) {
         Value error;
-        return speaker->locks.front().call("setObjectForProperty", value, key(name), ByRef{&error}).asBool();
+        return speaker.locks.front().call("setObjectForProperty", value, key(name), ByRef{&error}).asBool();
     };
     switch (below(4)) {
     case 0:
@@ -394,32 +371,23 @@ bool RandomProgram::setProperty() {
 }
 
 // It is converted before it is refused.
-bool RandomProgram::setNestedValue() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
+bool RandomProgram::setNestedValue(Speaker& speaker) {
     Value error;
     const Value value = nestedValue(runtime_, random_, 4);
-    speaker->locks.front().call("setObjectForProperty", value, key("NSSpeechCommandDelimiterProperty"),
-                                ByRef{&error});
+    speaker.locks.front().call("setObjectForProperty", value, key("NSSpeechCommandDelimiterProperty"),
+                               ByRef{&error});
     return true;
 }
 
-bool RandomProgram::readProperties() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
+bool RandomProgram::readProperties(Speaker& speaker) {
     Value error;
-    speaker->locks.front().call("objectForProperty", key(kPropertiesRead.at(below(kPropertiesRead.size()))),
-                                ByRef{&error});
+    speaker.locks.front().call("objectForProperty", key(kPropertiesRead.at(below(kPropertiesRead.size()))),
+                               ByRef{&error});
     return error.isNull();
 }
 
-bool RandomProgram::askPhonemes() {
-    Speaker* const speaker = anySpeaker();
-    return speaker != nullptr && !speaker->locks.front().call("phonemesFromText", hostText(300)).isNull();
+bool RandomProgram::askPhonemes(Speaker& speaker) {
+    return !speaker.locks.front().call("phonemesFromText", hostText(300)).isNull();
 }
 
 bool RandomProgram::askVoices() {
@@ -431,15 +399,11 @@ bool RandomProgram::askVoices() {
     return true;
 }
 
-bool RandomProgram::addDictionary() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
+bool RandomProgram::addDictionary(Speaker& speaker) {
     const std::string spelling = "word" + std::to_string(below(1000));
     const bool isRight = below(4) != 0;
-    speaker->locks.front().call("addSpeechDictionary",
-                                support::speechDictionary(runtime_, spelling, isRight ? "d1AOg" : "wrong!"));
+    speaker.locks.front().call("addSpeechDictionary",
+                               support::speechDictionary(runtime_, spelling, isRight ? "d1AOg" : "wrong!"));
     return isRight;
 }
 
@@ -452,22 +416,14 @@ bool RandomProgram::raise() {
     throw std::runtime_error("a voice of a negative index is no error");
 }
 
-bool RandomProgram::copyLock() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
-    const host::Object copy = speaker->locks[below(speaker->locks.size())];
-    speaker->locks.push_back(copy);
+bool RandomProgram::copyLock(Speaker& speaker) {
+    const host::Object copy = speaker.locks[below(speaker.locks.size())];
+    speaker.locks.push_back(copy);
     return true;
 }
 
-bool RandomProgram::releaseLock() {
-    Speaker* const speaker = anySpeaker();
-    if (speaker == nullptr) {
-        return false;
-    }
-    speaker->locks.erase(speaker->locks.begin() + static_cast<std::ptrdiff_t>(below(speaker->locks.size())));
+bool RandomProgram::releaseLock(Speaker& speaker) {
+    speaker.locks.erase(speaker.locks.begin() + static_cast<std::ptrdiff_t>(below(speaker.locks.size())));
     std::erase_if(speakers_, [](const auto& each) { return each->locks.empty(); });
     return true;
 }

@@ -63,21 +63,21 @@ private:
     };
     static const std::vector<Action>& actions();
 
-    bool speakIntoFile();
-    bool speakAloud();
-    bool speakIntoNothing();
-    bool control();
-    bool setManner();
-    bool setProperty();
-    bool setNestedValue();
-    bool readProperties();
-    bool askPhonemes();
+    bool speakIntoFile(Speaker& speaker);
+    bool speakAloud(Speaker& speaker);
+    bool speakIntoNothing(Speaker& speaker);
+    bool control(Speaker& speaker);
+    bool setManner(Speaker& speaker);
+    bool setProperty(Speaker& speaker);
+    bool setNestedValue(Speaker& speaker);
+    bool readProperties(Speaker& speaker);
+    bool askPhonemes(Speaker& speaker);
     bool askVoices();
-    bool addDictionary();
+    bool addDictionary(Speaker& speaker);
     bool raise();
     bool makeSpeaker();
-    bool copyLock();
-    bool releaseLock();
+    bool copyLock(Speaker& speaker);
+    bool releaseLock(Speaker& speaker);
     bool listen();
     bool stopListening();
     bool killEngine();
@@ -85,7 +85,9 @@ private:
     bool runLoop();
 
     std::size_t below(std::size_t limit) { return random_() % limit; }
-    Speaker* anySpeaker();
+    // Does that to any of the speakers, if there is one.
+    template <bool (RandomProgram::*run)(Speaker&)>
+    bool withAnySpeaker();
     std::optional<pid_t> anyEngine();
     host::String hostText(std::size_t mostUnits);
     std::string key(const char* name);
