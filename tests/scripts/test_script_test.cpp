@@ -10,6 +10,7 @@ namespace {
 
 using support::ProcessResult;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -17,15 +18,27 @@ constexpr const char* kPassed = "100% tests passed, 0 tests failed out of 2\n"
                                 "\n"
                                 "Total Test time (real) =   0.32 sec\n";
 
+// Everything passes.
+class TestedProject : public ScriptProject {
+public:
+    TestedProject() : ScriptProject("test") {
+        for (const char* check :
+             {"check-readme", "check-format", "check-documentation", "check-macos", "fuzz"}) {
+            writeProgram(std::string("scripts/") + check, "");
+        }
+        write("log", kPassed);
+        replace("cmake", "");
+        replace("ctest", printLog());
+    }
+
+    std::string printLog() const { return "cat '" + (*this / "log").string() + "'"; }
+};
+
 // Everything passes but ctest, which prints this.
 ProcessResult testWith(const std::string& log, int exitCode = 0) {
-    const ScriptProject project("test");
-    for (const char* check : {"check-readme", "check-format", "check-documentation", "check-macos", "fuzz"}) {
-        project.writeProgram(std::string("scripts/") + check, "");
-    }
+    const TestedProject project;
     project.write("log", log);
-    project.replace("cmake", "");
-    project.replace("ctest", "cat '" + (project / "log").string() + "'; exit " + std::to_string(exitCode));
+    project.replace("ctest", project.printLog() + "; exit " + std::to_string(exitCode));
     return project.run({});
 }
 
@@ -60,6 +73,41 @@ TEST(TestScript, ShowsTheLogOfTestsThatFail) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors,
                 AllOf(HasSubstr("1 tests failed out of 2\n"), HasSubstr("FAILED: release, asan, tsan.\n")));
+}
+
+// Each suite waits here until the next one is being built.
+TEST(TestScript, BuildsAheadWhileASuiteRuns) {
+    const TestedProject project;
+    const std::string built = (project / "built").string();
+    project.replace("cmake", "echo \"$*\" >>'" + built + "'");
+    project.replace("ctest", R"(case "$*" in
+        *release*) next=asan ;;
+        *asan*) next=fuzz ;;
+        *) next=build ;;
+        esac
+        for try in $(seq 200); do
+            if grep -q -e "--build .*$next" ')" +
+                                 built + R"('; then
+                )" + project.printLog() +
+                                 R"(
+                exit
+            fi
+            sleep 0.05
+        done
+        exit 1)");
+    const ProcessResult result = project.run({});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.errors, HasSubstr("All checks passed.\n"));
+}
+
+TEST(TestScript, TellsOnceWhyWhatWasBuiltAheadCannotBe) {
+    const TestedProject project;
+    project.replace("cmake", R"(case "$*" in *--build*asan*) echo it is broken; exit 1 ;; esac)");
+    const ProcessResult result = project.run({});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors,
+                AllOf(HasSubstr("release: 100% tests passed"),
+                      EndsWith("asan: building ...\nit is broken\nThe asan build failed; see above.\n")));
 }
 
 } // namespace
