@@ -49,6 +49,9 @@ set(ZQM_FAST_UNWINDING 0)
 # that four jobs a processor keep the processors busy.
 set(ZQM_JOBS_PER_TEST 4)
 
+# Whether, with sanitizers, tests run with and without a sibling library, too, or without alone.
+set(ZQM_SANITIZE_WITH_SIBLING ON)
+
 # zqm_add_test(NAME SOURCES file... [LIBRARIES library...] [TIMEOUT seconds] [SHARDS number] [WAITS]
 #              [RUN_SERIAL] [WITH_SIBLING] [MAY_SKIP])
 # One GoogleTest program, built with the project's warnings and run as one test, or as several that share
@@ -86,7 +89,7 @@ function(zqm_add_test name)
     RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   set(runs ${name})
   set(sibling_of_${name} "")
-  if(arg_WITH_SIBLING)
+  if(arg_WITH_SIBLING AND (NOT ZQM_SANITIZE OR ZQM_SANITIZE_WITH_SIBLING))
     list(APPEND runs ${name}_with_sibling)
     set(sibling_of_${name}_with_sibling "$<TARGET_FILE:ZQMFoundation>")
     add_dependencies(${name} ZQMFoundation)

@@ -27,7 +27,8 @@ void EndingEngines::takeMessages() {
         return;
     }
     static_cast<void>(timer_.takeExpiry());
-    std::erase_if(engines_, [](Engine& engine) {
+    std::vector<std::function<void()>> tasks;
+    std::erase_if(engines_, [&tasks](Engine& engine) {
         if (!engine.process.isReaped()) {
             if (!engine.isKilled && Clock::now() >= engine.deadline) {
                 engine.process.kill();
@@ -37,11 +38,14 @@ void EndingEngines::takeMessages() {
         }
         EventHub::shared().unwatch(engine.process.descriptor());
         if (engine.afterEnd) {
-            engine.afterEnd();
+            tasks.push_back(std::move(engine.afterEnd));
         }
         return true;
     });
     lookAgain();
+    for (const std::function<void()>& task : tasks) {
+        task(); // and may end an engine of its own
+    }
 }
 
 // They came in the order of their deadlines.
