@@ -116,8 +116,9 @@ def stop(running: list[Running]) -> None:
 
 
 def failed(running: Running, by_itself: bool) -> bool:
-    """One that was told to end may do so by that signal."""
-    return running.process.returncode != 0 and (by_itself or running.process.returncode > 0)
+    """One that was told to end may do so by that signal, or have been killed because it did not."""
+    told = (0, -signal.SIGTERM, -signal.SIGKILL)
+    return running.process.returncode not in ((0,) if by_itself else told)
 
 
 def failure_of(running: Running) -> str:

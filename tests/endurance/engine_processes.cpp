@@ -18,9 +18,10 @@ using std::chrono::microseconds;
 
 constexpr microseconds kLookAgain{200};
 
-// What the engine's process for files calls itself.
-bool isForFiles(pid_t process) {
-    return support::nameOf(process) == "zqmspeech-files";
+// An engine leads a group of processes. That for its files is another one of the group, whose name may still
+// be the engine's when that is killed.
+bool isForFiles(pid_t child) {
+    return getpgid(child) != child;
 }
 
 } // namespace

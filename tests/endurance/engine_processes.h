@@ -17,7 +17,10 @@ public:
     // becomes this one's child when the engine dies first, so that one that stays is found.
     EngineProcesses();
 
-    // Ascending; those included that ended and wait to be reaped.
+    // Engines, and processes for files that dead ones left; ascending, those included that ended and wait to
+    // be reaped.
+    std::vector<pid_t> children() const;
+    // The engines among them.
     std::vector<pid_t> all() const;
     // Those of them that have not ended.
     std::vector<pid_t> living() const;
@@ -25,8 +28,6 @@ public:
     bool reapOrphans() const;
 
 private:
-    std::vector<pid_t> children() const;
-
     std::vector<pid_t> others_;
 };
 

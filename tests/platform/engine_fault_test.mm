@@ -89,15 +89,19 @@ TEST_F(EngineFault, AnEngineThatCanNotBeHeardIsReplacedByTheNextStart) {
     EXPECT_TRUE(speaker.heard.finished.front());
 }
 
+// The one that told of the voices may be ending yet, and is reaped by a call.
+bool waitForOnlyEngineOf(Speaker& speaker) {
+    return waitUntil([&] {
+        [speaker.synthesizer isSpeaking];
+        return zqm::support::childrenOfThisProcess().size() == 1;
+    });
+}
+
 TEST_F(EngineFault, AnEngineThatRefusesAFileIsKept) {
     Speaker speaker;
     const ScopedEnvironment fault("ZQM_BAD_ENGINE", "refuse");
     EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
-    // The one that told of the voices may be ending yet, and is reaped by a call.
-    ASSERT_TRUE(waitUntil([&] {
-        [speaker.synthesizer isSpeaking];
-        return zqm::support::childrenOfThisProcess().size() == 1;
-    }));
+    ASSERT_TRUE(waitForOnlyEngineOf(speaker));
     const auto engines = zqm::support::childrenOfThisProcess();
     EXPECT_FALSE(speaker.say("Hello world", path("a.wav")));
     EXPECT_EQ(engines, zqm::support::childrenOfThisProcess());
@@ -106,7 +110,7 @@ TEST_F(EngineFault, AnEngineThatRefusesAFileIsKept) {
 TEST_F(EngineFault, AHostWithoutDescriptorsForTheFileKeepsItsEngine) {
     Speaker speaker;
     ASSERT_TRUE(speaker.say("Hello world", path("a.wav")) && speaker.runToEnd());
-    ASSERT_TRUE(waitUntil([] { return zqm::support::childrenOfThisProcess().size() == 1; }));
+    ASSERT_TRUE(waitForOnlyEngineOf(speaker));
     const auto engines = zqm::support::childrenOfThisProcess();
     bool isStarted = false;
     std::vector<std::string> log;

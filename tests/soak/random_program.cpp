@@ -208,10 +208,10 @@ void RandomProgram::finish() {
     require(runtime_.runUntil(
                 [&] {
                     speaker_.get("isSpeaking");
-                    return engines_->all().size() <= 2;
+                    return engines_->reapOrphans() && engines_->all().size() <= 2;
                 },
                 kPatience),
-            "an engine outlives its object");
+            "an engine, or its process for files, outlives its object");
     require(engines_->living().size() == 2, "an engine that nobody killed has ended");
     for (const auto& entry : fs::directory_iterator(folder_.path())) {
         require(!entry.path().filename().string().starts_with("."), "an unfinished file is left");

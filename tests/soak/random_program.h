@@ -49,7 +49,7 @@ public:
     host::Runtime& runtime() { return runtime_; }
     pid_t speakingEngine() const { return speakingEngine_; }
     pid_t listeningEngine() const { return listeningEngine_; }
-    std::size_t processes() const { return engines_->all().size(); }
+    std::size_t processes() const { return engines_->children().size(); }
     // How often each thing was done, those included that never were.
     const std::map<std::string, std::size_t>& done() const { return done_; }
     endurance::LogFile& log() { return log_; }

@@ -297,7 +297,7 @@ TEST_F(Soak, EndsAProgramThatDoesNot) {
     playSamples(10, kFlat);
     std::ofstream(folder_ / "soak_host", std::ios::app) << "exec sleep 1000\n";
     const ProcessResult result =
-        soak(folder_.path(), {"--seconds", "0.5", "--lanes", "1", "--seconds-beyond", "0.5"});
+        soak(folder_.path(), {"--seconds", "0.5", "--lanes", "1", "--seconds-beyond", "10"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.errors, "FAILED: host program 1 (seed 1) doesn't come to its end\n");
     EXPECT_THAT(result.output, HasSubstr("10 samples"));
@@ -312,36 +312,50 @@ TEST_F(Soak, TellsWhatRuns) {
     EXPECT_THAT(result.errors, StartsWith("random host programs: 0 minutes so far ...\n"));
 }
 
-class InterruptedSoak : public Soak, public testing::WithParamInterface<int> {};
+class EndingSoak : public Soak {
+protected:
+    // Of a program that waits for its child once it has done this.
+    ProcessResult interrupted(const std::string& commands, int signal) const {
+        playSamples(10, kFlat);
+        std::ofstream(folder_ / "soak_host", std::ios::app)
+            << commands << "\nsleep 1000 & echo $! >'" << child_.string() << "'; wait\n";
+        const zqm::support::Process soaking(
+            "python3",
+            {"-B", "-m", "soaking", folder_.path(), output(), "--seconds", "500", "--lanes", "1", "--seed",
+             "1", "--kills", "1"},
+            {.environment = {{"TMPDIR", folder_.path().string()}}, .folder = ZQM_SCRIPTS});
+        while (soaking.running() && contentOf(child_).find('\n') == std::string::npos) {
+            std::this_thread::sleep_for(kLookAgain);
+        }
+        soaking.signal(signal);
+        EXPECT_TRUE(soaking.waitFor(kPatience));
+        return soaking.result();
+    }
+
+    const fs::path child_ = folder_ / "child";
+};
+
+class InterruptedSoak : public EndingSoak, public testing::WithParamInterface<int> {};
 
 // What is there is judged and drawn; a child in its group ends with it, and folders are removed.
 TEST_P(InterruptedSoak, JudgesWhatThereIs) {
     std::signal(GetParam(), SIG_DFL); // nohup, or a shell in the background, has it ignored
-    const fs::path child = folder_ / "child";
-    playSamples(10, kFlat);
-    std::ofstream(folder_ / "soak_host", std::ios::app)
-        << "mktemp -d >/dev/null\nsleep 1000 & echo $! >'" << child.string() << "'; wait\n";
-    const zqm::support::Process soaking(
-        "python3",
-        {"-B", "-m", "soaking", folder_.path(), output(), "--seconds", "500", "--lanes", "1", "--seed", "1",
-         "--kills", "1"},
-        {.environment = {{"TMPDIR", folder_.path().string()}}, .folder = ZQM_SCRIPTS});
-    while (contentOf(child).find('\n') == std::string::npos) {
-        ASSERT_TRUE(soaking.running()) << soaking.result().errors;
-        std::this_thread::sleep_for(kLookAgain);
-    }
-    soaking.signal(GetParam());
-    ASSERT_TRUE(soaking.waitFor(kPatience));
-    const ProcessResult result = soaking.result();
+    const ProcessResult result = interrupted("mktemp -d >/dev/null", GetParam());
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.errors, "FAILED: interrupted\n");
     EXPECT_THAT(result.output, AllOf(HasSubstr("10 samples"), HasSubstr("soak.svg shows it")));
-    while (zqm::support::isAlive(std::stoi(contentOf(child)))) { // it was killed, and ends by and by
+    while (zqm::support::isAlive(std::stoi(contentOf(child_)))) { // it was killed, and ends by and by
         std::this_thread::sleep_for(kLookAgain);
     }
     for (const auto& entry : fs::directory_iterator(folder_.path())) {
         EXPECT_FALSE(entry.path().filename().string().starts_with("zqm-soak")) << entry.path();
     }
+}
+
+TEST_F(EndingSoak, TellsOfAProgramThatCrashesWhenItIsToldToEnd) {
+    const ProcessResult result = interrupted("trap 'kill -SEGV $$' TERM", SIGTERM);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, AllOf(HasSubstr("FAILED: interrupted\n"), HasSubstr("failed (-11)")));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, InterruptedSoak, testing::Values(SIGINT, SIGTERM, SIGHUP));

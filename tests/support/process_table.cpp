@@ -69,13 +69,6 @@ pid_t parentOf(pid_t process) {
     return statusOf(process).value_or(Status()).parent;
 }
 
-std::string nameOf(pid_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
-}
-
 std::vector<pid_t> childrenOf(pid_t process) {
     std::vector<pid_t> children = allProcesses();
     std::erase_if(children, [process](pid_t candidate) { return parentOf(candidate) != process; });

@@ -16,9 +16,6 @@ std::vector<pid_t> allProcesses();
 // 0 of one that is gone.
 pid_t parentOf(pid_t process);
 
-// The first 15 bytes of the name it goes by, of one that waits to be reaped, too; empty: it is gone.
-std::string nameOf(pid_t process);
-
 // Direct children of a process, those included that ended and wait to be reaped; ascending.
 std::vector<pid_t> childrenOf(pid_t process);
 std::vector<pid_t> childrenOfThisProcess();
