@@ -5,9 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <fstream>
-#include <limits>
-#include <string>
 #include <vector>
 
 #include <sys/prctl.h>
@@ -15,17 +12,6 @@
 #include <unistd.h>
 
 namespace zqm::cli {
-namespace {
-
-// Not one that waits to be reaped.
-bool isRunning(pid_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    char state = 'Z'; // it has gone
-    file.ignore(std::numeric_limits<std::streamsize>::max(), ')') >> state;
-    return state != 'Z';
-}
-
-} // namespace
 
 void adoptOrphans() {
     prctl(PR_SET_CHILD_SUBREAPER, 1);

@@ -4,6 +4,7 @@
 
 #include "cli/command_line/failure.h"
 #include "cli/system/interruption.h"
+#include "cli/system/process_usage.h"
 #include "cli/validate/validation.h"
 #include "tests/support/process_table.h"
 
@@ -23,6 +24,9 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace zqm::cli {
@@ -392,6 +396,86 @@ TEST(Supervision, APartOfItsOwnMayCrashAndHang) {
                             Finding{Verdict::Fail, "third: exceeded 0.2 s"},
                             Finding{Verdict::Warning, "last: odd"}, Finding{Verdict::Pass, "crash warning"},
                             Finding{Verdict::Crash, "SIGTERM, at: last"}));
+}
+
+// Starts what is no child of this process, and waits until it is in that state, as proc(5) has it.
+void startOrphan(void (*work)(), char state) {
+    const pid_t between = fork();
+    if (between == 0) {
+        if (fork() == 0) {
+            work();
+        }
+        _exit(0);
+    }
+    waitpid(between, nullptr, 0);
+    std::vector<pid_t> orphans = support::childrenOf(getppid());
+    std::erase(orphans, getpid());
+    while (orphans.size() != 1 || support::stateOf(orphans.front()) != state) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+// As the check of growth counts them, where one such orphan is all that there is.
+std::vector<Finding> processesWith(void (*work)(), char state) {
+    return supervised([&](Findings& findings) {
+               findings.apart("", [&](Findings& inner) {
+                   startOrphan(work, state);
+                   inner.pass(std::to_string(processUsage().processes));
+               });
+           })
+        .findings;
+}
+
+TEST(Supervision, AnOrphanThatRunsIsCounted) {
+    EXPECT_THAT(processesWith([] { hang(); }, 'S'), ElementsAre(Finding{Verdict::Pass, "1"}));
+}
+
+TEST(Supervision, AnOrphanThatEndedIsNotCountedWhateverItsName) {
+    EXPECT_THAT(processesWith(
+                    [] {
+                        prctl(PR_SET_NAME, "a) b");
+                        _exit(0);
+                    },
+                    'Z'),
+                ElementsAre(Finding{Verdict::Pass, "0"}));
+}
+
+TEST(Supervision, AnOrphanWhoseFirstThreadAloneEndedIsCounted) {
+    EXPECT_THAT(processesWith(
+                    [] {
+                        std::thread(hang).detach();
+                        syscall(SYS_exit, 0);
+                    },
+                    'Z'),
+                ElementsAre(Finding{Verdict::Pass, "1"}));
+}
+
+[[noreturn]] void startBriefProcesses() {
+    while (true) {
+        const pid_t brief = fork();
+        if (brief == 0) {
+            _exit(0);
+        }
+        waitpid(brief, nullptr, 0);
+    }
+}
+
+// Each of them may go while its status is read.
+TEST(Supervision, ProcessesThatComeAndGoDisturbNoCount) {
+    EXPECT_THAT(supervised([](Findings& findings) {
+                    findings.apart("", [](Findings& inner) {
+                        for (int starter = 0; starter < 4; ++starter) {
+                            if (fork() == 0) {
+                                startBriefProcesses();
+                            }
+                        }
+                        for (int round = 0; round < 500; ++round) {
+                            inner.at("round " + std::to_string(round));
+                            processUsage();
+                        }
+                    });
+                }).findings,
+                IsEmpty());
 }
 
 TEST(Supervision, AnInterruptionEndsTheWorkAndItsParts) {
