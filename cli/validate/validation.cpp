@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 
 namespace zqm::cli {
 namespace {
@@ -29,13 +30,16 @@ Verdict verdictOf(const Validation& validation) {
 CheckRun runCheck(const Check& check, const Subject& subject, Findings::Seconds limit) {
     CheckResult result{.check = check.name, .summary = check.summary};
     std::size_t leftOut = 0;
+    std::optional<Finding> last; // if it is left out
     const Clock::time_point begin = Clock::now();
     const auto keep = [&](const Finding& finding) {
-        // The last finding tells of the end, and the worst must be among them.
+        leftOut += last ? 1 : 0;
+        last.reset();
+        // The worst must be among them.
         if (result.findings.size() < kMostFindings || finding.verdict > result.verdict) {
             result.findings.push_back(finding);
         } else {
-            ++leftOut;
+            last = finding;
         }
         result.verdict = std::max(result.verdict, finding.verdict);
     };
@@ -46,6 +50,9 @@ CheckRun runCheck(const Check& check, const Subject& subject, Findings::Seconds 
                                          .limitInAll = std::max(limit * kMostSteps, kLeastInAll)});
     if (leftOut > 0) {
         result.findings.push_back({result.verdict, std::to_string(leftOut) + " more like these"});
+    }
+    if (last) {
+        result.findings.push_back(*last); // it tells of the end
     }
     result.duration = Clock::now() - begin;
     if (result.verdict >= Verdict::Fail) {

@@ -561,6 +561,31 @@ TEST(CheckResults, OfVeryManyFindingsTheFirstAreKeptAndTheWorst) {
     EXPECT_EQ(result.verdict, Verdict::Crash);
 }
 
+TEST(CheckResults, OfVeryManyFindingsTheLastIsKept) {
+    const CheckResult result = resultOf(
+        [](const Subject&, Findings& findings) {
+            for (int number = 0; number < 5000; ++number) {
+                findings.fail("bad");
+            }
+            findings.at("waiting");
+            hang();
+        },
+        kShort);
+    ASSERT_EQ(result.findings.size(), 102U);
+    EXPECT_EQ(result.findings[100], (Finding{Verdict::Fail, "4900 more like these"}));
+    EXPECT_EQ(result.findings[101], (Finding{Verdict::Fail, "exceeded 0.2 s, at: waiting"}));
+}
+
+TEST(CheckResults, OneFindingMoreThanAreKeptIsToldAsItIs) {
+    const CheckResult result = resultOf([](const Subject&, Findings& findings) {
+        for (int number = 1; number <= 101; ++number) {
+            findings.warn(std::to_string(number));
+        }
+    });
+    ASSERT_EQ(result.findings.size(), 101U);
+    EXPECT_EQ(result.findings[100], (Finding{Verdict::Warning, "101"}));
+}
+
 TEST(CheckResults, ACheckIsSkippedWithoutTheSuccessOfWhatItNeeds) {
     const Check check{.name = "later", .summary = "", .run = nullptr, .needs = "first"};
     EXPECT_EQ(causeToSkip(check, {}), "");
