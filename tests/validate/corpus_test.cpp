@@ -28,6 +28,8 @@ struct Refusal {
 const Refusal kCorpus[] = {
     {"good", nullptr, "pass"},
     {"names_files_elsewhere", nullptr, "pass"},
+    {"keeps_what_it_knows", nullptr, "pass"},
+    {"unlocks_later", nullptr, "pass"},
     {"missing_symbol", "load", "fail"},
     {"no_entry_function", "start", "fail"},
     {"slow_start", "start", "fail"},
@@ -131,7 +133,7 @@ TEST(CorpusSteps, AMemberThatCanNotBeCalledIsTold) {
 TEST(CorpusTable, HasEveryPlugin) {
     std::set<std::string> sources;
     for (const fs::directory_entry& entry : fs::directory_iterator(ZQM_CORPUS_SOURCES)) {
-        if (entry.path().extension() == ".cpp") {
+        if (entry.path().extension() != ".h") {
             sources.insert(entry.path().stem());
         }
     }

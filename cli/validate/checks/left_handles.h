@@ -7,8 +7,8 @@
 
 namespace zqm::cli {
 
-// So many lives of the plugin, which has had its first one: each must give back every handle and lock. What a
-// plugin makes once, at its first use, is not left behind by a life.
+// So many lives of the plugin, each of them twice: the second time must give back every handle and lock. What
+// a plugin makes once, at the first use of a member or of an argument, is not left behind by a life.
 void checkLedger(HostedPlugin& plugin, LifePlan plan, std::uint64_t lives, Findings& findings);
 
 } // namespace zqm::cli

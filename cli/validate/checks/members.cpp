@@ -11,7 +11,6 @@ namespace {
 
 void checkPlan(const Subject& subject, LifePlan plan, Findings& findings) {
     HostedPlugin plugin(subject, findings);
-    plugin.live(plan);
     checkLedger(plugin, plan, 1, findings);
     addReports(plugin.runtime(), findings);
 }
