@@ -8,6 +8,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace zqm::cli {
@@ -112,9 +113,9 @@ std::string repeated(std::string_view text, std::size_t count) {
 
 } // namespace
 
-ArgumentValues::ArgumentValues(host::Runtime& runtime, const PluginClasses& classes, std::uint64_t seed)
-    : runtime_(&runtime), classes_(&classes), random_(seed),
-      folder_(std::filesystem::current_path().string()) {}
+ArgumentValues::ArgumentValues(host::Runtime& runtime, const PluginClasses& classes, std::uint64_t seed,
+                               std::string folder)
+    : runtime_(&runtime), classes_(&classes), random_(seed), folder_(std::move(folder)) {}
 
 void ArgumentValues::learn(std::string text) {
     if (words_.size() < kManyWords && !mayBeElsewhere(text) &&
@@ -138,6 +139,14 @@ bool ArgumentValues::mayBeElsewhere(std::string_view path) const {
 // first.
 std::string ArgumentValues::fileName() {
     return folder_ + "/file" + std::to_string(below(4)) + ".wav";
+}
+
+// Not the folder itself: a member may delete what it is given.
+host::FolderItem ArgumentValues::folderInside() {
+    const std::string path = folder_ + "/folder";
+    std::error_code ignored; // the plugin may have put something else there
+    std::filesystem::create_directory(path, ignored);
+    return runtime_->folderItem(path);
 }
 
 std::string ArgumentValues::text() {
@@ -358,9 +367,8 @@ std::vector<Value> ArgumentValues::extremes(const TypeDescription& type) {
     } else if (sameName(type.name, "MemoryBlock")) {
         values.emplace_back(runtime_->memoryBlock(0));
     } else if (sameName(type.name, "FolderItem")) {
-        values.insert(values.end(),
-                      {runtime_->folderItem(folder_), runtime_->folderItem(folder_ + "/no/such/file"),
-                       runtime_->folderItem(folder_ + "/" + repeated("n", 300))});
+        values.insert(values.end(), {folderInside(), runtime_->folderItem(folder_ + "/no/such/file"),
+                                     runtime_->folderItem(folder_ + "/" + repeated("n", 300))});
     } else {
         try {
             values.emplace_back(runtime_->create(type.name)); // without a "Constructor"

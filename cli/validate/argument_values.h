@@ -15,15 +15,15 @@
 
 namespace zqm::cli {
 
-// The same seed makes the same values. Files are named in the working folder only.
+// The same seed makes the same values. Files are named in one folder only.
 class ArgumentValues {
 public:
-    // The classes must outlive it.
-    ArgumentValues(host::Runtime& runtime, const PluginClasses& classes, std::uint64_t seed);
+    // The classes must outlive it. The folder is an absolute path.
+    ArgumentValues(host::Runtime& runtime, const PluginClasses& classes, std::uint64_t seed,
+                   std::string folder);
 
     // A text that the plugin itself told, as the name of something, which its members may know. One that
-    // could be the path of a file outside of the working folder is not taken: a member may delete what it is
-    // given.
+    // could be the path of a file outside of the folder is not taken: a member may delete what it is given.
     void learn(std::string text);
 
     // What a program would pass. Nil only where there is nothing else: an object has been made by a
@@ -49,6 +49,7 @@ private:
     host::Value array(const host::TypeDescription& type, std::size_t size);
     std::string text();
     std::string fileName();
+    host::FolderItem folderInside();
     bool mayBeElsewhere(std::string_view path) const;
 
     host::Runtime* runtime_;

@@ -3,12 +3,20 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include <sys/stat.h>
+
 namespace zqm::cli {
 
 namespace {
 
-void moveIn(const std::string& folder) {
+// The plugin may have removed it, and gone elsewhere.
+void enter(const std::string& folder) {
+    mkdir(folder.c_str(), S_IRWXU);
     std::filesystem::current_path(folder);
+}
+
+void moveIn(const std::string& folder) {
+    enter(folder);
     // NOLINTBEGIN(concurrency-mt-unsafe): one thread
     setenv("HOME", folder.c_str(), 1);
     setenv("TMPDIR", folder.c_str(), 1);
@@ -32,7 +40,8 @@ HostedPlugin::HostedPlugin(const Subject& subject, Findings& findings, const hos
 }
 
 std::vector<std::string> HostedPlugin::live(LifePlan plan, std::uint64_t number) {
-    PluginLife life(runtime_, subject_.seed + number, plan,
+    enter(subject_.folder);
+    PluginLife life(runtime_, subject_.seed + number, subject_.folder, plan,
                     [&](const std::string& what) { findings_.at(what); });
     life.live();
     return life.uncalled();
@@ -45,7 +54,8 @@ Verdict tryApart(const Subject& subject, Findings& findings, std::string_view st
         [&](Findings& found) {
             Subject there = subject;
             there.library = std::filesystem::absolute(subject.library).string();
-            moveIn(subject.folder);
+            there.folder = std::filesystem::weakly_canonical(subject.folder).string();
+            moveIn(there.folder);
             work(there, found);
         },
         most);

@@ -23,8 +23,9 @@ public:
         const Subject& subject, Findings& findings, const host::Options& options = {},
         const std::function<void(host::Runtime&)>& prepare = [](host::Runtime&) {});
 
-    // One life of it, that of this number: the same for the same seed and number. Answers the members that
-    // could not be called, as PluginLife tells them.
+    // One life of it, that of this number: the same for the same seed and number. It begins in the folder of
+    // the subject, whatever became of that. Answers the members that could not be called, as PluginLife tells
+    // them.
     std::vector<std::string> live(LifePlan plan = {}, std::uint64_t number = 0);
 
     host::Runtime& runtime() { return runtime_; }
@@ -35,9 +36,8 @@ private:
     host::Runtime runtime_;
 };
 
-// Does this apart, with a library of an absolute path, in the folder for what the plugin writes, which is
-// also the user's home and the place for temporary files there. Nothing is to be heard of it, and it listens
-// to nobody.
+// Does this apart, with absolute paths, in the folder for what the plugin writes, which is also the user's
+// home and the place for temporary files there. Nothing is to be heard of it, and it listens to nobody.
 Verdict tryApart(const Subject& subject, Findings& findings, std::string_view step,
                  const std::function<void(const Subject&, Findings&)>& work, Verdict most = Verdict::Crash);
 

@@ -23,9 +23,10 @@ bool isOfLife(const host::MethodDescription& method) {
 
 } // namespace
 
-PluginLife::PluginLife(host::Runtime& runtime, std::uint64_t seed, LifePlan plan, Told told)
+PluginLife::PluginLife(host::Runtime& runtime, std::uint64_t seed, std::string folder, LifePlan plan,
+                       Told told)
     : runtime_(&runtime), plan_(plan), told_(std::move(told)), classes_(runtime.describeClasses()),
-      values_(runtime, classes_, seed) {}
+      values_(runtime, classes_, seed, std::move(folder)) {}
 
 void PluginLife::live() {
     for (const host::ClassDescription& type : classes_.all()) {

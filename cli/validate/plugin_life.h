@@ -27,8 +27,9 @@ public:
     // Is told of each call before it is made, in one line.
     using Told = std::function<void(const std::string&)>;
 
-    // Of the classes that the runtime has now.
-    PluginLife(host::Runtime& runtime, std::uint64_t seed, LifePlan plan, Told told);
+    // Of the classes that the runtime has now. Files that are named to the plugin are in that folder, an
+    // absolute path.
+    PluginLife(host::Runtime& runtime, std::uint64_t seed, std::string folder, LifePlan plan, Told told);
 
     // Once. What the plugin raises is host programs' matter.
     void live();

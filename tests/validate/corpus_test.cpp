@@ -30,6 +30,7 @@ const Refusal kCorpus[] = {
     {"names_files_elsewhere", nullptr, "pass"},
     {"keeps_what_it_knows", nullptr, "pass"},
     {"unlocks_later", nullptr, "pass"},
+    {"removes_its_arguments", nullptr, "pass"},
     {"missing_symbol", "load", "fail"},
     {"no_entry_function", "start", "fail"},
     {"slow_start", "start", "fail"},

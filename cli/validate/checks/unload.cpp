@@ -17,7 +17,9 @@ void checkUnload(const Subject& subject, Findings& findings) {
             {
                 host::Runtime runtime;
                 runtime.start(entryFunctionOf(library));
-                PluginLife(runtime, there.seed, {}, [&](const std::string& what) { found.at(what); }).live();
+                PluginLife(runtime, there.seed, there.folder, {}, [&](const std::string& what) {
+                    found.at(what);
+                }).live();
             }
             found.at("unloading it");
             if (dlclose(library) != 0) {
