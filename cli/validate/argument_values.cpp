@@ -21,6 +21,8 @@ using host::Value;
 constexpr std::size_t kManyWords = 4096;
 constexpr std::size_t kLongText = 20'000;
 constexpr std::size_t kLongArray = 1'000;
+// An object may need much, a process of its own perhaps; the others of an array are these again.
+constexpr std::size_t kDistinct = 4;
 // An object may need others to be made, and these others; those behind that are nil.
 constexpr int kDeepest = 3;
 constexpr std::string_view kFileScheme = "file://";
@@ -245,7 +247,8 @@ Value ArgumentValues::array(const TypeDescription& type, std::size_t size) {
     }
     std::vector<Value> values;
     for (std::size_t index = 0; index < size; ++index) {
-        values.push_back(ordinary({.name = type.name}));
+        const bool isAgain = index >= kDistinct && kindOf(type).kind == Kind::Object;
+        values.push_back(isAgain ? values[index % kDistinct] : ordinary({.name = type.name}));
     }
     return Object(runtime_->array(*element, values));
 }
