@@ -58,6 +58,8 @@ TEST_P(OwnPlugin, PassesAllChecks) {
     EXPECT_EQ(result.errors, "");
     EXPECT_THAT(result.output, Not(HasSubstr("fail ")));
     EXPECT_THAT(result.output, Not(HasSubstr("crash ")));
+    EXPECT_THAT(result.output, Not(HasSubstr("warning ")));
+    EXPECT_THAT(result.output, Not(HasSubstr("skip ")));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, OwnPlugin,
