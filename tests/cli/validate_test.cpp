@@ -245,6 +245,13 @@ TEST(ValidateFailure, OfWhatIsNotThere) {
     expectOneLine(validate({"two\nlines"}), 1, "there is no plugin two?lines");
 }
 
+TEST(ValidateFailure, OfNoTemporaryFolderIsInTheHelp) {
+    support::ProcessOptions options = bareOptions();
+    options.environment["TMPDIR"] = "/nonexistent";
+    expectOneLine(validate({ZQM_WIDGET_PLUGIN}, options), 1, "can't make a temporary folder in /nonexistent");
+    EXPECT_THAT(validate({"--help"}).output, HasSubstr("temporary folder"));
+}
+
 TEST(ValidateFailure, OfWrongUse) {
     expectOneLine(validate({}), 2, "there is no library to validate");
     expectOneLine(validate({"--only", "loads", "a.so"}), 2, "no check is called loads (near it: load)");
