@@ -8,8 +8,9 @@ namespace zqm::cli {
 inline constexpr std::chrono::duration<double> kSignalLatency{0.05};
 
 // While one exists, the first SIGINT, SIGTERM or SIGHUP is only noted, so that what is being written can be
-// ended well. A second one of the same kind, and the first SIGQUIT, end the process at once, without its
-// temporary folder. A signal that was ignored stays ignored. One at a time.
+// ended well. A second one of the same kind, and the first SIGQUIT, end the process at once: of what it would
+// have removed, its TemporaryFolder alone is removed then. A signal that was ignored stays ignored. One at a
+// time.
 class Interruption {
 public:
     Interruption();

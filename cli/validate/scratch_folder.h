@@ -4,7 +4,8 @@
 
 namespace zqm::cli {
 
-// A folder where temporary files go, for what a plugin writes. Gone afterwards, with all that is in it.
+// A folder where temporary files go, for what a plugin writes. Gone afterwards, with all that is in it; a
+// signal that ends the process at once leaves it.
 class ScratchFolder {
 public:
     ScratchFolder(); // throws Failure
