@@ -196,7 +196,7 @@ void Engine::handle(protocol::Speak& request) {
         }
     }
     if (folder && placer_.hasEnded()) {
-        fail("the process for files has ended", kExitFailure); // the host asks another engine
+        fail("the process for files has ended", kExitFailure); // the next start has another engine
         return;
     }
     std::unique_ptr<Output> output;

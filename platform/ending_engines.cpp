@@ -6,6 +6,9 @@
 
 namespace zqm::platform {
 
+// One that is killed and isn't watched is looked at again so much later.
+constexpr std::chrono::seconds kUntilKilled{1};
+
 // The engines of a fork's parent are the parent's, as are their descriptors.
 EndingEngines& EndingEngines::shared() {
     static auto& all = *new std::vector<std::unique_ptr<EndingEngines>>; // for the life of the process
@@ -18,7 +21,7 @@ EndingEngines& EndingEngines::shared() {
 void EndingEngines::add(ChildProcess process, std::function<void()> afterEnd) {
     // Where the system has no room for that, it is looked at by its deadline.
     EventHub::shared().watch(process.descriptor(), this);
-    engines_.push_back({std::move(process), engineDeadline(), false, std::move(afterEnd)});
+    engines_.push_back({std::move(process), engineDeadline(), std::move(afterEnd)});
     lookAgain();
 }
 
@@ -30,9 +33,9 @@ void EndingEngines::takeMessages() {
     std::vector<std::function<void()>> tasks;
     std::erase_if(engines_, [&tasks](Engine& engine) {
         if (!engine.process.isReaped()) {
-            if (!engine.isKilled && Clock::now() >= engine.deadline) {
+            if (Clock::now() >= engine.deadline) {
                 engine.process.kill();
-                engine.isKilled = true;
+                engine.deadline = Clock::now() + kUntilKilled;
             }
             return false;
         }
@@ -48,9 +51,8 @@ void EndingEngines::takeMessages() {
     }
 }
 
-// They came in the order of their deadlines.
 void EndingEngines::lookAgain() {
-    const auto next = std::ranges::find(engines_, false, &Engine::isKilled);
+    const auto next = std::ranges::min_element(engines_, {}, &Engine::deadline);
     if (next == engines_.end()) {
         timer_.stop();
         return;

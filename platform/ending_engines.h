@@ -31,7 +31,6 @@ private:
     struct Engine {
         ChildProcess process;
         Clock::time_point deadline;
-        bool isKilled = false;
         std::function<void()> afterEnd;
     };
 

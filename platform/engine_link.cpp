@@ -65,16 +65,18 @@ EngineLink::Input EngineLink::read(protocol::Event& event) {
     return Input::Event;
 }
 
-// The deadline is looked at before all else, since an engine may go on and on about something else than what
-// is waited for.
+// The deadline is looked at first, since an engine may go on and on about something else than what is waited
+// for. But what has come is read, however late it is by then: this process may have been suspended meanwhile.
 EngineLink::Input EngineLink::wait(protocol::Event& event, Clock::time_point deadline) {
-    while (Clock::now() < deadline) {
+    if (Clock::now() >= deadline) {
+        return Input::Nothing;
+    }
+    for (;;) {
         const Input input = read(event);
         if (input != Input::Nothing || !waitFor(POLLIN, deadline)) {
             return input;
         }
     }
-    return Input::Nothing;
 }
 
 bool EngineLink::waitFor(short condition, Clock::time_point deadline) const {

@@ -106,9 +106,10 @@ std::optional<EngineProcess> EngineProcess::start(const std::string& path, Descr
     theirs.reset();
     ChildProcess child(process);
     if (!child.isKnown()) {
-        const int reason = errno;
-        error = std::string("the speech engine can't be watched: ") + std::strerror(reason);
-        if (reason != ESRCH) {
+        if (errno == ESRCH) {
+            error = kEngineEnded;
+        } else {
+            error = std::string("the speech engine can't be watched: ") + std::strerror(errno);
             killAtOnce(process);
         }
         return std::nullopt;

@@ -14,6 +14,8 @@
 
 namespace zqm::platform {
 
+inline constexpr const char* kEngineEnded = "the speech engine ended unexpectedly";
+
 class EngineProcess {
 public:
     // Nothing when it can't be started; `error` then says why.

@@ -17,7 +17,6 @@
 namespace zqm::platform {
 
 // Why an engine is of no more use.
-inline constexpr const char* kEngineEnded = "the speech engine ended unexpectedly";
 inline constexpr const char* kEngineIsMute = "the speech engine does not answer";
 inline constexpr const char* kEngineTalksNonsense = "the speech engine said something that makes no sense";
 

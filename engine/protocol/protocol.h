@@ -55,8 +55,9 @@ struct ListVoices {
 };
 
 // Where an utterance is written instead of played. The descriptor of the open, empty file travels with
-// the message (SCM_RIGHTS); with a temporary name, the descriptor of its folder follows it. The file may
-// have no name yet, so that nothing is left of it should both ends be killed.
+// the message (SCM_RIGHTS); with a temporary name (temporary_name.h), the descriptor of its folder follows
+// it, and the one must be open for reading and writing, the other with O_PATH: no others are put in their
+// places. The file may have no name yet, so that nothing is left of it should both ends be killed.
 struct Output {
     std::string extension;     // of the final name, without the dot, as written; picks the format
     std::string temporaryName; // renamed to finalName when whole, removed on failure; empty: write in place

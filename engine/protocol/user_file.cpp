@@ -14,7 +14,8 @@ constexpr mode_t kFileMode = S_ISVTX | S_IRUSR | S_IWUSR;
 constexpr mode_t kWritableByOthers = S_IWGRP | S_IWOTH;
 
 // Whether it is a folder that only this user can put something into. It isn't opened for that, which an
-// engine may not, and stays where it is: others can't move it, neither in /run/user nor in /tmp.
+// engine may not, and stays where it is: others can't move it in /run/user or in /tmp, nor where
+// XDG_RUNTIME_DIR is as it has to be.
 bool isSafe(const std::string& path) {
     struct stat status {};
     return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == ::geteuid() &&
