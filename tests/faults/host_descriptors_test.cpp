@@ -101,6 +101,7 @@ TEST(NoDescriptors, ForTheFirstListeningOfAProgram) {
             program.expectHears();
         });
     }
+    EXPECT_GT(tally.failures(), 0);
 }
 
 } // namespace

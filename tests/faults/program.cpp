@@ -84,6 +84,10 @@ void Tally::add(Seen seen) {
     ++counts_[static_cast<int>(seen)];
 }
 
+int Tally::failures() const {
+    return of(Seen::Refused) + of(Seen::EndedEarly) + of(Seen::HeardNothing);
+}
+
 int Tally::of(Seen seen) const {
     return counts_[static_cast<int>(seen)];
 }

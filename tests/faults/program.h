@@ -62,6 +62,8 @@ public:
 
     void add(Seen seen);
     int of(Seen seen) const;
+    // How often something else than Completed: 0 tells that what was done to the program did nothing.
+    int failures() const;
 
 private:
     std::string what_;

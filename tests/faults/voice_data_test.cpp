@@ -6,6 +6,7 @@
 #include "tests/support/scoped_environment.h"
 
 #include <gtest/gtest.h>
+#include <string_view>
 
 namespace zqm::faults {
 namespace {
@@ -34,6 +35,8 @@ TEST_P(VoiceData, ThatIsDamagedIsNotRemembered) {
             });
         }
     }
+    // What it finds in no dictionary, espeak-ng says by rules of its own.
+    EXPECT_EQ(tally.failures() > 0, std::string_view(GetParam()) != "en_dict");
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, VoiceData,
