@@ -287,7 +287,11 @@ bool ListeningSession::hear(const protocol::Listening& listening) {
             giveUp(*file_ + ": " + listening.error);
         } else {
             reportFailure(listening.error);
-            replaceLater();
+            if (listening.wantsNewEngine) {
+                replaceLater();
+            } else {
+                keepEngine();
+            }
         }
         return true;
     }

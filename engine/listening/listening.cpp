@@ -81,7 +81,7 @@ void Listening::open() {
         prepareListener();
     } catch (const std::runtime_error& error) {
         retry_ = Clock::now() + Microphone::kRetry;
-        failed(error.what());
+        failed(error.what(), Remedy::NewEngine);
         return;
     }
     AudioTaker& taker = *this;
@@ -154,7 +154,7 @@ std::chrono::microseconds Listening::idleTime() const {
 void Listening::began() {
     isCapturing_ = true;
     queueUp();
-    tellState("");
+    tellState("", Remedy::Time);
 }
 
 void Listening::take(std::span<const std::int16_t> samples) {
@@ -169,12 +169,12 @@ void Listening::take(std::span<const std::int16_t> samples) {
     }
 }
 
-void Listening::failed(const std::string& reason) {
+void Listening::failed(const std::string& reason, Remedy remedy) {
     if (std::exchange(isCapturing_, false)) {
         listener_->finish();
     }
     queueUp();
-    tellState(reason);
+    tellState(reason, remedy);
 }
 
 void Listening::ended() {
@@ -184,10 +184,10 @@ void Listening::ended() {
     report_(protocol::EndOfInput{session_->session});
 }
 
-void Listening::tellState(const std::string& error) {
+void Listening::tellState(const std::string& error, Remedy remedy) {
     if (state_ != error) {
         state_ = error;
-        report_(protocol::Listening{session_->session, error});
+        report_(protocol::Listening{session_->session, error, remedy == Remedy::NewEngine});
     }
 }
 

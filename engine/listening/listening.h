@@ -51,7 +51,7 @@ private:
 
     void began() override;
     void take(std::span<const std::int16_t> samples) override;
-    void failed(const std::string& reason) override;
+    void failed(const std::string& reason, Remedy remedy) override;
     void ended() override;
 
     void prepareListener();
@@ -59,7 +59,7 @@ private:
     void open();
     void end();
     void queueUp();
-    void tellState(const std::string& error);
+    void tellState(const std::string& error, Remedy remedy);
     void tellProblems(std::uint64_t list, const std::vector<UnusableCommand>& problems);
     void tellPhrase(const HeardPhrase& phrase);
 

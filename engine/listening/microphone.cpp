@@ -45,14 +45,14 @@ void Microphone::advance() {
         connect();
     }
     if (context_ == nullptr || PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)) == 0) {
-        fail(isCapturing_ ? "the sound server is gone" : SoundServer::absence());
+        fail(isCapturing_ ? "the sound server is gone" : SoundServer::absence(), Remedy::NewEngine);
         return;
     }
     if (stream_ == nullptr && pa_context_get_state(context_) == PA_CONTEXT_READY) {
         openStream();
     }
     if (stream_ != nullptr && PA_STREAM_IS_GOOD(pa_stream_get_state(stream_)) == 0) {
-        fail(isCapturing_ ? "the sound server ended the recording" : refusal());
+        fail(isCapturing_ ? "the sound server ended the recording" : refusal(), Remedy::Time);
         return;
     }
     const bool isOpen = stream_ != nullptr && pa_stream_get_state(stream_) == PA_STREAM_READY;
@@ -63,13 +63,13 @@ void Microphone::advance() {
         return;
     }
     if (!isOpen) {
-        fail(SoundServer::absence());
+        fail(SoundServer::absence(), Remedy::NewEngine);
     } else if (!std::exchange(isDoubted_, true)) {
         next_ = Clock::now() + kLastChance;
     } else {
         isMute_ = true;
         isCapturing_ = false;
-        taker_.failed("the microphone gives no sound");
+        taker_.failed("the microphone gives no sound", Remedy::Time);
     }
 }
 
@@ -93,7 +93,7 @@ void Microphone::openStream() {
     stream_ = pa_stream_new(context_, "Speech recognition", &spec, nullptr);
     if (stream_ == nullptr ||
         pa_stream_connect_record(stream_, nullptr, &buffer, PA_STREAM_ADJUST_LATENCY) < 0) {
-        fail(refusal());
+        fail(refusal(), Remedy::Time);
     }
 }
 
@@ -133,10 +133,10 @@ void Microphone::give(const void* data, std::size_t bytes) {
     }
 }
 
-void Microphone::fail(const std::string& reason) {
+void Microphone::fail(const std::string& reason, Remedy remedy) {
     disconnect();
     next_ = Clock::now() + kRetry;
-    taker_.failed(reason);
+    taker_.failed(reason, remedy);
 }
 
 void Microphone::disconnect() {

@@ -34,7 +34,7 @@ private:
     void read();
     void give(const void* data, std::size_t bytes);
     void disconnect();
-    void fail(const std::string& reason);
+    void fail(const std::string& reason, Remedy remedy);
     [[nodiscard]] std::string refusal() const;
 
     SoundServer& server_;

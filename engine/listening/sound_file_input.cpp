@@ -57,7 +57,7 @@ void SoundFileInput::advance() {
         }
     } catch (const std::runtime_error& error) {
         close();
-        taker_.failed(std::string("the sound file can't be read: ") + error.what());
+        taker_.failed(std::string("the sound file can't be read: ") + error.what(), Remedy::Time);
     }
 }
 

@@ -41,7 +41,7 @@ Json write(const CommandsSet& event) {
 }
 
 Json write(const Listening& event) {
-    Json message{{"type", "listening"}, {"session", event.session}};
+    Json message{{"type", "listening"}, {"session", event.session}, {"wantsNewEngine", event.wantsNewEngine}};
     if (!event.error.empty()) {
         message["error"] = event.error;
     }
@@ -168,7 +168,8 @@ std::optional<Event> readListeningEvent(Members& members, std::string_view type)
     }
     if (type == "listening") {
         const std::uint64_t session = readSession(members);
-        return Listening{session, members.optionalError()};
+        std::string error = members.optionalError();
+        return Listening{session, std::move(error), members.boolean("wantsNewEngine")};
     }
     if (type == "heard") {
         return readHeard(members);

@@ -5,7 +5,7 @@
 //   host   -> {"type":"commands","list":1,"commands":["open the door","stop"]}
 //   host   -> {"type":"listen","session":3,"reportsLevel":false,"fromFile":false}
 //   engine -> {"type":"commandsSet","list":1,"problems":[],"refused":0}   the list is in effect
-//   engine -> {"type":"listening","session":3}                    capturing; with "error" why it isn't
+//   engine -> {"type":"listening","session":3,"wantsNewEngine":false}   capturing; with "error" why it is not
 //   engine -> {"type":"heard","session":3,"list":1,"command":0,"begin":0.5,"end":1.25}   any number of these,
 //             and of "rejected" and "level"
 //   engine -> {"type":"endOfInput","session":3}                   only of a file: all of it was heard
@@ -87,6 +87,8 @@ struct CommandsSet {
 struct Listening {
     std::uint64_t session = 0;
     std::string error; // empty: it is capturing
+    bool wantsNewEngine =
+        false; // which may do better, as this one can reach only what was there when it began
 
     bool operator==(const Listening&) const = default;
 };

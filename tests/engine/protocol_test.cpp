@@ -90,9 +90,10 @@ INSTANTIATE_TEST_SUITE_P(
         Event(Phonemes{}), Event(CommandsSet{1, {}}),
         Event(CommandsSet{2, {{0, "nothing in it can be spoken"}, {std::uint64_t{1} << 63, "x"}}, 2}),
         Event(CommandsSet{3, {{7, "x"}}, std::uint64_t{1} << 63}), Event(CommandsSet{4, {}, 1}),
-        Event(Pong{}), Event(Listening{1, ""}), Event(Listening{1, "no sound server answers"}),
-        Event(Heard{1, 2, 0, 0, 0}), Event(Heard{1, 2, std::uint64_t{1} << 63, 0.5, 1e9}),
-        Event(Rejected{1, 0.1, 0.3}), Event(Level{1, -96.3}), Event(Level{1, 0}), Event(EndOfInput{1})));
+        Event(Pong{}), Event(Listening{1, ""}), Event(Listening{1, "no sound server answers", true}),
+        Event(Listening{1, "there is no microphone"}), Event(Heard{1, 2, 0, 0, 0}),
+        Event(Heard{1, 2, std::uint64_t{1} << 63, 0.5, 1e9}), Event(Rejected{1, 0.1, 0.3}),
+        Event(Level{1, -96.3}), Event(Level{1, 0}), Event(EndOfInput{1})));
 
 TEST(Protocol, writesWhatIsNotANumberAsNull) {
     const auto back = decodeRequest(withoutLineFeed(encode(
@@ -382,7 +383,7 @@ const std::vector<Layout> kLayouts{
     {"blockOthers", true, {{"blocks", kFlag}}},
     {"stopListening", true, {{"session", kNumber}}},
     {"commandsSet", false, {{"list", kNumber}, {"problems", kProblems}, {"refused", kNumber}}},
-    {"listening", false, {{"session", kNumber}, {"error", kText}}, "error"},
+    {"listening", false, {{"session", kNumber}, {"error", kText}, {"wantsNewEngine", kFlag}}, "error"},
     {"heard",
      false,
      {{"session", kNumber}, {"list", kNumber}, {"command", kIndex}, {"begin", kTime}, {"end", kTime}}},

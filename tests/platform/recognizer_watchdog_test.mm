@@ -139,11 +139,11 @@ TEST_F(RecognizerWatchdog, NobodyIsWokenWhileNothingListens) {
 }
 
 // Where it began before there was a sound server, it may never reach that.
-TEST_F(RecognizerWatchdog, AnEngineWithoutAMicrophoneIsReplaced) {
+TEST_F(RecognizerWatchdog, AnEngineThatWantsANewOneIsReplaced) {
     Listener listener(Texts{"open"});
     const auto log = logged([&] {
         auto engine = start(listener);
-        engine->say(Listening{1, "no sound server answers"});
+        engine->say(Listening{1, "no sound server answers", true});
         ASSERT_TRUE(runUntil([&] { return stage_.hasNext(); }));
         EXPECT_TRUE(engine->isLeft());
         engine = stage_.next();
@@ -159,8 +159,20 @@ TEST_F(RecognizerWatchdog, AnEngineThatHasItsMicrophoneAgainIsKept) {
     Listener listener(Texts{"open"});
     logged([&] {
         auto engine = start(listener);
-        engine->say(Listening{1, "no sound server answers"});
+        engine->say(Listening{1, "no sound server answers", true});
         engine->say(Listening{1, ""});
+        runFor(kDeadline * 12 / 10);
+        expectInUse(*engine, listener);
+    });
+}
+
+// A new one would hear no more, and first have all commands to learn.
+TEST_F(RecognizerWatchdog, AnEngineWhoseMicrophoneIsMuteIsKept) {
+    Listener listener(Texts{"open"});
+    logged([&] {
+        auto engine = start(listener);
+        engine->say(Listening{1, "no sound server answers", true});
+        engine->say(Listening{1, "the microphone gives no sound"});
         runFor(kDeadline * 12 / 10);
         expectInUse(*engine, listener);
     });
