@@ -53,7 +53,7 @@ std::vector<Fault> garbageEvents() {
     nonsense("foreign_start", R"({"type":"started","utterance":1000})");
     nonsense("foreign_word", R"({"type":"word","utterance":1000,"position":0,"length":1,"at":0})");
     nonsense("foreign_end", R"({"type":"finished","utterance":1000,"completed":true,"at":1})");
-    nonsense("foreign_session", R"({"type":"listening","session":1000})");
+    nonsense("foreign_session", R"({"type":"listening","session":1000,"wantsNewEngine":false})");
     return faults;
 }
 

@@ -62,10 +62,10 @@ TEST_F(ListeningWithoutModel, saysSoOncePerSession) {
     EXPECT_THAT(events, IsEmpty());
     listening.begin({1, false, false}, {});
     listening.advance();
-    EXPECT_THAT(events, ElementsAre(protocol::Event(protocol::Listening{1, kMissing})));
+    EXPECT_THAT(events, ElementsAre(protocol::Event(protocol::Listening{1, kMissing, true})));
     listening.begin({2, false, false}, {});
     EXPECT_EQ(events.size(), 2U);
-    EXPECT_EQ(events[1], protocol::Event(protocol::Listening{2, kMissing}));
+    EXPECT_EQ(events[1], protocol::Event(protocol::Listening{2, kMissing, true}));
 }
 
 TEST_F(ListeningWithoutModel, takesTheCommandsOnceItIsThere) {
@@ -74,7 +74,7 @@ TEST_F(ListeningWithoutModel, takesTheCommandsOnceItIsThere) {
     isInstalled = true;
     runUntil(3);
     EXPECT_EQ(events[1], protocol::Event(protocol::CommandsSet{1, {}}));
-    EXPECT_EQ(events[2], protocol::Event(protocol::Listening{1, kNoServer}));
+    EXPECT_EQ(events[2], protocol::Event(protocol::Listening{1, kNoServer, true}));
     EXPECT_LE(listening.idleTime(), std::chrono::seconds(2));
 }
 
@@ -90,7 +90,7 @@ TEST_F(ListeningWithoutModel, doesNotLookAtAListThatAnotherOneFollows) {
 
 TEST_F(ListeningWithoutModel, hasFailedForGoodWithAFile) {
     listening.begin({1, false, true}, {});
-    EXPECT_THAT(events, ElementsAre(protocol::Event(protocol::Listening{1, kMissing})));
+    EXPECT_THAT(events, ElementsAre(protocol::Event(protocol::Listening{1, kMissing, true})));
     EXPECT_LT(listening.idleTime().count(), 0);
 }
 

@@ -229,8 +229,8 @@ TEST_F(MicrophoneListening, goesOnWhenTheServerIsBack) {
     setCommands(engine);
     begin(engine, 1);
     server.kill();
-    EXPECT_EQ(nextState(), (Listening{1, "the sound server is gone"}));
-    EXPECT_EQ(nextState(), (Listening{1, "no sound server answers"}));
+    EXPECT_EQ(nextState(), (Listening{1, "the sound server is gone", true}));
+    EXPECT_EQ(nextState(), (Listening{1, "no sound server answers", true}));
     server.restart();
     EXPECT_THAT(reasonsUntilItWorks(), IsEmpty());
     expectToHearTheRecording(1);
@@ -283,7 +283,7 @@ TEST_F(MicrophoneListening, canBeStoppedWhileItFails) {
     setCommands(engine);
     begin(engine, 1);
     server.kill();
-    EXPECT_EQ(nextState(), (Listening{1, "the sound server is gone"}));
+    EXPECT_EQ(nextState(), (Listening{1, "the sound server is gone", true}));
     engine.send(StopListening{1});
     sync(engine);
     server.restart();
@@ -293,9 +293,9 @@ TEST_F(MicrophoneListening, canBeStoppedWhileItFails) {
 TEST(MicrophoneListeningWithoutServer, saysSoOnce) {
     EngineProcess engine({{"PULSE_SERVER", ScopedPulseServer::unreachableAddress()}});
     engine.send(Listen{1, false, false});
-    EXPECT_EQ(engine.nextOf<Listening>(), (Listening{1, "no sound server answers"}));
+    EXPECT_EQ(engine.nextOf<Listening>(), (Listening{1, "no sound server answers", true}));
     engine.send(Listen{2, false, false});
-    EXPECT_EQ(engine.nextOf<Listening>(), (Listening{2, "no sound server answers"}));
+    EXPECT_EQ(engine.nextOf<Listening>(), (Listening{2, "no sound server answers", true}));
     // It doesn't keep the engine from anything else.
     const TemporaryFolder folder;
     setCommands(engine);
