@@ -44,6 +44,11 @@ protected:
         EXPECT_GT(support::heardSeconds(recording.samples(), recording.rate()), 1);
     }
 
+    static void speakUntilWord(Speaker& speaker, std::size_t word) {
+        ASSERT_TRUE(speaker.start(longText()));
+        ASSERT_TRUE(speaker.waitForWords(word));
+    }
+
     // Told once, and for good.
     static void expectEndedEarly(Speaker& speaker) {
         EXPECT_EQ(speaker.finished(), false);
@@ -59,8 +64,7 @@ TEST_F(ServerFaults, AServerKilledInMidSpeechEndsTheSpeechAndTheNextOneIsUsed) {
     support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Speaker speaker(runtime_);
-    ASSERT_TRUE(speaker.start(longText()));
-    ASSERT_TRUE(speaker.waitForWords(3));
+    ASSERT_NO_FATAL_FAILURE(speakUntilWord(speaker, 3));
     server.kill();
     ASSERT_TRUE(speaker.waitForEnd());
     expectEndedEarly(speaker);
@@ -126,8 +130,7 @@ TEST_F(ServerFaults, AServerFrozenInMidSpeechIsNoReasonNotToStop) {
     support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Speaker speaker(runtime_);
-    ASSERT_TRUE(speaker.start(longText()));
-    ASSERT_TRUE(speaker.waitForWords(2));
+    ASSERT_NO_FATAL_FAILURE(speakUntilWord(speaker, 2));
     server.freeze();
     speaker.stop();
     ASSERT_TRUE(speaker.waitForEnd());
@@ -152,8 +155,7 @@ TEST_F(ServerFaults, AServerThatStaysFrozenEndsTheSpeechAndIsUsedAgainOnceItGoes
     support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Speaker speaker(runtime_);
-    ASSERT_TRUE(speaker.start(longText()));
-    ASSERT_TRUE(speaker.waitForWords(2));
+    ASSERT_NO_FATAL_FAILURE(speakUntilWord(speaker, 2));
     server.freeze();
     const double begin = support::monotonicSeconds();
     const std::vector<std::string> log = support::logged([&] { EXPECT_TRUE(speaker.waitForEnd()); });

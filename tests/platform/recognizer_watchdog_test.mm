@@ -52,6 +52,18 @@ protected:
         EXPECT_TRUE(runUntil([&] { return listener.heard.texts.size() > heard || stage_.hasNext(); }));
         EXPECT_FALSE(stage_.hasNext());
     }
+
+    // What an engine says after it has wanted a new one has it kept.
+    void expectToBeKeptBy(const Listening& state) {
+        Listener listener(Texts{"open"});
+        logged([&] {
+            auto engine = start(listener);
+            engine->say(Listening{1, "no sound server answers", true});
+            engine->say(state);
+            runFor(kDeadline * 12 / 10);
+            expectInUse(*engine, listener);
+        });
+    }
 };
 
 TEST_F(RecognizerWatchdog, AnEngineThatDoesNotAnswerIsReplaced) {
@@ -156,26 +168,12 @@ TEST_F(RecognizerWatchdog, AnEngineThatWantsANewOneIsReplaced) {
 }
 
 TEST_F(RecognizerWatchdog, AnEngineThatHasItsMicrophoneAgainIsKept) {
-    Listener listener(Texts{"open"});
-    logged([&] {
-        auto engine = start(listener);
-        engine->say(Listening{1, "no sound server answers", true});
-        engine->say(Listening{1, ""});
-        runFor(kDeadline * 12 / 10);
-        expectInUse(*engine, listener);
-    });
+    expectToBeKeptBy(Listening{1, ""});
 }
 
 // A new one would hear no more, and first have all commands to learn.
 TEST_F(RecognizerWatchdog, AnEngineWhoseMicrophoneIsMuteIsKept) {
-    Listener listener(Texts{"open"});
-    logged([&] {
-        auto engine = start(listener);
-        engine->say(Listening{1, "no sound server answers", true});
-        engine->say(Listening{1, "the microphone gives no sound"});
-        runFor(kDeadline * 12 / 10);
-        expectInUse(*engine, listener);
-    });
+    expectToBeKeptBy(Listening{1, "the microphone gives no sound"});
 }
 
 TEST_F(RecognizerWatchdog, AnAnswerThatNobodyAskedForMakesNoSense) {
