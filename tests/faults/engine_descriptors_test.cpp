@@ -11,15 +11,14 @@
 namespace zqm::faults {
 namespace {
 
-constexpr int kMostSteps = 60;
+[[maybe_unused]] constexpr int kMostSteps = 60;
 constexpr int kStepsOfFile = 6;
-// What a slow engine may not have closed yet of the file before: file, folder, and the socket that they go to.
-constexpr int kHeldForAWhile = 3;
 
 class EngineWithoutDescriptors : public testing::Test {
 protected:
-    // What the only engine may open beyond what it has.
+    // What the only engine may open beyond what it has, once the one before has ended.
     static std::shared_ptr<ScopedLimit> limitEngine(int spare) {
+        EXPECT_TRUE(eventually([] { return engines().size() == 1; }));
         const pid_t engine = engines().at(0);
         return std::make_shared<ScopedLimit>(
             RLIMIT_NOFILE, support::openDescriptorsOf(engine) + static_cast<rlim_t>(spare), engine);
@@ -49,12 +48,14 @@ TEST_F(EngineWithoutDescriptors, WritesAFileOrSaysThatItDidNot) {
     }
 }
 
+#ifndef __SANITIZE_ADDRESS__ // which ends it, as it looks through a pipe for what type an object has
+
 TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Tally tally("speech aloud with an engine that may open no more files");
     program_.expectWorks();
-    for (int spare = -kHeldForAWhile; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
+    for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
         SCOPED_TRACE(spare);
         ASSERT_LT(spare, kMostSteps);
         {
@@ -72,6 +73,8 @@ TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
     }
     EXPECT_GT(tally.failures(), 0);
 }
+
+#endif
 
 } // namespace
 } // namespace zqm::faults
