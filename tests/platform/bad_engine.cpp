@@ -30,7 +30,7 @@ public:
 
     void run() {
         if (fault_ == "close at once") {
-            return;
+            ::_exit(0); // as others here: a sanitizer that is killed at the end says so where the host speaks
         }
         if (fault_ == "deaf") {
             sleepForEver();
