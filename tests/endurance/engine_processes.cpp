@@ -24,6 +24,13 @@ bool isForFiles(pid_t child) {
     return getpgid(child) != child;
 }
 
+bool isAnyAtWork(const std::vector<pid_t>& processes) {
+    return std::ranges::any_of(processes, [](pid_t process) {
+        const char state = support::stateOf(process);
+        return state == 'R' || state == 'D';
+    });
+}
+
 } // namespace
 
 EngineProcesses::EngineProcesses() : others_(support::childrenOfThisProcess()) {
@@ -58,7 +65,8 @@ bool EngineProcesses::reapOrphans() const {
 
 void holdEngine(pid_t engine) {
     kill(engine, SIGSTOP);
-    while (support::stateOf(engine) != 'T' && support::isAlive(engine)) {
+    while (support::isAlive(engine) &&
+           (support::stateOf(engine) != 'T' || isAnyAtWork(support::childrenOf(engine)))) {
         std::this_thread::sleep_for(kLookAgain);
     }
 }

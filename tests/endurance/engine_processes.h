@@ -31,7 +31,7 @@ private:
     std::vector<pid_t> others_;
 };
 
-// Returns once it is stopped, or has ended.
+// Returns once it is stopped, and what it asked its process for files is done; or it has ended.
 void holdEngine(pid_t engine);
 void goOn(pid_t engine);
 

@@ -72,9 +72,14 @@ Sights endOfAny(KillScene& scene, Speaking& speaking, Killing& killing, bool isS
                             : Sight::EndFalse);
 }
 
+// Whether the file still lacks something: that it is in its place the engine may be about to say.
+bool holdInAFile(KillScene& scene, Speaking& speaking) {
+    return scene.holdSpeaking(speaking) && !scene.hasFile();
+}
+
 // What comes of a kill in mid-speech into a file.
 Sights killHeld(KillScene& scene, Speaking& speaking) {
-    if (!scene.holdSpeaking(speaking)) {
+    if (!holdInAFile(scene, speaking)) {
         return tooLate(scene, speaking);
     }
     killNow(scene, scene.engine());
@@ -300,7 +305,7 @@ Sights pausedAloud(KillScene& scene) {
 Sights stoppingAFile(KillScene& scene) {
     Speaking& speaking = scene.idle();
     require(speaking.start(longText(), scene.file()), "not started");
-    if (!scene.holdSpeaking(speaking)) {
+    if (!holdInAFile(scene, speaking)) {
         return tooLate(scene, speaking);
     }
     Killing killing = Killing::whenTheCallerWaits(scene.engine());
