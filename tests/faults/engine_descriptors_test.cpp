@@ -11,8 +11,11 @@
 namespace zqm::faults {
 namespace {
 
-[[maybe_unused]] constexpr int kMostSteps = 60;
+constexpr int kMostSteps = 60;
 constexpr int kStepsOfFile = 6;
+// What a slow engine may not have closed yet of the file before: file, folder, and the socket that they go
+// to.
+constexpr int kHeldForAWhile = 3;
 
 class EngineWithoutDescriptors : public testing::Test {
 protected:
@@ -48,33 +51,32 @@ TEST_F(EngineWithoutDescriptors, WritesAFileOrSaysThatItDidNot) {
     }
 }
 
-#ifndef __SANITIZE_ADDRESS__ // which ends it, as it looks through a pipe for what type an object has
-
 TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Tally tally("speech aloud with an engine that may open no more files");
     program_.expectWorks();
-    for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
+    bool isReplaced = false; // by the start, as one that a sanitizer ended which needs a pipe
+    for (int spare = -kHeldForAWhile; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
         SCOPED_TRACE(spare);
         ASSERT_LT(spare, kMostSteps);
         {
             live::Speaker speaker(program_.runtime);
             program_.expectWorks(speaker);
             const auto limit = limitEngine(spare);
+            const pid_t limited = engines().at(0);
             if (!speaker.start("Hello")) {
                 tally.add(Seen::Refused);
             } else {
                 EXPECT_TRUE(speaker.waitForEnd());
                 tally.add(speaker.finished() == true ? Seen::Completed : Seen::EndedEarly);
             }
+            isReplaced = isReplaced || !support::isAlive(limited);
         }
         program_.expectWorks();
     }
-    EXPECT_GT(tally.failures(), 0);
+    EXPECT_TRUE(tally.failures() > 0 || isReplaced);
 }
-
-#endif
 
 } // namespace
 } // namespace zqm::faults
