@@ -22,7 +22,8 @@ constexpr const char* kPassed = "100% tests passed, 0 tests failed out of 2\n"
 class TestedProject : public ScriptProject {
 public:
     TestedProject() : ScriptProject("test") {
-        for (const char* check : {"check-readme", "check-format", "check-documentation", "check-macos"}) {
+        for (const char* check :
+             {"check-readme", "check-format", "check-documentation", "check-macos", "fuzz"}) {
             writeProgram(std::string("scripts/") + check, "");
         }
         write("log", kPassed);
@@ -82,7 +83,7 @@ TEST(TestScript, BuildsAheadWhileASuiteRuns) {
     project.replace("cmake", "echo \"$*\" >>'" + built + "'");
     project.replace("ctest", R"(case "$*" in
         *release*) next=asan ;;
-        *asan*) next=tsan ;;
+        *asan*) next=fuzz ;;
         *) next=build ;;
         esac
         for try in $(seq 2000); do
