@@ -1,6 +1,7 @@
 #include "engine/output/file_placer.h"
 
 #include "engine/confinement/system_calls.h"
+#include "engine/protocol/socket_message.h"
 #include "engine/protocol/temporary_name.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 #include <climits>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <poll.h>
@@ -21,11 +21,13 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace zqm::engine {
 namespace {
 
 using protocol::Descriptor;
+using protocol::SocketMessage;
 
 using Name = std::array<char, NAME_MAX + 1>;
 
@@ -35,65 +37,13 @@ struct Request {
     Name finalName{}; // empty: the temporary one is to be removed
 };
 
-constexpr std::size_t kDescriptors = 2;
-
-// One of the socket's packets: some bytes, and descriptors where there is room for them.
-class Packet {
-public:
-    enum class Room { ForNone, ForDescriptors };
-
-    Packet(void* bytes, std::size_t count, Room room = Room::ForNone) : part_{bytes, count} {
-        message_.msg_iov = &part_;
-        message_.msg_iovlen = 1;
-        if (room == Room::ForDescriptors) {
-            message_.msg_control = control_.data();
-            message_.msg_controllen = sizeof control_;
-        }
-    }
-    Packet(const Packet&) = delete;
-    Packet& operator=(const Packet&) = delete;
-
-    void set(const std::array<int, kDescriptors>& numbers) {
-        cmsghdr* const header = CMSG_FIRSTHDR(&message_);
-        header->cmsg_level = SOL_SOCKET;
-        header->cmsg_type = SCM_RIGHTS;
-        header->cmsg_len = CMSG_LEN(sizeof numbers);
-        std::memcpy(CMSG_DATA(header), numbers.data(), sizeof numbers);
-    }
-
-    // The descriptors that came, which are two or none is of use.
-    std::array<Descriptor, kDescriptors> take() {
-        std::array<Descriptor, kDescriptors> descriptors;
-        for (cmsghdr* header = CMSG_FIRSTHDR(&message_); header != nullptr;
-             header = CMSG_NXTHDR(&message_, header)) {
-            if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
-                continue;
-            }
-            const std::size_t count = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
-            for (std::size_t index = 0; index < std::min(count, kDescriptors); ++index) {
-                int number = -1;
-                std::memcpy(&number, CMSG_DATA(header) + index * sizeof number, sizeof number);
-                descriptors[index].reset(number);
-            }
-        }
-        return descriptors;
-    }
-
-    ssize_t send(int socket) const { return ::sendmsg(socket, &message_, MSG_NOSIGNAL); }
-
-    ssize_t receive(int socket) {
-        ssize_t count = 0;
-        do {
-            count = ::recvmsg(socket, &message_, MSG_CMSG_CLOEXEC);
-        } while (count < 0 && errno == EINTR);
-        return count;
-    }
-
-private:
-    iovec part_;
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int) * kDescriptors)> control_{};
-    msghdr message_{};
-};
+ssize_t receive(SocketMessage& packet, int socket) {
+    ssize_t count = 0;
+    do {
+        count = packet.receive(socket);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
 
 // ---- in the engine
 
@@ -106,13 +56,13 @@ bool set(Name& name, const std::string& text) {
 }
 
 int ask(int socket, int file, int folder, Request request) {
-    Packet question(&request, sizeof request, Packet::Room::ForDescriptors);
-    question.set({file, folder});
-    if (question.send(socket) < 0) {
+    SocketMessage question(&request, sizeof request);
+    if (!question.attach(file) || !question.attach(folder) || question.send(socket) < 0) {
         return errno;
     }
     int error = 0;
-    const ssize_t count = Packet(&error, sizeof error).receive(socket);
+    SocketMessage answer(&error, sizeof error);
+    const ssize_t count = receive(answer, socket);
     return count == sizeof error ? error : count < 0 ? errno : EPIPE;
 }
 
@@ -225,15 +175,22 @@ int serve(const Request& request, int file, int folder) {
 void serveAll(int socket) {
     for (;;) {
         Request request;
-        Packet question(&request, sizeof request, Packet::Room::ForDescriptors);
-        const ssize_t count = question.receive(socket);
+        SocketMessage question(&request, sizeof request);
+        const ssize_t count = receive(question, socket);
         if (count <= 0) {
             return;
         }
-        const auto [file, folder] = question.take();
+        Descriptor file;
+        Descriptor folder;
+        question.takeDescriptors([&](Descriptor came) {
+            Descriptor& wanted = file ? folder : file;
+            if (!wanted) {
+                wanted = std::move(came);
+            }
+        });
         int error =
             file && folder && count == sizeof request ? serve(request, file.get(), folder.get()) : EINVAL;
-        Packet(&error, sizeof error).send(socket);
+        static_cast<void>(SocketMessage(&error, sizeof error).send(socket));
     }
 }
 

@@ -1,10 +1,10 @@
 #include "engine/protocol/channel.h"
 
+#include "engine/protocol/socket_message.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
-#include <sys/socket.h>
 #include <utility>
 
 namespace zqm::protocol {
@@ -16,11 +16,6 @@ constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 
 // A buffer that grew beyond this for one long line is given back once it is empty.
 constexpr std::size_t kKeptBufferBytes = std::size_t{256} << 10;
-
-union ControlBuffer {
-    cmsghdr header;
-    std::array<char, CMSG_SPACE(sizeof(int) * Channel::kMaxDescriptors)> bytes;
-};
 
 } // namespace
 
@@ -60,31 +55,14 @@ void Channel::dropExpendable() {
 }
 
 long Channel::write(const Chunk& chunk) {
-    iovec part{const_cast<char*>(chunk.bytes.data()) + written_, chunk.bytes.size() - written_};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    ControlBuffer control{};
-    if (chunk.descriptors.size() > kMaxDescriptors) {
-        errno = EMSGSIZE;
-        return -1;
-    }
-    if (!chunk.descriptors.empty()) {
-        const std::size_t bytes = chunk.descriptors.size() * sizeof(int);
-        message.msg_control = &control;
-        message.msg_controllen = CMSG_SPACE(bytes);
-        cmsghdr* const header = CMSG_FIRSTHDR(&message);
-        header->cmsg_level = SOL_SOCKET;
-        header->cmsg_type = SCM_RIGHTS;
-        header->cmsg_len = CMSG_LEN(bytes);
-        unsigned char* place = CMSG_DATA(header);
-        for (const Descriptor& descriptor : chunk.descriptors) {
-            const int number = descriptor.get();
-            std::memcpy(place, &number, sizeof number);
-            place += sizeof number;
+    SocketMessage message(const_cast<char*>(chunk.bytes.data()) + written_, chunk.bytes.size() - written_);
+    for (const Descriptor& descriptor : chunk.descriptors) {
+        if (!message.attach(descriptor.get())) {
+            errno = EMSGSIZE;
+            return -1;
         }
     }
-    return ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+    return message.send(socket_.get(), MSG_DONTWAIT);
 }
 
 bool Channel::flush() {
@@ -164,14 +142,8 @@ Channel::Input Channel::receive() {
         begin_ = 0;
     }
     std::array<char, kChunkBytes> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by recvmsg
-    ControlBuffer control{};
-    iovec part{bytes.data(), bytes.size()};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    message.msg_control = &control;
-    message.msg_controllen = sizeof control;
-    const ssize_t count = ::recvmsg(socket_.get(), &message, MSG_DONTWAIT | MSG_CMSG_CLOEXEC);
+    SocketMessage message(bytes.data(), bytes.size());
+    const ssize_t count = message.receive(socket_.get(), MSG_DONTWAIT);
     if (count < 0) {
         if (errno == EINTR) {
             return Input::Line;
@@ -185,24 +157,14 @@ Channel::Input Channel::receive() {
         return Input::Line;
     }
     std::size_t came = 0;
-    for (cmsghdr* header = CMSG_FIRSTHDR(&message); header != nullptr;
-         header = CMSG_NXTHDR(&message, header)) {
-        if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
-            continue;
-        }
-        const std::size_t total = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
-        for (std::size_t index = 0; index < total; ++index) {
-            int number = -1;
-            std::memcpy(&number, CMSG_DATA(header) + index * sizeof(int), sizeof number);
-            received_.emplace_back(number);
-        }
-        came += total;
-    }
-    const bool isTruncated = (message.msg_flags & MSG_CTRUNC) != 0;
-    if (isTruncated && came < kMaxDescriptors) {
+    message.takeDescriptors([&](Descriptor descriptor) {
+        received_.push_back(std::move(descriptor));
+        ++came;
+    });
+    if (message.lacksDescriptors() && came < kMaxDescriptors) {
         error_ = EMFILE; // though there was room for them in the message
         final_ = Input::Failed;
-    } else if (isTruncated || received_.size() > kMaxDescriptors) {
+    } else if (message.lacksDescriptors() || received_.size() > kMaxDescriptors) {
         final_ = Input::Overladen;
     } else if (count == 0) {
         final_ = Input::End;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engine/protocol/descriptor.h"
+#include "engine/protocol/socket_message.h"
 
 #include <cstddef>
 #include <deque>
@@ -16,7 +17,7 @@ namespace zqm::protocol {
 class Channel {
 public:
     // Descriptors that may wait to be taken; more are an error of the peer.
-    static constexpr std::size_t kMaxDescriptors = 16;
+    static constexpr std::size_t kMaxDescriptors = SocketMessage::kMaxDescriptors;
 
     enum class Input {
         Line,      // one was read
