@@ -11,11 +11,10 @@
 namespace zqm::faults {
 namespace {
 
-constexpr int kMostSteps = 60;
+[[maybe_unused]] constexpr int kMostSteps = 60;
 constexpr int kStepsOfFile = 6;
-// What a slow engine may not have closed yet of the file before: file, folder, and the socket that they go
-// to.
-constexpr int kHeldForAWhile = 3;
+// Of the file before a slow engine may have these open yet: file, folder, and the socket that they go to.
+[[maybe_unused]] constexpr int kHeldForAWhile = 3;
 
 class EngineWithoutDescriptors : public testing::Test {
 protected:
@@ -51,12 +50,13 @@ TEST_F(EngineWithoutDescriptors, WritesAFileOrSaysThatItDidNot) {
     }
 }
 
+#ifndef __SANITIZE_ADDRESS__ // one of whose checks takes objects for none where it has no pipe
+
 TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
     const support::PulseServer server;
     const support::ScopedPulseServer use(server);
     Tally tally("speech aloud with an engine that may open no more files");
     program_.expectWorks();
-    bool isReplaced = false; // by the start, as one that a sanitizer ended which needs a pipe
     for (int spare = -kHeldForAWhile; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
         SCOPED_TRACE(spare);
         ASSERT_LT(spare, kMostSteps);
@@ -64,19 +64,19 @@ TEST_F(EngineWithoutDescriptors, DoesNotSpeakAloudButItsSuccessorDoes) {
             live::Speaker speaker(program_.runtime);
             program_.expectWorks(speaker);
             const auto limit = limitEngine(spare);
-            const pid_t limited = engines().at(0);
             if (!speaker.start("Hello")) {
                 tally.add(Seen::Refused);
             } else {
                 EXPECT_TRUE(speaker.waitForEnd());
                 tally.add(speaker.finished() == true ? Seen::Completed : Seen::EndedEarly);
             }
-            isReplaced = isReplaced || !support::isAlive(limited);
         }
         program_.expectWorks();
     }
-    EXPECT_TRUE(tally.failures() > 0 || isReplaced);
+    EXPECT_GT(tally.failures(), 0);
 }
+
+#endif
 
 } // namespace
 } // namespace zqm::faults
