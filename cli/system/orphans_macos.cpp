@@ -2,12 +2,12 @@
 
 namespace zqm::cli {
 
-void adoptOrphans() {}
+Adoption::Adoption() = default;
+
+void Adoption::end() const {}
 
 std::int64_t orphansOfParent() {
     return 0;
 }
-
-void endAdopted() {}
 
 } // namespace zqm::cli

@@ -275,23 +275,10 @@ public:
 
     // All of it, and how the process itself ended; none: nobody knows.
     std::optional<int> kill() {
-        if (process_ <= 0) {
-            return status_;
+        if (process_ > 0) {
+            killProcess();
         }
-        ::kill(-process_, SIGKILL);
-        ::kill(process_, SIGKILL);
-        int status = 0;
-        pid_t reaped = 0;
-        while ((reaped = waitpid(process_, &status, 0)) < 0 && errno == EINTR) {
-        }
-        if (listener_.apart() > 0) {
-            ::kill(-listener_.apart(), SIGKILL);
-        }
-        if (!supervision_.isSeparate) {
-            endAdopted();
-        }
-        status_ = reaped == process_ ? std::optional(status) : std::nullopt;
-        process_ = 0;
+        adoption_.end();
         return status_;
     }
 
@@ -313,7 +300,6 @@ private:
         output_.closeReader();
         setpgid(0, 0);
         if (supervision_.isSeparate) {
-            adoptOrphans();
             direct(STDIN_FILENO, "/dev/null", O_RDONLY);
             dup2(output_.writer(), STDOUT_FILENO);
             dup2(output_.writer(), STDERR_FILENO);
@@ -323,6 +309,20 @@ private:
         perform(work, findings);
         std::fflush(nullptr);
         findings.end();
+    }
+
+    void killProcess() {
+        ::kill(-process_, SIGKILL);
+        ::kill(process_, SIGKILL);
+        int status = 0;
+        pid_t reaped = 0;
+        while ((reaped = waitpid(process_, &status, 0)) < 0 && errno == EINTR) {
+        }
+        if (listener_.apart() > 0) {
+            ::kill(-listener_.apart(), SIGKILL);
+        }
+        status_ = reaped == process_ ? std::optional(status) : std::nullopt;
+        process_ = 0;
     }
 
     // It stays to be reaped, so that its group's number remains its own.
@@ -350,6 +350,7 @@ private:
 
     const Supervision& supervision_;
     Listener listener_;
+    const Adoption adoption_;
     Pipe findings_;
     Pipe output_;
     std::string keptOutput_;

@@ -15,8 +15,7 @@ namespace zqm::cli {
 
 struct Supervision {
     Findings::Seconds limit; // for each step of the work
-    // With its output kept, and adopting orphans. Otherwise its output goes where that of this process goes,
-    // which is such a one, and whatever it started is killed when the work is done, in whatever group.
+    // With its output kept. Otherwise its output goes where that of this process goes, which is such a one.
     bool isSeparate;
     // Is given each finding at once.
     std::function<void(const Finding&)> found;
@@ -32,8 +31,9 @@ struct SupervisedEnd {
     std::string output = {};    // the last of what was written to standard output and error
 };
 
-// The process has a group of its own, all of which is killed when the work is done. What ended the work
-// before it was done is the last finding. Throws Failure when there can be no process.
+// The process has a group of its own, all of which is killed when the work is done, as is what else it
+// started, in whatever group (Adoption). What ended the work before it was done is the last finding. Throws
+// Failure when there can be no process.
 SupervisedEnd supervise(const std::function<void(Findings&)>& work, const Supervision& supervision);
 
 } // namespace zqm::cli

@@ -349,22 +349,59 @@ TEST(Supervision, WhatWorkLeavesRunningIsEndedAndNotWaitedFor) {
 }
 
 #ifdef __linux__
-TEST(Supervision, WhatAPartLeavesInAnotherSessionIsEnded) {
-    const Supervised result = supervised([](Findings& findings) {
-        findings.apart("", [](Findings& inner) {
-            const pid_t child = fork();
-            if (child == 0) {
-                setsid();
+pid_t startSession() {
+    const pid_t child = fork();
+    if (child == 0) {
+        setsid();
+        hang();
+    }
+    while (getsid(child) != child) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return child;
+}
+
+TEST(Supervision, WhatIsLeftInAnotherSessionIsEnded) {
+    for (const bool isApart : {false, true}) {
+        for (const bool crashes : {false, true}) {
+            const auto work = [crashes](Findings& findings) {
+                findings.pass(std::to_string(startSession()));
+                if (crashes) {
+                    crash(SIGKILL);
+                }
+            };
+            const Supervised result = supervised(
+                [&](Findings& findings) { isApart ? void(findings.apart("", work)) : work(findings); });
+            ASSERT_EQ(result.findings.size(), crashes ? 2U : 1U);
+            EXPECT_TRUE(hasGone(std::stoi(result.findings[0].text)));
+        }
+    }
+}
+
+TEST(Supervision, AnInterruptionEndsWhatAPartLeftInAnotherSession) {
+    const Interruption interruption;
+    pid_t left = 0;
+    supervise(
+        [](Findings& findings) {
+            findings.apart("", [](Findings& inner) {
+                inner.pass(std::to_string(startSession()));
                 hang();
-            }
-            while (getsid(child) != child) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            }
-            inner.pass(std::to_string(child));
-        });
-    });
-    ASSERT_EQ(result.findings.size(), 1U);
-    EXPECT_TRUE(hasGone(std::stoi(result.findings[0].text)));
+            });
+        },
+        {.limit = kAmple, .isSeparate = true, .found = [&](const Finding& finding) {
+             left = std::stoi(finding.text);
+             std::raise(SIGINT);
+         }});
+    ASSERT_NE(left, 0);
+    EXPECT_TRUE(hasGone(left));
+}
+
+TEST(Supervision, WhatRanBeforeGoesOn) {
+    const pid_t earlier = startSession();
+    supervised([](Findings&) { startSession(); });
+    EXPECT_TRUE(isAlive(earlier));
+    kill(earlier, SIGKILL);
+    waitpid(earlier, nullptr, 0);
 }
 #endif
 

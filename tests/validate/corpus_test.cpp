@@ -1,16 +1,21 @@
 // Each check of `zqmspeech validate` refuses the plugins with the fault that it looks for, and those alone.
 
 #include "tests/support/process.h"
+#include "tests/support/process_table.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
 
 namespace zqm::tests {
 namespace {
@@ -27,6 +32,7 @@ struct Refusal {
 
 const Refusal kCorpus[] = {
     {"good", nullptr, "pass"},
+    {"starts_a_daemon", nullptr, "pass"},
     {"names_files_elsewhere", nullptr, "pass"},
     {"keeps_what_it_knows", nullptr, "pass"},
     {"unlocks_later", nullptr, "pass"},
@@ -90,13 +96,24 @@ std::string nameOf(const testing::TestParamInfo<Refusal>& info) {
     return info.param.plugin;
 }
 
-class Corpus : public testing::TestWithParam<Refusal> {};
+// Whatever outlives the command becomes a child of this process.
+class Corpus : public testing::TestWithParam<Refusal> {
+protected:
+    Corpus() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
+    ~Corpus() override {
+        for (const pid_t process : support::childrenOfThisProcess()) {
+            kill(process, SIGKILL);
+            waitpid(process, nullptr, 0);
+        }
+    }
+};
 
 TEST_P(Corpus, IsRefusedByItsCheckAlone) {
     const Refusal& refusal = GetParam();
     const std::string plugin = std::string(ZQM_CORPUS "/") + refusal.plugin + ".so";
     const support::ProcessResult result = support::runProcess(
         ZQMSPEECH_PROGRAM, {"validate", "--json", "--seed", "1", "--time-limit", "10", plugin});
+    EXPECT_THAT(support::childrenOfThisProcess(), testing::IsEmpty());
     const auto document = nlohmann::json::parse(result.output, nullptr, false);
     ASSERT_FALSE(document.is_discarded()) << result.output << result.errors;
     const bool isRefused = refusal.verdict == std::string("fail") || refusal.verdict == std::string("crash");
