@@ -81,6 +81,8 @@ const Refusal kCorpus[] = {
     {"needs_a_service_for_nil", "refused", "crash"},
     {"needs_the_other_service", "refused", "crash"},
     {"needs_one_of_two_services", "refused-sets", "crash"},
+    {"forgets_a_guard_with_older_hosts", "refused-sets", "crash"},
+    {"forgets_a_guard_for_nil", "refused-sets", "crash"},
     {"trusts_every_call", "failing-calls", "crash"},
     {"trusts_later_calls", "failing-calls", "crash"},
     {"trusts_calls_at_start", "failing-calls", "crash"},

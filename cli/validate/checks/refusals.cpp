@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <iterator>
 #include <random>
 #include <ranges>
 #include <set>
@@ -21,6 +22,8 @@ namespace {
 // A host that can't be told the revision is none.
 constexpr std::string_view kRequired = "RegisterPluginVersion";
 constexpr std::string_view kRegister = "PluginRegisterClass";
+constexpr std::string_view kVersion = "REALGetRBVersion";
+constexpr std::size_t kTogether = 8; // of those that are all refused in turn
 constexpr int kSets = 16;
 // A set has each entry point with one of these chances in a hundred.
 constexpr std::array kChances{5U, 20U, 50U, 90U};
@@ -131,6 +134,19 @@ std::vector<Situation> ordinarySituations() {
     return situations;
 }
 
+// The newest host of each revision before the last one, and extreme arguments.
+std::vector<Situation> otherSituations() {
+    std::vector<Situation> situations;
+    std::int32_t revision = hostVersions().back().revision;
+    for (const HostVersion& host : std::views::reverse(hostVersions())) {
+        if (host.revision < std::exchange(revision, host.revision)) {
+            situations.push_back({.host = host});
+        }
+    }
+    situations.push_back({.host = hostVersions().back(), .plan = {.extreme = true}});
+    return situations;
+}
+
 // A service that the plugin uses, and the first situation in which it does.
 struct Service {
     std::string name;
@@ -175,6 +191,76 @@ std::vector<std::size_t> failingCalls(std::size_t calls, std::uint64_t seed) {
     }
     return failing;
 }
+
+std::set<std::string> askedFor(const Trial& trial) {
+    std::set<std::string> names;
+    for (const auto& [name, use] : trial.uses) {
+        if (use.lookups > 0) {
+            names.insert(name);
+        }
+    }
+    return names;
+}
+
+// Refuses all that the plugin asks for in a situation, some at a time: each alone would take far longer.
+class RefusalsInTurn {
+public:
+    RefusalsInTurn(const Subject& subject, Findings& findings, const Situation& situation)
+        : subject_(subject), findings_(findings), situation_(situation) {}
+
+    void perform(std::mt19937_64& random) {
+        known_ = askedFor(live({}, "with all services"));
+        std::vector<std::string> names;
+        std::ranges::copy_if(known_, std::back_inserter(names), canBeAmongOthers);
+        for (std::size_t before = 0; names.size() != before;) {
+            before = names.size();
+            std::ranges::shuffle(names, random);
+            names = refuseInTurn(names);
+        }
+    }
+
+private:
+    // Without a class nothing else is asked for, and without a version the plugin doesn't know its situation.
+    static bool canBeAmongOthers(const std::string& name) { return name != kRegister && name != kVersion; }
+
+    // Answers what it didn't come to ask for, without the others; that is to be refused again, without them.
+    std::vector<std::string> refuseInTurn(const std::vector<std::string>& names) {
+        std::vector<std::string> left;
+        for (std::size_t begin = 0; begin < names.size(); begin += kTogether) {
+            const auto some = names | std::views::drop(begin) | std::views::take(kTogether);
+            const std::vector<std::string> refused(some.begin(), some.end());
+            const Trial trial = live(refused, "without " + listOf(refused));
+            if (trial.verdict >= Verdict::Fail) {
+                continue; // a hang would take all its time again
+            }
+            const std::set<std::string> asked = askedFor(trial);
+            std::ranges::copy_if(refused, std::back_inserter(left),
+                                 [&](const std::string& name) { return !asked.contains(name); });
+            refuseInTheirPlace(refused, asked);
+        }
+        return left;
+    }
+
+    // What it asks for only where one of these is missing is refused with them.
+    void refuseInTheirPlace(std::vector<std::string> refused, const std::set<std::string>& asked) {
+        const std::size_t count = refused.size();
+        std::ranges::copy_if(asked, std::back_inserter(refused),
+                             [this](const std::string& name) { return known_.insert(name).second; });
+        if (refused.size() > count) {
+            live(refused, "without " + listOf(refused));
+        }
+    }
+
+    Trial live(const std::vector<std::string>& refused, const std::string& how) {
+        return tryLife(subject_, findings_, how + ", " + nameOf(situation_), situation_,
+                       {.refused = refused});
+    }
+
+    const Subject& subject_;
+    Findings& findings_;
+    const Situation& situation_;
+    std::set<std::string> known_; // what it asks for
+};
 
 } // namespace
 
@@ -223,6 +309,10 @@ void checkRefusedSets(const Subject& subject, Findings& findings) {
                 "set " + std::to_string(number + 1) + ", " + nameOf(situation) + ", without " +
                     listOf(refused),
                 situation, {.refused = refused});
+    }
+    // A service whose lack was lived with where it was first asked for may be missed elsewhere.
+    for (const Situation& situation : otherSituations()) {
+        RefusalsInTurn(subject, findings, situation).perform(random);
     }
 }
 
