@@ -15,6 +15,13 @@ NSString* ownString(const char* text) {
     return [[[NSMutableString alloc] initWithUTF8String:text] autorelease];
 }
 
+TEST(CFDictionary, DescribesObjectsAsTheyDoThemselves) {
+    NSArray* const array = [NSArray arrayWithObject:@"a"];
+    CFStringRef const description = kCFTypeDictionaryValueCallBacks.copyDescription(array);
+    EXPECT_TRUE([(NSString*)description isEqual:[array description]]);
+    CFRelease(description);
+}
+
 TEST(CFDictionary, KeepsPlainPointersAsTheyAre) {
     CFMutableDictionaryRef const pairs = CFDictionaryCreateMutable(nullptr, 0, nullptr, nullptr);
     int keys[3] = {};

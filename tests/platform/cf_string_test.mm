@@ -145,6 +145,9 @@ TEST(CFString, KeepsLoneSurrogates) {
         ASSERT_NE(nullptr, string);
         EXPECT_EQ(text, units(string));
         EXPECT_EQ([(NSString*)string characterAtIndex:0], text[0]);
+        NSException* const raised =
+            raisedBy([&] { static_cast<void>([(NSString*)string characterAtIndex:text.size()]); });
+        EXPECT_TRUE([[raised name] isEqual:NSRangeException]);
         EXPECT_TRUE([(id)string isEqual:(id)create(text)]);
         EXPECT_EQ([(id)string hash], [(id)create(text) hash]);
         NSString* const copy = [[(NSString*)string copy] autorelease];
