@@ -78,6 +78,8 @@ private:
             answerSpeak(speak->utterance);
         } else if (const auto* const pause = std::get_if<Pause>(&request)) {
             say(encode(Paused{pause->utterance}));
+        } else if (std::holds_alternative<GetPhonemes>(request)) {
+            say(fault_ == "something else for phonemes" ? encode(Voices{}) : encode(Phonemes{"_d1AOg."}));
         }
     }
 

@@ -168,6 +168,17 @@ INSTANTIATE_TEST_SUITE_P(All, FaultAmidSpeech,
                                          "pause of a future utterance", "going on unasked",
                                          "phonemes unasked", "start twice", "voices unasked", "fail"));
 
+TEST_F(EngineFault, PhonemesThatAreNoneAreNotTold) {
+    Speaker speaker;
+    const auto log = zqm::support::logged([&] {
+        const ScopedEnvironment fault("ZQM_BAD_ENGINE", "something else for phonemes");
+        EXPECT_EQ([speaker.synthesizer phonemesFromText:@"dog"], nil);
+    });
+    EXPECT_EQ(log, std::vector<std::string>{
+                       "Phonemes can't be told: the speech engine said something that makes no sense"});
+    EXPECT_TRUE([[speaker.synthesizer phonemesFromText:@"dog"] isEqual:@"_d1AOg."]) << "of a new engine";
+}
+
 TEST_F(EngineFault, AnEngineThatDoesNotEndIsKilledInTheEnd) {
     pid_t engine = 0;
     {
