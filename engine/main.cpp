@@ -1,5 +1,6 @@
 #include "engine/confinement/file_rules.h"
 #include "engine/confinement/landlock.h"
+#include "engine/confinement/privileges.h"
 #include "engine/confinement/system_calls.h"
 #include "engine/engine.h"
 #include "engine/output/file_placer.h"
@@ -55,9 +56,9 @@ int printConfinement() {
     const bool seccomp = zqm::engine::restrictSystemCalls(zqm::engine::Work::Speech);
     const std::string files = landlock > 0 ? "reads its data alone, writes what it is given (Landlock " +
                                                  std::to_string(landlock) + ")"
-                                           : "not confined: this kernel has no Landlock";
+                                           : "not confined: the kernel offers no Landlock";
     const std::string calls =
-        seccomp ? "those that it needs (seccomp)" : "not confined: this kernel has no seccomp";
+        seccomp ? "those that it needs (seccomp)" : "not confined: the kernel offers no seccomp";
     return print(("files:         " + files + "\nsystem calls:  " + calls + "\n").c_str());
 }
 
@@ -92,6 +93,7 @@ int main(int argc, char** argv) {
     ::fcntl(kEngineSocket, F_SETFD, FD_CLOEXEC);
     try {
         // In this order: what is begun before a confinement is outside of it, and espeak-ng begins a thread.
+        zqm::engine::refuseNewPrivileges();
         const zqm::engine::FilePlacer placer;
         zqm::engine::restrictFiles(zqm::engine::fileRules());
         zqm::engine::Engine engine(Descriptor(kEngineSocket), placer);

@@ -1,12 +1,12 @@
 #include "engine/confinement/landlock.h"
 
+#include "engine/confinement/privileges.h"
 #include "engine/protocol/descriptor.h"
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <system_error>
@@ -127,8 +127,8 @@ int restrictFiles(std::span<const FileRule> rules) {
     for (const FileRule& rule : rules) {
         add(ruleset.get(), rule);
     }
-    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
-        ::syscall(SYS_landlock_restrict_self, ruleset.get(), 0) != 0) {
+    refuseNewPrivileges(); // the kernel wants that first
+    if (::syscall(SYS_landlock_restrict_self, ruleset.get(), 0) != 0) {
         fail("Landlock");
     }
     return version;

@@ -4,12 +4,13 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <initializer_list>
+#include <linux/seccomp.h>
 #include <memory>
 #include <optional>
 #include <seccomp.h>
 #include <sys/mman.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -207,8 +208,13 @@ void allowAll(scmp_filter_ctx filter, const Calls& calls) {
 
 } // namespace
 
+bool canRestrictSystemCalls() {
+    const std::uint32_t kind = SECCOMP_RET_ERRNO;
+    return ::syscall(SYS_seccomp, SECCOMP_GET_ACTION_AVAIL, 0, &kind) == 0;
+}
+
 bool restrictSystemCalls(Work work) {
-    if (::prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0) {
+    if (!canRestrictSystemCalls()) {
         return false;
     }
     // An error, and no end: a library that tries something else one day speaks on without.

@@ -1,6 +1,7 @@
 // The engine program, looked at from outside.
 
 #include "engine/confinement/landlock.h"
+#include "engine/confinement/system_calls.h"
 #include "engine/speaker/voices.h"
 #include "tests/engine/engine_process.h"
 #include "tests/support/fresh_process.h"
@@ -13,12 +14,14 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
+#include <ostream>
 #include <sched.h>
 #include <seccomp.h>
-#include <sys/prctl.h>
 #include <system_error>
 #include <unistd.h>
+#include <vector>
 
+using zqm::engine::canRestrictSystemCalls;
 using namespace zqm::protocol;
 using namespace zqm::test;
 using zqm::support::TemporaryFolder;
@@ -45,8 +48,8 @@ constexpr int kExitFailure = 1;
 class ConfinedEngine : public testing::Test {
 protected:
     void SetUp() override {
-        if (::prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0 && errno == EINVAL) {
-            GTEST_SKIP() << "this kernel has no seccomp";
+        if (!canRestrictSystemCalls()) {
+            GTEST_SKIP() << "there is no seccomp here";
         }
         engine_.send(ListVoices{});
         ASSERT_TRUE(engine_.nextOf<Voices>()); // it is confined before it answers
@@ -140,10 +143,11 @@ TEST_F(ConfinedEngineWithoutHelper, tellsPhonemesAllTheSame) {
     EXPECT_FALSE(answer->text.empty());
 }
 
+using Filter = std::unique_ptr<void, decltype(&::seccomp_release)>;
+
 // From now on a process of this one's kind starts threads and programs, but no second one of itself.
 void refuseProcesses() {
-    const std::unique_ptr<void, decltype(&::seccomp_release)> filter(::seccomp_init(SCMP_ACT_ALLOW),
-                                                                     &::seccomp_release);
+    const Filter filter(::seccomp_init(SCMP_ACT_ALLOW), &::seccomp_release);
     constexpr scmp_arg_cmp kNoThread{0, SCMP_CMP_MASKED_EQ, CLONE_VM, 0};
     ::seccomp_rule_add_array(filter.get(), SCMP_ACT_ERRNO(EAGAIN), SCMP_SYS(clone), 1, &kNoThread);
     ::seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(EAGAIN), SCMP_SYS(fork), 0);
@@ -152,8 +156,8 @@ void refuseProcesses() {
 }
 
 TEST(EngineThatCanStartNoProcess, endsAtItsStartWithOneLine) {
-    if (::prctl(PR_GET_SECCOMP, 0, 0, 0, 0) < 0 && errno == EINVAL) {
-        GTEST_SKIP() << "this kernel has no seccomp";
+    if (!canRestrictSystemCalls()) {
+        GTEST_SKIP() << "there is no seccomp here";
     }
     zqm::support::inFork([] {
         refuseProcesses();
@@ -164,6 +168,65 @@ TEST(EngineThatCanStartNoProcess, endsAtItsStartWithOneLine) {
                                        std::generic_category().message(EAGAIN) + "\n");
     });
 }
+
+// From now on the kernel answers such calls as one that doesn't know them, or as one that forbids them, in
+// every process that this one starts.
+void takeAway(const std::vector<int>& calls, std::uint32_t error) {
+    const Filter filter(::seccomp_init(SCMP_ACT_ALLOW), &::seccomp_release);
+    // By which the superuser alone may go without: what an engine does by itself is to be seen.
+    ::seccomp_attr_set(filter.get(), SCMP_FLTATR_CTL_NNP, ::geteuid() == 0 ? 0 : 1);
+    for (const int call : calls) {
+        ::seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(error), call, 0);
+    }
+    ASSERT_EQ(::seccomp_load(filter.get()), 0);
+}
+
+struct Kernel {
+    const char* lacks;
+    std::vector<int> calls;
+    std::uint32_t error;
+};
+
+void PrintTo(const Kernel& kernel, std::ostream* stream) {
+    *stream << "one without " << kernel.lacks;
+}
+
+class EngineOnAKernelThatLacks : public testing::TestWithParam<Kernel> {};
+
+TEST_P(EngineOnAKernelThatLacks, SpeaksWithWhatThereIs) {
+    if (!canRestrictSystemCalls()) {
+        GTEST_SKIP() << "there is no seccomp here";
+    }
+    zqm::support::inFork([] {
+        takeAway(GetParam().calls, GetParam().error);
+        const TemporaryFolder folder;
+        EngineProcess engine;
+        Target target(folder.path(), "a.wav");
+        Speak request = speak(1, "Hello.");
+        request.output = target.output;
+        engine.send(request, std::move(target.descriptors));
+        const auto end = finished(engine.untilEnd(1));
+        ASSERT_TRUE(end);
+        EXPECT_TRUE(end->completed);
+        EXPECT_TRUE(std::filesystem::exists(target.file));
+        std::vector<pid_t> processes = zqm::support::childrenOf(engine.pid());
+        ASSERT_EQ(processes.size(), 1U);
+        processes.push_back(engine.pid());
+        for (const pid_t process : processes) {
+            EXPECT_EQ(statusOf("/proc/" + std::to_string(process))["NoNewPrivs"], "1");
+        }
+        EXPECT_EQ(engine.errors(), "");
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kernels, EngineOnAKernelThatLacks,
+    testing::Values(Kernel{"seccomp", {SCMP_SYS(seccomp)}, ENOSYS},
+                    Kernel{"theRightToSeccomp", {SCMP_SYS(seccomp)}, EPERM},
+                    Kernel{"Landlock", {SCMP_SYS(landlock_create_ruleset)}, ENOSYS},
+                    Kernel{"theRightToLandlock", {SCMP_SYS(landlock_create_ruleset)}, EPERM},
+                    Kernel{"both", {SCMP_SYS(seccomp), SCMP_SYS(landlock_create_ruleset)}, ENOSYS}),
+    [](const auto& one) { return std::string(one.param.lacks); });
 
 // An engine whose voices are those of a folder.
 bool findsVoices(const std::filesystem::path& folder) {
