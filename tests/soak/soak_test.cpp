@@ -370,12 +370,14 @@ TEST_F(Soak, AddsUpWhatBecameOfKilledEngines) {
                                           "all       15       2\n"));
 }
 
+constexpr std::array kFaultTests{"engine_faults_test", "engine_deadlines_test",
+                                 "engine_conversation_faults_test", "faults_test", "mounted_faults_test"};
+
 // The tests of faults, of which each has two; what they do with them is the script's.
 class SoakOfFaults : public Soak {
 protected:
     void playFaults(const std::string& script) const {
-        for (const char* const test :
-             {"engine_faults_test", "engine_deadlines_test", "engine_conversation_faults_test"}) {
+        for (const char* const test : kFaultTests) {
             play(test, "test \"$ZQM_ALL_FAULTS\" = 1 || exit 2\n"
                        "test \"$1\" != --gtest_list_tests || exec printf 'All/Faults.\\n  A # x\\n  B\\n'\n" +
                            script);
@@ -394,7 +396,17 @@ TEST_F(SoakOfFaults, DoesEach) {
     EXPECT_EQ(result.output, "engine faults: 2 of 2 tests as expected\n"
                              "engine deadlines: 2 of 2 tests as expected\n"
                              "engine conversation faults: 2 of 2 tests as expected\n"
+                             "faults: 2 of 2 tests as expected\n"
+                             "mounted faults: 2 of 2 tests as expected\n"
                              "Nothing failed.\n");
+}
+
+TEST_F(SoakOfFaults, TellsHowManyWereSkipped) {
+    playFaults("echo '[       OK ] Faults.A (5 ms)'; echo '[  SKIPPED ] Faults.B (0 ms)'\n"
+               "echo '[  SKIPPED ] 1 test, listed below:'; echo '[  SKIPPED ] Faults.B'");
+    const ProcessResult result = soakFaults("1");
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, StartsWith("engine faults: 1 of 2 tests as expected, 1 skipped\n"));
 }
 
 TEST_F(SoakOfFaults, TellsWhichFailed) {
@@ -413,8 +425,7 @@ TEST_F(SoakOfFaults, TellsWhichFailed) {
 TEST_F(SoakOfFaults, NeedsAllOfThem) {
     playFaults("echo '[       OK ] Faults.A (5 ms)'");
     EXPECT_THAT(soakFaults("1").errors, StartsWith("FAILED: engine faults: 1 of 2 tests passed\n"));
-    for (const char* const test :
-         {"engine_faults_test", "engine_deadlines_test", "engine_conversation_faults_test"}) {
+    for (const char* const test : kFaultTests) {
         play(test, "true");
     }
     EXPECT_THAT(soakFaults("1").errors, StartsWith("FAILED: engine faults: 0 of 0 tests passed\n"));
