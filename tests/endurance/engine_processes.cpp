@@ -18,10 +18,11 @@ using std::chrono::microseconds;
 
 constexpr microseconds kLookAgain{200};
 
-// An engine leads a group of processes. That for its files is another one of the group, whose name may still
-// be the engine's when that is killed.
+// An engine leads a group of processes, but for its first moment, in which it is still in ours. That for its
+// files is another one of its group, whose name may still be the engine's when that is killed.
 bool isForFiles(pid_t child) {
-    return getpgid(child) != child;
+    const pid_t group = getpgid(child);
+    return group != child && group != getpgrp();
 }
 
 bool isAnyAtWork(const std::vector<pid_t>& processes) {

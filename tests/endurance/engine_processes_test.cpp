@@ -60,5 +60,20 @@ TEST(EngineProcesses, TellsAnEngineFromTheProcessForFilesThatADeadOneLeft) {
     EXPECT_EQ(waitpid(pair.leader, nullptr, 0), pair.leader);
 }
 
+// Whom the platform library waits for.
+TEST(EngineProcesses, LeavesAnEngineThatWasKilledBeforeItLedAGroup) {
+    const EngineProcesses engines;
+    const pid_t engine = fork();
+    if (engine == 0) {
+        for (;;) {
+            pause();
+        }
+    }
+    killAndAwait(engine);
+    EXPECT_EQ(engines.all(), std::vector<pid_t>{engine});
+    EXPECT_TRUE(engines.reapOrphans());
+    EXPECT_EQ(waitpid(engine, nullptr, 0), engine);
+}
+
 } // namespace
 } // namespace zqm::endurance
