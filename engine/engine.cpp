@@ -1,5 +1,6 @@
 #include "engine/engine.h"
 
+#include "engine/error_output.h"
 #include "engine/listening/transcriber.h"
 #include "engine/output/file_output.h"
 #include "engine/output/sound_output.h"
@@ -7,7 +8,6 @@
 
 #include <array>
 #include <csignal>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <sys/signalfd.h>
@@ -135,7 +135,7 @@ void Engine::quit(int exitCode) {
 }
 
 void Engine::fail(const char* reason, int exitCode) {
-    static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", reason));
+    tellError(reason);
     quit(exitCode);
 }
 

@@ -3,6 +3,7 @@
 #include "engine/confinement/privileges.h"
 #include "engine/confinement/system_calls.h"
 #include "engine/engine.h"
+#include "engine/error_output.h"
 #include "engine/output/file_placer.h"
 
 #include <array>
@@ -77,12 +78,11 @@ int main(int argc, char** argv) {
         return print(kHelp);
     }
     if (argc != 1 || !isStreamSocket(kEngineSocket)) {
-        static_cast<void>(std::fputs(
-            "zqmspeech-engine: started by a program that speaks, not by hand (see --help)\n", stderr));
+        zqm::engine::tellError("started by a program that speaks, not by hand (see --help)");
         return zqm::engine::kExitUsage;
     }
     if (!canOpenFiles()) {
-        static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", std::strerror(errno)));
+        zqm::engine::tellError(std::strerror(errno));
         return zqm::engine::kExitFailure;
     }
     // A reader that went away, or a limit on the size of files, is an error to be reported, not an end.
@@ -94,13 +94,14 @@ int main(int argc, char** argv) {
     try {
         // In this order: what is begun before a confinement is outside of it, and espeak-ng begins a thread.
         zqm::engine::refuseNewPrivileges();
+        zqm::engine::silenceLibraries();
         const zqm::engine::FilePlacer placer;
         zqm::engine::restrictFiles(zqm::engine::fileRules());
         zqm::engine::Engine engine(Descriptor(kEngineSocket), placer);
         zqm::engine::restrictSystemCalls(zqm::engine::Work::Speech);
         return engine.run();
     } catch (const std::exception& error) {
-        static_cast<void>(std::fprintf(stderr, "zqmspeech-engine: %s\n", error.what()));
+        zqm::engine::tellError(error.what());
         return zqm::engine::kExitFailure;
     }
 }

@@ -161,6 +161,23 @@ TEST_F(EngineEnd, comesQuietlyWithTheEndOfTheConversation) {
     EXPECT_EQ(engine.errors(), "");
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// libespeak-ng has something to say of this voice.
+TEST_F(EngineEnd, isNotMixedWithComplaintsOfLibraries) {
+    EngineProcess engine;
+    Speak request = speak(1, "Hello.");
+    request.voice = "zle/be";
+    request.output = target.output;
+    engine.send(request, std::move(target.descriptors));
+    EXPECT_THAT(faults(engine.untilEnd(1), 1), testing::IsEmpty());
+    engine.sendRaw("garbage\n");
+    EXPECT_EQ(engine.wait(), kBadConversation);
+    const std::string errors = engine.errors();
+    EXPECT_THAT(errors, testing::StartsWith("zqmspeech-engine: "));
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1);
+}
+#endif
+
 TEST_F(EngineEnd, inTheMiddleOfAFileRemovesIt) {
     EngineProcess engine;
     begin(engine);

@@ -7,6 +7,7 @@
 #include "tests/support/sibling_library.h"
 #include "tests/support/speech_dictionary.h"
 #include "tests/support/spoken_phrases.h"
+#include "tests/support/utf16.h"
 #include "zqmplatform/listening.h"
 
 #include <algorithm>
@@ -158,6 +159,7 @@ void RandomProgram::listenThroughResident() {
 
 void RandomProgram::episode() {
     ++episodes_;
+    texts_.clear();
     static const int sum = std::accumulate(actions().begin(), actions().end(), 0,
                                            [](int all, const Action& each) { return all + each.weight; });
     makeSpeaker();
@@ -224,12 +226,16 @@ void RandomProgram::finish() {
     judgeLog();
 }
 
-// Some random words crash the library that speaks; the host program is told. That may be seldom, and is
-// counted.
+// Some random words crash the library that speaks (tests/faults/crashing_text_test.cpp); the host program is
+// told. That may be seldom, and is counted. By the texts of the episode it can be told whether it was that.
 void RandomProgram::judgeLog() {
     std::vector<std::string> lines = unexplained(log_.take(), std::exchange(hasKilledEngines_, false));
     std::size_t& ends = done_[kOwnEnds];
-    ends += std::erase_if(lines, tellsEndOfEngine);
+    if (const std::size_t more = std::erase_if(lines, tellsEndOfEngine); more > 0) {
+        ends += more;
+        log_.print("Engines ended by themselves in episode " + std::to_string(episodes_) + ". It spoke:");
+        std::ranges::for_each(texts_, [this](const std::string& text) { log_.print(text); });
+    }
     require(ends <= 1 + episodes_ / kEpisodesOfOneEnd, "engines end by themselves too often");
     std::string words;
     for (const std::string& line : lines) {
@@ -250,13 +256,14 @@ std::optional<pid_t> RandomProgram::anyEngine() {
     return engines.empty() ? std::nullopt : std::optional(engines[below(engines.size())]);
 }
 
-host::String RandomProgram::hostText(std::size_t mostUnits) {
+host::String RandomProgram::hostText(std::size_t mostUnits, const Speaker& speaker) {
     support::TextGenerator generator(random_());
     std::u16string units = generator.next(below(mostUnits));
     for (std::size_t count = below(4); count > 0; --count) {
         const std::string command = kCommandsInTexts.at(below(kCommandsInTexts.size()));
         units.insert(below(units.size() + 1), std::u16string(command.begin(), command.end()));
     }
+    texts_.push_back(speaker.locks.front().get("voice").asText() + ": " + support::toUtf8(units));
     return runtime_.string({reinterpret_cast<const char*>(units.data()), units.size() * 2},
                            host::encoding::kUtf16);
 }
@@ -299,14 +306,14 @@ bool RandomProgram::makeSpeaker() {
 // A start that is refused has no end; it may be, when its engine was killed.
 bool RandomProgram::speakIntoFile(Speaker& speaker) {
     const std::string url = "file://" + newFile().string();
-    const host::String text = hostText(below(10) == 0 ? 3000 : 200);
+    const host::String text = hostText(below(10) == 0 ? 3000 : 200, speaker);
     const bool isStarted = speaker.locks.back().call("startSpeakingString", text, url).asBool();
     speaker.starts += isStarted ? 1 : 0;
     return isStarted;
 }
 
 bool RandomProgram::speakAloud(Speaker& speaker) {
-    const bool isStarted = speaker.locks.back().call("startSpeakingString", hostText(60)).asBool();
+    const bool isStarted = speaker.locks.back().call("startSpeakingString", hostText(60, speaker)).asBool();
     speaker.starts += isStarted ? 1 : 0;
     runtime_.runFor(host::Seconds(0.1));
     return isStarted;
@@ -387,7 +394,7 @@ bool RandomProgram::readProperties(Speaker& speaker) {
 }
 
 bool RandomProgram::askPhonemes(Speaker& speaker) {
-    return !speaker.locks.front().call("phonemesFromText", hostText(300)).isNull();
+    return !speaker.locks.front().call("phonemesFromText", hostText(300, speaker)).isNull();
 }
 
 bool RandomProgram::askVoices() {

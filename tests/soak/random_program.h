@@ -89,7 +89,8 @@ private:
     template <bool (RandomProgram::*run)(Speaker&)>
     bool withAnySpeaker();
     std::optional<pid_t> anyEngine();
-    host::String hostText(std::size_t mostUnits);
+    // What is spoken, or asked for phonemes, by the speaker's voice.
+    host::String hostText(std::size_t mostUnits, const Speaker& speaker);
     std::string key(const char* name);
     std::filesystem::path newFile();
     void warmUp();
@@ -116,6 +117,7 @@ private:
 
     std::vector<std::unique_ptr<Speaker>> speakers_; // of the episode
     std::vector<Recognizer> recognizers_;
+    std::vector<std::string> texts_; // and the voice of each
     bool hasKilledEngines_ = false;
 
     // These live as long as the program.

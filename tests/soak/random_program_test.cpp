@@ -74,8 +74,25 @@ TEST(RandomProgram, FailsByALineOfTheLogThatNothingExplains) {
                                                 "nothing explains what was logged:\n    it is broken")));
 }
 
+constexpr const char* kEnd = "Speech ended early: the speech engine ended unexpectedly\n";
+
+TEST(RandomProgram, TellsTheTextsOfAnEpisodeInWhichAnEngineEndsByItself) {
+    testing::internal::CaptureStderr();
+    {
+        RandomProgram program(ZQM_PLUGIN, 3);
+        do {
+            std::fputs(kEnd, stderr);
+            program.episode();
+        } while (timesDone(program, "engines ended by themselves") == 0 ||
+                 timesDone(program, "spoken into files") == 0);
+    }
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(told,
+                testing::AllOf(HasSubstr("Engines ended by themselves in episode "),
+                               HasSubstr(". It spoke:\n"), testing::ContainsRegex("\n[a-z]+/[A-Za-z-]+: ")));
+}
+
 TEST(RandomProgram, CountsEnginesThatEndByThemselvesAndFailsByMany) {
-    constexpr const char* kEnd = "Speech ended early: the speech engine ended unexpectedly\n";
     RandomProgram program(ZQM_PLUGIN, 1);
     while (timesDone(program, "engines ended by themselves") == 0) { // where none was killed
         std::fputs(kEnd, stderr);
