@@ -56,8 +56,9 @@ Sights endOfAny(KillScene& scene, Speaking& speaking, Killing& killing, bool isS
     const bool isComplete = scene.waitForEnd(speaking);
     const bool isInTime = killing.isDone();
     scene.finish(killing);
+    require(scene.waitFor([&] { return scene.engines().reapOrphans(); }), "a process for files is left");
     require(!isComplete || scene.hasFile(), "a complete speech has no file");
-    if (scene.hasFile()) { // of a false end, too: the engine had just given it its name
+    if (scene.hasFile()) { // of a false end, too: it was just put in its place
         isStopped ? scene.removePart() : scene.removeWholeFile(speaking.text);
     }
     const bool isServed = isComplete && scene.isReplaced();
