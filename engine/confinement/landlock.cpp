@@ -105,12 +105,12 @@ void add(int ruleset, const FileRule& rule) {
     }
 }
 
-} // namespace
-
 int landlockVersion() {
     const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, kAskVersion);
     return version > 0 ? static_cast<int>(version) : 0;
 }
+
+} // namespace
 
 int restrictFiles(std::span<const FileRule> rules) {
     const int version = landlockVersion();

@@ -24,13 +24,11 @@ struct FileRule {
     FileAccess access;
 };
 
-// The version of what the kernel has; 0: it has none, or keeps it from this program.
-int landlockVersion();
-
 // From now on this thread, and what it starts, opens no file, makes, renames and removes none but by these
 // rules; where the kernel's version knows of them, no TCP connection, no abstract UNIX socket and no signal
-// to another program either. What is open already stays as usable as it was. Answers the version, as above.
-// Throws std::system_error when a kernel that has it can't do it.
+// to another program either. What is open already stays as usable as it was. Answers the version;
+// 0: the kernel has no Landlock, or keeps it from this program. Throws std::system_error when one that has it
+// can't do it.
 int restrictFiles(std::span<const FileRule> rules);
 
 } // namespace zqm::engine

@@ -206,15 +206,16 @@ void allowAll(scmp_filter_ctx filter, const Calls& calls) {
     }
 }
 
-} // namespace
-
-bool canRestrictSystemCalls() {
+// Since Linux 4.14 it can be asked.
+bool hasFilters() {
     const std::uint32_t kind = SECCOMP_RET_ERRNO;
     return ::syscall(SYS_seccomp, SECCOMP_GET_ACTION_AVAIL, 0, &kind) == 0;
 }
 
+} // namespace
+
 bool restrictSystemCalls(Work work) {
-    if (!canRestrictSystemCalls()) {
+    if (!hasFilters()) {
         return false;
     }
     // An error, and no end: a library that tries something else one day speaks on without.

@@ -13,12 +13,9 @@ enum class Work : std::uint8_t {
     PutInPlace, // what the process does that puts whole files in their places
 };
 
-// Whether the kernel has such filters (since Linux 4.14) and lets this program use them.
-bool canRestrictSystemCalls();
-
 // From now on no thread of this process, and nothing that it starts, makes any call but those that the work
-// needs; others fail with EPERM. False: it can't, as above. Throws std::system_error when it
-// should and doesn't.
+// needs; others fail with EPERM. False: the kernel has no such filters, or keeps them from this program.
+// Throws std::system_error when one that has them can't do it.
 bool restrictSystemCalls(Work work);
 
 } // namespace zqm::engine

@@ -1,9 +1,8 @@
 // The engine program, looked at from outside.
 
-#include "engine/confinement/landlock.h"
-#include "engine/confinement/system_calls.h"
 #include "engine/speaker/voices.h"
 #include "tests/engine/engine_process.h"
+#include "tests/engine/kernel_confinement.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
@@ -21,7 +20,6 @@
 #include <unistd.h>
 #include <vector>
 
-using zqm::engine::canRestrictSystemCalls;
 using namespace zqm::protocol;
 using namespace zqm::test;
 using zqm::support::TemporaryFolder;
@@ -48,7 +46,7 @@ constexpr int kExitFailure = 1;
 class ConfinedEngine : public testing::Test {
 protected:
     void SetUp() override {
-        if (!canRestrictSystemCalls()) {
+        if (!kernelFiltersSystemCalls()) {
             GTEST_SKIP() << "there is no seccomp here";
         }
         engine_.send(ListVoices{});
@@ -156,7 +154,7 @@ void refuseProcesses() {
 }
 
 TEST(EngineThatCanStartNoProcess, endsAtItsStartWithOneLine) {
-    if (!canRestrictSystemCalls()) {
+    if (!kernelFiltersSystemCalls()) {
         GTEST_SKIP() << "there is no seccomp here";
     }
     zqm::support::inFork([] {
@@ -194,7 +192,7 @@ void PrintTo(const Kernel& kernel, std::ostream* stream) {
 class EngineOnAKernelThatLacks : public testing::TestWithParam<Kernel> {};
 
 TEST_P(EngineOnAKernelThatLacks, SpeaksWithWhatThereIs) {
-    if (!canRestrictSystemCalls()) {
+    if (!kernelFiltersSystemCalls()) {
         GTEST_SKIP() << "there is no seccomp here";
     }
     zqm::support::inFork([] {
@@ -237,7 +235,7 @@ bool findsVoices(const std::filesystem::path& folder) {
 }
 
 TEST(ConfinedEngineFiles, areNotThoseThatItsDataLinksToElsewhere) {
-    if (zqm::engine::landlockVersion() == 0) {
+    if (kernelLandlockVersion() == 0) {
         GTEST_SKIP() << "this kernel has no Landlock";
     }
     constexpr const char* kFile = "phontab"; // without which nothing is spoken

@@ -6,6 +6,7 @@
 #include "engine/confinement/system_calls.h"
 #include "engine/protocol/descriptor.h"
 #include "engine/speaker/voices.h"
+#include "tests/engine/kernel_confinement.h"
 #include "tests/support/temporary_folder.h"
 
 #include <arpa/inet.h>
@@ -424,10 +425,10 @@ protected:
     static std::string missing(By by) {
         constexpr std::array kVersions{1, 4, 6};
         if (by == By::Seccomp) {
-            return canRestrictSystemCalls() ? "" : "there is no seccomp here";
+            return zqm::test::kernelFiltersSystemCalls() ? "" : "there is no seccomp here";
         }
         const int needed = kVersions.at(static_cast<std::size_t>(by));
-        const int version = landlockVersion();
+        const int version = zqm::test::kernelLandlockVersion();
         return version >= needed ? ""
                                  : "this kernel has Landlock " + std::to_string(version) + ", which needs " +
                                        std::to_string(needed);

@@ -2,6 +2,7 @@
 
 #include "engine/confinement/file_rules.h"
 
+#include "tests/engine/kernel_confinement.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
 
@@ -22,7 +23,7 @@ namespace {
 class FileRules : public testing::Test {
 protected:
     void SetUp() override {
-        if (landlockVersion() == 0) {
+        if (zqm::test::kernelLandlockVersion() == 0) {
             GTEST_SKIP() << "this kernel has no Landlock";
         }
         std::filesystem::create_directories(folder_.path() / "client.conf.d");
