@@ -10,7 +10,8 @@ namespace zqm::faults {
 namespace {
 
 struct CrashingText {
-    const char* locale; // whose voice says it
+    const char* locale;
+    const char* voice; // of that locale
     const char* text;
 };
 
@@ -27,6 +28,11 @@ TEST_P(CrashingTexts, EndOneSpeechAtMost) {
     };
     Program program;
     program.expectWorks();
+    {
+        const auto locale = withVoice();
+        EXPECT_EQ(program.runtime.callShared("NSSpeechSynthesizerZQM", "defaultVoice").asText(),
+                  GetParam().voice);
+    }
     for (int time = 0; time < 2; ++time) {
         tally.add(program.speak("speech.wav", withVoice, GetParam().text));
         program.expectWorks();
@@ -38,9 +44,10 @@ TEST_P(CrashingTexts, EndOneSpeechAtMost) {
 INSTANTIATE_TEST_SUITE_P(
     Voices, CrashingTexts,
     testing::Values(
-        CrashingText{"da_DK", "٣-ङ"}, CrashingText{"ga_IE", "x.de妺븅랛샳땴듒쮠놃쵁ऩऴऩधञठतऱप쾽쪺힛겷신퓩캨"},
+        CrashingText{"da_DK", "gmq/da", "٣-ङ"},
+        CrashingText{"ga_IE", "cel/ga", "x.de妺븅랛샳땴듒쮠놃쵁ऩऴऩधञठतऱप쾽쪺힛겷신퓩캨"},
         CrashingText{
-            "si_LK",
+            "si_LK", "inc/si",
             "]rfosd φζβχ&❤️λρασεκθ "
             "לעןךןד्1/"
             "225სძmnzozlոնսнтфячъшдU.S.A.⃝ըճպեօկռ‍�‍डसथफऱश"}),
