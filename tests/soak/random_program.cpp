@@ -159,7 +159,6 @@ void RandomProgram::listenThroughResident() {
 
 void RandomProgram::episode() {
     ++episodes_;
-    texts_.clear();
     static const int sum = std::accumulate(actions().begin(), actions().end(), 0,
                                            [](int all, const Action& each) { return all + each.weight; });
     makeSpeaker();
@@ -224,6 +223,7 @@ void RandomProgram::finish() {
         throw std::runtime_error(std::string(host::nameOf(report.kind)) + ": " + report.text);
     }
     judgeLog();
+    texts_.clear();
 }
 
 // Some random words crash the library that speaks (tests/faults/crashing_text_test.cpp); the host program is

@@ -117,7 +117,7 @@ private:
 
     std::vector<std::unique_ptr<Speaker>> speakers_; // of the episode
     std::vector<Recognizer> recognizers_;
-    std::vector<std::string> texts_; // and the voice of each
+    std::vector<std::string> texts_; // of the episode, each behind its voice
     bool hasKilledEngines_ = false;
 
     // These live as long as the program.
