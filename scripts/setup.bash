@@ -79,6 +79,14 @@ install_packages() {
     apt_get install --yes --no-install-recommends "${names[@]}"
 }
 
+# help_if_asked ARGUMENT...: shows what stands at the head of the script, and ends it, if that is all that is asked for.
+help_if_asked() {
+    if [[ $# -eq 1 && ("$1" == --help || "$1" == -h) ]]; then
+        sed -n '2,/^set /{/^#/{s/^# \{0,1\}//;p}}' "$0"
+        exit
+    fi
+}
+
 # build PRESET TARGET [OPTION...]: configures with these options unless that has been done, and builds the
 # target. One build at a time: a second one waits.
 build() {
