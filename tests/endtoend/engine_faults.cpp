@@ -1,6 +1,7 @@
 #include "tests/endtoend/engine_faults.h"
 
 #include "tests/support/garbage_lines.h"
+#include "tests/support/leak_search.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/process_table.h"
 #include "tests/support/sound_file.h"
@@ -249,9 +250,7 @@ void EngineFaults::expectWhole(const std::filesystem::path& path) const {
 std::vector<std::string> EngineFaults::loggedByHost(const std::function<void()>& body) {
     std::vector<std::string> lines = support::logged(body);
     std::erase_if(lines, [](const std::string& line) {
-        // The second is of an engine that was killed while its sanitizer looked for leaks.
-        return line.starts_with("zqmspeech-engine: ") ||
-               line.find("==Unable to get registers from thread") != std::string::npos;
+        return line.starts_with("zqmspeech-engine: ") || support::tellsOfInterruptedLeakSearch(line);
     });
     return lines;
 }

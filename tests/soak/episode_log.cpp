@@ -1,5 +1,7 @@
 #include "tests/soak/episode_log.h"
 
+#include "tests/support/leak_search.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -35,8 +37,10 @@ bool isOfProperties(const std::string& line) {
            line.starts_with(' ') || line.starts_with(')') || line.starts_with('}');
 }
 
+// An engine may be ended at any time, also while it is searched for leaks.
 bool isOfAnyEpisode(const std::string& line) {
-    return std::ranges::any_of(kOfAnyEpisode,
+    return support::tellsOfInterruptedLeakSearch(line) ||
+           std::ranges::any_of(kOfAnyEpisode,
                                [&](std::string_view begin) { return line.starts_with(begin); });
 }
 

@@ -24,6 +24,13 @@ TEST(EpisodeLog, HasRefusalsAtAnyTime) {
         IsEmpty());
 }
 
+TEST(EpisodeLog, HasSearchesForLeaksThatWereInterrupted) {
+    EXPECT_THAT(unexplained({"==15982==Unable to get registers from thread 15978."}, false), IsEmpty());
+    const std::vector<std::string> lines{"==15982==ERROR: LeakSanitizer: detected memory leaks",
+                                         "==15982==LeakSanitizer has encountered a fatal error."};
+    EXPECT_EQ(unexplained(lines, true), lines);
+}
+
 TEST(EpisodeLog, HasEndsOfEnginesOnlyWhereOneWasKilled) {
     const std::vector<std::string> lines{
         "Speech ended early: the speech engine ended unexpectedly",
