@@ -1,5 +1,6 @@
 #include "CoreFoundation/CoreFoundation.h"
 #include "platform/autorelease_pool.h"
+#include "platform/event_hub.h"
 #include "platform/handled_sources.h"
 #include "platform/run_loop_watch.h"
 
@@ -23,6 +24,9 @@ CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds
     const double wait = seconds > 0 ? std::min(seconds, kLongest) : 0; // none for what is no number
     const auto end =
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(wait));
+    if ([NSThread isMainThread]) {
+        zqm::platform::EventHub::runLoopRuns();
+    }
     zqm::platform::ExceptionKeeper keeper;
     const std::uint64_t before = zqm::platform::handledSources();
     for (;;) {

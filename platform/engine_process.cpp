@@ -72,7 +72,11 @@ Descriptor aboveStandardDescriptors(Descriptor descriptor) {
     if (!descriptor || descriptor.get() > STDERR_FILENO) {
         return descriptor;
     }
-    return Descriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    Descriptor copy(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!copy && errno == EINVAL) {
+        errno = EMFILE; // none above these is allowed
+    }
+    return copy;
 }
 
 std::optional<EngineProcess> EngineProcess::start(const std::string& path, Descriptor& socket,

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -18,21 +17,36 @@ using protocol::Descriptor;
 // A fork has the parent's descriptors, which it must leave alone, and gets a hub of its own when it needs
 // one. The parent's stays, since the run loop that came along watches it too.
 EventHub& EventHub::shared() {
-    static auto& hubs = *new std::vector<std::unique_ptr<EventHub>>; // for the life of the process
-    if (hubs.empty() || !hubs.back()->owner_.isCurrent()) {
-        hubs.emplace_back(new EventHub);
+    if (current() == nullptr) {
+        hubs().emplace_back(new EventHub);
     }
-    EventHub* const hub = hubs.back().get();
+    EventHub* const hub = current();
     if (!hub->epoll_) {
         hub->open();
     }
     return *hub;
 }
 
+EventHub* EventHub::current() {
+    return hubs().empty() || !hubs().back()->owner_.isCurrent() ? nullptr : hubs().back().get();
+}
+
+std::vector<std::unique_ptr<EventHub>>& EventHub::hubs() {
+    static auto& hubs = *new std::vector<std::unique_ptr<EventHub>>; // for the life of the process
+    return hubs;
+}
+
+void EventHub::runLoopRuns() {
+    EventHub* const hub = current();
+    if (hub != nullptr && (!hub->epoll_ || !hub->waiting_.empty())) {
+        hub->recoverSoon();
+    }
+}
+
 void EventHub::open() {
     wakeUp_ = aboveStandardDescriptors(Descriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)));
     epoll_ = wakeUp_ ? aboveStandardDescriptors(Descriptor(::epoll_create1(EPOLL_CLOEXEC))) : Descriptor();
-    if (epoll_ && !watch(wakeUp_.get(), nullptr)) {
+    if (epoll_ && !(watch(wakeUp_.get(), nullptr) && watchOnMainRunLoop(epoll_.get()))) {
         epoll_.reset();
     }
     if (!epoll_) {
@@ -42,7 +56,6 @@ void EventHub::open() {
     }
     signalled_ = false;
     signal(!ready_.empty());
-    watchOnMainRunLoop(epoll_.get());
 }
 
 bool EventHub::watch(int descriptor, EventSource* source) {
@@ -96,9 +109,7 @@ void EventHub::recover() {
 }
 
 void EventHub::recoverSoon() {
-    if (!std::exchange(isRecovering_, true)) {
-        recoverOnMainRunLoop();
-    }
+    isRecovering_ = isRecovering_ || recoverOnMainRunLoop();
 }
 
 bool EventHub::dispatch() {

@@ -7,6 +7,7 @@
 #include "platform/process_identity.h"
 
 #include <deque>
+#include <memory>
 #include <vector>
 
 namespace zqm::platform {
@@ -50,6 +51,9 @@ public:
     void wakeSoon(EventSource* source);
     void wakeNot(EventSource* source);
 
+    // For the main run loop, which runs now: is told of what waits for it, from a time when there was none.
+    static void runLoopRuns();
+
     // For the run loop: opens what could not be opened, and wakes who waits for that.
     void recover();
 
@@ -58,6 +62,8 @@ public:
 
 private:
     EventHub() = default;
+    static EventHub* current(); // nullptr: this process has none yet
+    static std::vector<std::unique_ptr<EventHub>>& hubs();
     void open();
     void recoverSoon();
     void signal(bool on);

@@ -4,11 +4,13 @@
 
 namespace zqm::platform {
 
+// Both are false where the process has no run loop yet and no descriptors for one.
+
 // From now on the run loop lets the hub dispatch whenever the descriptor is readable.
-void watchOnMainRunLoop(int descriptor);
+bool watchOnMainRunLoop(int descriptor);
 
 // After a moment the run loop lets the hub recover.
-void recoverOnMainRunLoop();
+bool recoverOnMainRunLoop();
 
 // While one of these lives, an exception of a callback, native or NSException, does not unwind Foundation's
 // run loop, which would leave memory and state behind: it is kept, and thrown again by rethrowKept() once the

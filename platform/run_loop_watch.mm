@@ -24,26 +24,42 @@ void dispatchInPool() {
     });
 }
 
-} // namespace
-
-void watchOnMainRunLoop(int descriptor) {
-    const AutoreleasePool pool;
-    ZQMEventWatcher* const watcher = [[ZQMEventWatcher alloc] initWithDescriptor:descriptor];
-    [[NSRunLoop mainRunLoop] addEvent:reinterpret_cast<void*>(static_cast<intptr_t>(descriptor))
-                                 type:ET_RDESC
-                              watcher:watcher
-                              forMode:NSDefaultRunLoopMode];
+// Nil: the process has had no use for one yet, and now no descriptors are left that it needs.
+NSRunLoop* mainRunLoop() {
+    NSRunLoop* runLoop = nil;
+    NSException* const raised = zqmCatchException(
+        [](void* context) { *static_cast<NSRunLoop**>(context) = [NSRunLoop mainRunLoop]; }, &runLoop);
+    [raised release];
+    return runLoop;
 }
 
-void recoverOnMainRunLoop() {
+} // namespace
+
+bool watchOnMainRunLoop(int descriptor) {
+    const AutoreleasePool pool;
+    NSRunLoop* const runLoop = mainRunLoop();
+    if (runLoop == nil) {
+        return false;
+    }
+    ZQMEventWatcher* const watcher = [[ZQMEventWatcher alloc] initWithDescriptor:descriptor];
+    [runLoop addEvent:reinterpret_cast<void*>(static_cast<intptr_t>(descriptor))
+                 type:ET_RDESC
+              watcher:watcher
+              forMode:NSDefaultRunLoopMode];
+    return true;
+}
+
+bool recoverOnMainRunLoop() {
     constexpr NSTimeInterval kMoment = 0.1;
     const AutoreleasePool pool;
+    NSRunLoop* const runLoop = mainRunLoop();
     NSTimer* const timer = [NSTimer timerWithTimeInterval:kMoment
                                                    target:[ZQMEventWatcher class]
                                                  selector:@selector(recover:)
                                                  userInfo:nil
                                                   repeats:NO];
-    [[NSRunLoop mainRunLoop] addTimer:timer forMode:NSDefaultRunLoopMode];
+    [runLoop addTimer:timer forMode:NSDefaultRunLoopMode];
+    return runLoop != nil;
 }
 
 ExceptionKeeper::ExceptionKeeper() {

@@ -28,6 +28,7 @@ FAULT_TESTS = (
     "engine_deadlines_test",
     "engine_conversation_faults_test",
     "faults_test",
+    "host_descriptors_test",
     "mounted_faults_test",
 )
 SKIPPED_TEST = re.compile(r"\[  SKIPPED \] .* ms\)$")

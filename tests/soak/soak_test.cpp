@@ -370,8 +370,9 @@ TEST_F(Soak, AddsUpWhatBecameOfKilledEngines) {
                                           "all       15       2\n"));
 }
 
-constexpr std::array kFaultTests{"engine_faults_test", "engine_deadlines_test",
-                                 "engine_conversation_faults_test", "faults_test", "mounted_faults_test"};
+constexpr std::array kFaultTests{
+    "engine_faults_test", "engine_deadlines_test", "engine_conversation_faults_test",
+    "faults_test",        "host_descriptors_test", "mounted_faults_test"};
 
 // The tests of faults, of which each has two; what they do with them is the script's.
 class SoakOfFaults : public Soak {
