@@ -38,6 +38,7 @@ if(ZQM_FUZZ)
   add_library(zqm_uncounted_edges SHARED "${PROJECT_SOURCE_DIR}/fuzz/uncounted_edges.cpp")
   target_compile_options(zqm_uncounted_edges PRIVATE -fno-sanitize=all)
   link_libraries($<BUILD_INTERFACE:zqm_uncounted_edges>)
+  set(ZQM_FUZZ_LIBRARY_FOLDER "$ORIGIN")
 endif()
 
 # Linked privately by each of our own targets; never reaches third-party code.

@@ -6,6 +6,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -62,6 +63,47 @@ std::vector<std::string> linkerEntries(const fs::path& file, const std::vector<s
 // The folders in which it looks for others.
 std::vector<std::string> searchedFolders(const fs::path& file) {
     return linkerEntries(file, {"RPATH", "RUNPATH"});
+}
+
+std::vector<std::string> elementsOf(const std::string& searchPath) {
+    std::vector<std::string> elements;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; end != std::string::npos; begin = end + 1) {
+        end = searchPath.find(':', begin);
+        elements.push_back(searchPath.substr(begin, end - begin));
+    }
+    return elements;
+}
+
+// An absolute folder is one of the machine that built it; an empty one is the current folder.
+void expectItLooksFromWhereItIs(const fs::path& file) {
+    for (const std::string& searchPath : searchedFolders(file)) {
+        EXPECT_THAT(elementsOf(searchPath), testing::Each(testing::MatchesRegex("[$]ORIGIN(/.+)?")))
+            << file << ": " << searchPath;
+    }
+}
+
+bool isElf(const fs::path& file) {
+    std::string head(4, '\0');
+    std::ifstream(file, std::ios::binary).read(head.data(), 4);
+    return head == "\177ELF";
+}
+
+// The programs and libraries below a prefix, but for links to them.
+Files elfFilesIn(const fs::path& prefix) {
+    Files files;
+    for (const std::string& file : filesIn(prefix)) {
+        if (!fs::is_symlink(prefix / file) && isElf(prefix / file)) {
+            files.insert(file);
+        }
+    }
+    return files;
+}
+
+// What the build has of an installed program or library.
+fs::path builtFile(const fs::path& installed) {
+    const fs::path folder = installed.filename() == ZQM_PYTHON_MODULE ? "python/zqm" : "";
+    return ZQM_BUILD_FOLDER / folder / installed.filename();
 }
 
 class Installation : public testing::Test {
@@ -148,7 +190,35 @@ TEST_F(Installation, LooksForLibrariesInItsOwnFoldersOnly) {
                 testing::ElementsAre("$ORIGIN:$ORIGIN/" + upwards.string()));
     const fs::path libraries = fs::path(ZQM_LIB).lexically_relative(ZQM_BIN);
     EXPECT_THAT(searchedFolders(prefix / ZQM_BIN / "zqmspeech"),
-                testing::ElementsAre("$ORIGIN/" + libraries.string()));
+                testing::ElementsAre("$ORIGIN:$ORIGIN/" + libraries.string()));
+}
+
+TEST_F(Installation, AndBuildLookForLibrariesFromWhereTheyAre) {
+    install(prefix);
+    const Files files = elfFilesIn(prefix);
+    EXPECT_THAT(files, testing::SizeIs(6));
+    for (const std::string& file : files) {
+        expectItLooksFromWhereItIs(prefix / file);
+        expectItLooksFromWhereItIs(builtFile(file));
+    }
+}
+
+TEST_F(Installation, AndBuildTakeNoLibraryFromTheCurrentFolder) {
+    install(prefix);
+    const fs::path current = folder / "current";
+    fs::create_directory(current);
+    for (const std::string& file : elfFilesIn(prefix)) {
+        for (const std::string& library : linkerEntries(prefix / file, {"NEEDED"})) {
+            std::ofstream(current / library) << "Whoever loads this says so, and ends.\n";
+        }
+    }
+    const fs::path program = fs::path(ZQM_BIN) / "zqmspeech";
+    for (const fs::path& command : {prefix / program, builtFile(program)}) {
+        const ProcessResult result =
+            runProcess(command, {"say", "-o", sound.string(), "Hello world"}, {.folder = current});
+        EXPECT_TRUE(result.succeeded()) << command << ": " << result.errors;
+        fs::remove(sound);
+    }
 }
 
 } // namespace
