@@ -35,7 +35,7 @@ public:
 
     std::string readAll() {
         std::string content;
-        std::array<char, 65536> buffer;
+        std::array<char, 8192> buffer;
         for (;;) {
             const ssize_t count = read(descriptor_, buffer.data(), buffer.size());
             if (count > 0) {

@@ -14,6 +14,9 @@ namespace {
 // Small enough that memory follows the backlog closely, large enough that few calls move it.
 constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 
+// What is read at a time stands on the stack, and hosts may call from threads that have little of that.
+constexpr std::size_t kReadBytes = std::size_t{8} << 10;
+
 // A buffer that grew beyond this for one long line is given back once it is empty.
 constexpr std::size_t kKeptBufferBytes = std::size_t{256} << 10;
 
@@ -141,7 +144,7 @@ Channel::Input Channel::receive() {
         searched_ -= begin_;
         begin_ = 0;
     }
-    std::array<char, kChunkBytes> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by recvmsg
+    std::array<char, kReadBytes> bytes; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by recvmsg
     SocketMessage message(bytes.data(), bytes.size());
     const ssize_t count = message.receive(socket_.get(), MSG_DONTWAIT);
     if (count < 0) {

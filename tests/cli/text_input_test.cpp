@@ -1,6 +1,7 @@
 #include "cli/text/text_input.h"
 
 #include "cli/command_line/failure.h"
+#include "tests/support/small_stack.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -52,6 +53,12 @@ TEST(TextInput, FilesAreReadWhole) {
         text += "line " + std::to_string(line) + "\n";
     }
     EXPECT_EQ(readText(withFile(write(folder / "a file, ü.txt", text))), text);
+}
+
+TEST(TextInput, FilesAreReadOnASmallStack) {
+    const support::TemporaryFolder folder;
+    const TextOptions options = withFile(write(folder / "text.txt", "hello"));
+    support::runOnSmallStack([&] { EXPECT_EQ(readText(options), "hello"); });
 }
 
 TEST(TextInput, AZeroByteIsPartOfTheText) {

@@ -1,5 +1,6 @@
 #include "engine/protocol/channel.h"
 #include "tests/support/descriptor_message.h"
+#include "tests/support/small_stack.h"
 
 #include <array>
 #include <cerrno>
@@ -100,6 +101,12 @@ TEST_F(ChannelTest, readsWhatWasSentBeforeTheEnd) {
 TEST_F(ChannelTest, readsTheLongestLine) {
     writeRaw(pair.right, std::string(kLimit - 1, 'x') + "\n");
     EXPECT_EQ(expectLine(), std::string(kLimit - 1, 'x'));
+}
+
+// Hosts call from threads whose stacks may be small.
+TEST_F(ChannelTest, readsOnASmallStack) {
+    writeRaw(pair.right, "line\n");
+    zqm::support::runOnSmallStack([&] { EXPECT_EQ(expectLine(), "line"); });
 }
 
 TEST_F(ChannelTest, refusesALineOneLonger) {
