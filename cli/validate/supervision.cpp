@@ -34,6 +34,9 @@ using Clock = std::chrono::steady_clock;
 
 // How long an end may wait to be noticed when something else holds the pipes open.
 constexpr int kTickMilliseconds = 10;
+// As much as counts between two looks at the clock: this process may have been stopped meanwhile, as by
+// Ctrl-Z.
+constexpr std::chrono::milliseconds kMostBetweenLooks{5 * kTickMilliseconds};
 constexpr std::size_t kKeptOutput = 4096;
 // What a process that waits for another one may take beyond that one's limit, to tell of it.
 constexpr Findings::Seconds kTimeToTell{5};
@@ -143,16 +146,21 @@ public:
         bytes_.erase(0, begin);
     }
 
+    // Counts the time since the last look.
+    void look() {
+        const Clock::time_point now = Clock::now();
+        time_ += std::min<Clock::duration>(now - looked_, kMostBetweenLooks);
+        looked_ = now;
+    }
+
     MessageNonce nonce() const { return nonce_; }
     bool isDone() const { return isDone_; }
     // Something else was written there than what the process tells.
     bool isSpoiled() const { return isSpoiled_; }
     bool isLate() const {
-        return Clock::now() - since_ > supervision_.limit + (apart_ > 0 ? kTimeToTell : Findings::Seconds(0));
+        return time_ - since_ > supervision_.limit + (apart_ > 0 ? kTimeToTell : Findings::Seconds(0));
     }
-    bool isLateInAll() const {
-        return supervision_.limitInAll && Clock::now() - begin_ > *supervision_.limitInAll;
-    }
+    bool isLateInAll() const { return supervision_.limitInAll && time_ > *supervision_.limitInAll; }
     // The process that it waits for; 0: none.
     pid_t apart() const { return apart_; }
     // ", at: " and the step that it was in.
@@ -165,7 +173,7 @@ public:
 private:
     // Whether that is a message.
     bool take(MessageKind kind, const std::string& text) {
-        since_ = Clock::now();
+        since_ = time_;
         switch (kind) {
         case MessageKind::Found:
             return takeFinding(text);
@@ -214,8 +222,9 @@ private:
     std::string step_;
     pid_t apart_ = 0;       // the process that it waits for, if any
     std::string innerStep_; // of that
-    const Clock::time_point begin_ = Clock::now();
-    Clock::time_point since_ = begin_;
+    Clock::time_point looked_ = Clock::now();
+    Clock::duration time_{};  // of all that this process has watched
+    Clock::duration since_{}; // that of the last message
     bool isDone_ = false;
     bool isSpoiled_ = false;
 };
@@ -337,6 +346,7 @@ private:
     }
 
     void listen() {
+        listener_.look();
         listener_.hear(findings_.read());
         output();
     }

@@ -239,6 +239,35 @@ TEST(Supervision, AllOfTheStepsHaveALimit) {
     EXPECT_THAT(findings[0].text, StartsWith("exceeded 0.2 s in all"));
 }
 
+// In a process of its own, which the work stops, and which goes on some time before the work ends.
+void expectNoHangOfAStoppedProgram(const Supervision& supervision) {
+    const pid_t program = fork();
+    if (program == 0) {
+        supervise(
+            [](Findings&) {
+                kill(getppid(), SIGSTOP);
+                std::this_thread::sleep_for(std::chrono::milliseconds(3000));
+            },
+            supervision);
+        _exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(program, &status, WUNTRACED), program);
+    ASSERT_TRUE(WIFSTOPPED(status));
+    std::this_thread::sleep_for(std::chrono::milliseconds(2500));
+    kill(program, SIGCONT);
+    ASSERT_EQ(waitpid(program, &status, 0), program);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+TEST(Supervision, WhileTheProgramIsStoppedNoTimePasses) {
+    const auto found = [](const Finding&) { _exit(1); };
+    constexpr Findings::Seconds kLimit{1.5};
+    expectNoHangOfAStoppedProgram({.limit = kLimit, .isSeparate = true, .found = found});
+    expectNoHangOfAStoppedProgram(
+        {.limit = kAmple, .isSeparate = true, .found = found, .limitInAll = kLimit});
+}
+
 // Those that are free in this process: what supervises and what is supervised get some of them.
 std::vector<int> freeDescriptors() {
     std::vector<int> free;
