@@ -1,11 +1,13 @@
 #pragma once
 
+#include "cli/system/interruption.h"
+
 #include <string>
 
 namespace zqm::cli {
 
-// A folder where temporary files go, for what a plugin writes. Gone afterwards, with all that is in it; a
-// signal that ends the process at once leaves it.
+// A folder where temporary files go, for what a plugin writes. Gone afterwards, with all that is in it,
+// before any signal that an Interruption knows ends the process.
 class ScratchFolder {
 public:
     ScratchFolder(); // throws Failure
@@ -16,6 +18,7 @@ public:
     const std::string& path() const { return path_; }
 
 private:
+    const DelayedEnd delayedEnd_;
     std::string path_;
 };
 

@@ -90,8 +90,7 @@ private:
 
 // As a host program has them that did nothing about them.
 void resetSignals() {
-    for (const int number : {SIGABRT, SIGBUS, SIGCHLD, SIGFPE, SIGHUP, SIGILL, SIGINT, SIGPIPE, SIGQUIT,
-                             SIGSEGV, SIGTERM, SIGXFSZ}) {
+    for (int number = 1; number < NSIG; ++number) {
         std::signal(number, SIG_DFL);
     }
     sigset_t none;

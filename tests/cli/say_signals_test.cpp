@@ -118,7 +118,8 @@ TEST_P(SayImpatience, LeavesNothingBehind) {
     EXPECT_TRUE(std::filesystem::is_empty(temporary_.path()));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, SayImpatience, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));
+INSTANTIATE_TEST_SUITE_P(All, SayImpatience,
+                         testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGUSR1));
 
 } // namespace
 } // namespace zqm::tests

@@ -21,6 +21,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -137,6 +138,15 @@ TEST(Supervision, SignalsThatTheCommandIgnoresEndTheWork) {
     const Supervised result = supervised([](Findings&) { std::raise(SIGPIPE); });
     std::signal(SIGPIPE, earlier);
     EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Crash, "SIGPIPE"}));
+}
+
+TEST(Supervision, SignalsThatTheCommandHandlesEndTheWork) {
+    const Interruption interruption;
+    const DelayedEnd delayedEnd;
+    for (const auto& [number, name] : {std::pair(SIGHUP, "SIGHUP"), std::pair(SIGUSR1, "SIGUSR1")}) {
+        EXPECT_THAT(supervised([number = number](Findings&) { std::raise(number); }).findings,
+                    ElementsAre(Finding{Verdict::Crash, name}));
+    }
 }
 
 TEST(Supervision, AnExitIsNoEndOfWork) {

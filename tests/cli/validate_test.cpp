@@ -23,6 +23,8 @@
 #include <tuple>
 #include <vector>
 
+#include <sys/resource.h>
+
 namespace zqm::tests {
 namespace {
 
@@ -222,23 +224,46 @@ TEST(Validate, FitsTheTerminal) {
     }
 }
 
-TEST(Validate, CtrlCEndsWhatItStarted) {
-    support::Process command(ZQMSPEECH_PROGRAM, {"validate", "--time-limit", "600", ZQM_HANGING_PLUGIN},
-                             bareOptions());
-    pid_t child = 0;
-    for (int round = 0; round < 6000 && child == 0; ++round) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        if (command.result().output.find("load") != std::string::npos) { // the next one hangs
-            const std::vector<pid_t> children = support::childrenOf(command.pid());
-            child = children.empty() ? 0 : children.front();
-        }
+class SignalWhileAPluginHangs : public testing::TestWithParam<int> {
+protected:
+    static support::ProcessOptions optionsFor(const TemporaryFolder& place) {
+        support::ProcessOptions options = bareOptions();
+        options.environment["TMPDIR"] = place.path().string();
+        return options;
     }
+    // The process in which the plugin does so; 0: none.
+    pid_t hangingProcess() const {
+        for (int round = 0; round < 6000; ++round) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            const std::vector<pid_t> children = support::childrenOf(command_.pid());
+            if (command_.result().output.find("load") != std::string::npos && !children.empty()) {
+                return children.front(); // the next check hangs
+            }
+        }
+        return 0;
+    }
+
+    TemporaryFolder place_;
+    support::Process command_{
+        ZQMSPEECH_PROGRAM, {"validate", "--time-limit", "600", ZQM_HANGING_PLUGIN}, optionsFor(place_)};
+};
+
+TEST_P(SignalWhileAPluginHangs, EndsAllThatWasStarted) {
+    const rlimit noCore{0, 0};
+    ASSERT_EQ(::prlimit(command_.pid(), RLIMIT_CORE, &noCore, nullptr), 0);
+    const pid_t child = hangingProcess();
     ASSERT_NE(child, 0);
-    command.signal(SIGINT);
-    ASSERT_TRUE(command.waitFor(std::chrono::seconds(60)));
-    EXPECT_EQ(command.result().exitCode, 130);
+    EXPECT_FALSE(fs::is_empty(place_.path()));
+    command_.signal(GetParam());
+    ASSERT_TRUE(command_.waitFor(std::chrono::seconds(60)));
+    const ProcessResult result = command_.result();
+    EXPECT_EQ(result.signal == 0 ? result.exitCode : 128 + result.signal, 128 + GetParam());
     EXPECT_FALSE(support::isAlive(child));
+    EXPECT_TRUE(fs::is_empty(place_.path()));
 }
+
+INSTANTIATE_TEST_SUITE_P(All, SignalWhileAPluginHangs,
+                         testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGUSR1, SIGXCPU));
 
 TEST(ValidateFailure, OfWhatIsNotThere) {
     expectOneLine(validate({"/nonexistent/plugin.so"}), 1, "there is no plugin /nonexistent/plugin.so");
