@@ -38,6 +38,10 @@ void Findings::breakOff(std::string_view text) {
     send(MessageKind::Broke, text);
 }
 
+void Findings::preventedBy(std::string_view cause) {
+    send(MessageKind::Prevented, cause);
+}
+
 void Findings::at(std::string_view step) {
     send(MessageKind::Step, step);
 }

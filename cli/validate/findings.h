@@ -31,6 +31,9 @@ public:
     // A failure that ends the work: it is told with what was tried, as a crash is.
     void breakOff(std::string_view text);
 
+    // What ends the work and is no finding: the program lacks what it needs to do it.
+    void preventedBy(std::string_view cause);
+
     // What is tried from now on: a crash or a hang is told with it. Each step may take the time limit.
     void at(std::string_view step);
 

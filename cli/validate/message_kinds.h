@@ -8,11 +8,12 @@
 namespace zqm::cli {
 
 enum class MessageKind : std::uint32_t {
-    Found, // the text begins with the verdict's number as a byte
-    Broke, // what ended the work
-    Step,  // while it waits, that of the process that it waits for
-    Apart, // it waits for a process that has a time limit of its own, and whose number is the text
-    Back,  // and does so no longer
+    Found,     // the text begins with the verdict's number as a byte
+    Broke,     // what ended the work
+    Step,      // while it waits, that of the process that it waits for
+    Apart,     // it waits for a process that has a time limit of its own, and whose number is the text
+    Back,      // and does so no longer
+    Prevented, // the work can't be done, through no fault of its own
     Done,
 };
 

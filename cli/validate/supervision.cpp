@@ -1,6 +1,5 @@
 #include "cli/validate/supervision.h"
 
-#include "cli/command_line/failure.h"
 #include "cli/system/interruption.h"
 #include "cli/system/orphans.h"
 #include "cli/system/parent_end.h"
@@ -45,7 +44,7 @@ class Pipe {
 public:
     Pipe() {
         if (pipe(ends_.data()) != 0) {
-            throw Failure(std::string("no pipe: ") + std::strerror(errno));
+            throw SupervisionFailure(std::string("can't make a pipe: ") + std::strerror(errno));
         }
         for (const int end : ends_) {
             fcntl(end, F_SETFD, FD_CLOEXEC);
@@ -108,6 +107,8 @@ void direct(int descriptor, const char* file, int mode) {
 void perform(const std::function<void(Findings&)>& work, Findings& findings) {
     try {
         work(findings);
+    } catch (const SupervisionFailure& failure) {
+        findings.preventedBy(failure.what());
     } catch (const Failure& failure) {
         findings.fail(failure.what());
     } catch (const host::Error& error) {
@@ -154,6 +155,8 @@ public:
 
     MessageNonce nonce() const { return nonce_; }
     bool isDone() const { return isDone_; }
+    // Why the work can't be done, through no fault of its own.
+    const std::optional<std::string>& prevention() const { return prevention_; }
     // Something else was written there than what the process tells.
     bool isSpoiled() const { return isSpoiled_; }
     bool isLate() const {
@@ -189,6 +192,9 @@ private:
         case MessageKind::Back:
             innerStep_.clear();
             return takeProcess(kind == MessageKind::Apart ? text : "0");
+        case MessageKind::Prevented:
+            prevention_ = text;
+            return true;
         case MessageKind::Done:
             isDone_ = true;
             return true;
@@ -224,11 +230,12 @@ private:
     Clock::time_point looked_ = Clock::now();
     Clock::duration time_{};  // of all that this process has watched
     Clock::duration since_{}; // that of the last message
+    std::optional<std::string> prevention_;
     bool isDone_ = false;
     bool isSpoiled_ = false;
 };
 
-enum class Outcome { Done, Ended, Late, LateInAll, Spoiled, Interrupted };
+enum class Outcome { Done, Ended, Late, LateInAll, Spoiled, Prevented, Interrupted };
 
 class SupervisedProcess {
 public:
@@ -242,7 +249,7 @@ public:
             performHere(work);
         }
         if (process_ < 0) {
-            throw Failure(std::string("no process: ") + std::strerror(errno));
+            throw SupervisionFailure(std::string("can't start a process: ") + std::strerror(errno));
         }
         setpgid(process_, process_); // whoever of the two comes first
         findings_.closeWriter();
@@ -261,6 +268,9 @@ public:
             listen();
             if (listener_.isSpoiled()) {
                 return Outcome::Spoiled;
+            }
+            if (listener_.prevention()) {
+                return Outcome::Prevented;
             }
             if (listener_.isDone()) {
                 return Outcome::Done;
@@ -393,6 +403,7 @@ std::optional<Finding> endOf(Outcome outcome, std::optional<int> status, const S
     case Outcome::Spoiled:
         return Finding{Verdict::Fail, "spoiled the results: it wrote to descriptors that are not its own"};
     case Outcome::Done:
+    case Outcome::Prevented:
     case Outcome::Interrupted:
         break;
     }
@@ -405,6 +416,9 @@ SupervisedEnd supervise(const std::function<void(Findings&)>& work, const Superv
     SupervisedProcess process(work, supervision);
     const Outcome outcome = process.wait();
     const std::optional<int> status = process.kill();
+    if (outcome == Outcome::Prevented) {
+        throw SupervisionFailure(*process.listener().prevention());
+    }
     if (std::optional<Finding> end = endOf(outcome, status, supervision)) {
         end->text += process.listener().place();
         supervision.found(*end);

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "cli/command_line/failure.h"
 #include "cli/validate/finding.h"
 #include "cli/validate/findings.h"
 
@@ -31,9 +32,15 @@ struct SupervisedEnd {
     std::string output = {};    // the last of what was written to standard output and error
 };
 
+// The program lacks what it takes to do the work, a process say: no fault of that.
+class SupervisionFailure : public Failure {
+public:
+    using Failure::Failure;
+};
+
 // The process has a group of its own, all of which is killed when the work is done, as is what else it
 // started, in whatever group (Adoption). What ended the work before it was done is the last finding. Throws
-// Failure when there can be no process.
+// SupervisionFailure, also that which the work came upon.
 SupervisedEnd supervise(const std::function<void(Findings&)>& work, const Supervision& supervision);
 
 } // namespace zqm::cli

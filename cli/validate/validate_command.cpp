@@ -10,9 +10,13 @@
 #include "cli/validate/validate_text.h"
 #include "cli/validate/validation.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <random>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -22,6 +26,26 @@ namespace {
 void print(const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
+}
+
+// With fewer, what a plugin can't open might not be its own fault.
+constexpr std::size_t kLeastDescriptors = 64;
+
+void requireDescriptors() {
+    std::vector<int> taken;
+    int next = -1;
+    while (taken.size() < kLeastDescriptors && (next = dup(STDIN_FILENO)) >= 0) {
+        taken.push_back(next);
+    }
+    const int error = errno;
+    for (const int each : taken) {
+        close(each);
+    }
+    if (taken.size() < kLeastDescriptors) {
+        throw Failure("can open " + std::to_string(taken.size()) + " files more, and " +
+                      std::to_string(kLeastDescriptors) +
+                      " are needed to check a plugin: " + std::strerror(error));
+    }
 }
 
 std::uint64_t anySeed() {
@@ -62,6 +86,7 @@ int validate(const ValidateOptions& options) {
     if (access(options.library.c_str(), F_OK) != 0) {
         throw Failure("there is no plugin " + options.library);
     }
+    requireDescriptors();
     const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
     Validation validation{.library = options.library.substr(options.library.rfind('/') + 1),
                           .seed = options.seed ? *options.seed : anySeed(),

@@ -62,7 +62,8 @@ constexpr Syntax kValidateSyntax{
         "the others still run. A line is printed for each thing that was found. A warning or a check that "
         "was skipped is no failure. A library that begins with - goes after --.",
     .done = "no check failed",
-    .failed = "there is no such file, or no process or temporary folder to check it in",
+    .failed =
+        "there is no such file, or a process, a temporary folder or file descriptors are missing to check it",
     .fruitless = "a check failed, or the library crashed in one",
 };
 

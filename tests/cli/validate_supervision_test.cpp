@@ -26,6 +26,7 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -276,6 +277,48 @@ TEST(Supervision, WhileTheProgramIsStoppedNoTimePasses) {
     expectNoHangOfAStoppedProgram({.limit = kLimit, .isSeparate = true, .found = found});
     expectNoHangOfAStoppedProgram(
         {.limit = kAmple, .isSeparate = true, .found = found, .limitInAll = kLimit});
+}
+
+// As the program itself lacks something: nothing is told of the work, and the rest of it is not done.
+void expectNoFindingWith(void (*limit)(), const std::string& cause) {
+    std::vector<Finding> findings;
+    try {
+        supervise(
+            [limit](Findings& inside) {
+                limit();
+                inside.apart("part", [](Findings& inner) { inner.fail("done"); });
+                inside.fail("beyond");
+            },
+            {.limit = kAmple, .isSeparate = true, .found = [&](const Finding& finding) {
+                 findings.push_back(finding);
+             }});
+        ADD_FAILURE() << "the want of what is needed is not told";
+    } catch (const SupervisionFailure& failure) {
+        EXPECT_EQ(failure.what(), cause);
+    }
+    EXPECT_THAT(findings, IsEmpty());
+}
+
+TEST(Supervision, TheWantOfDescriptorsIsNoFinding) {
+    expectNoFindingWith(
+        [] {
+            const rlimit none{0, 0};
+            setrlimit(RLIMIT_NOFILE, &none);
+        },
+        "can't make a pipe: Too many open files");
+}
+
+TEST(Supervision, TheWantOfProcessesIsNoFinding) {
+    expectNoFindingWith(
+        [] {
+            constexpr uid_t kNobodyElse = 54321; // whom the limit holds, as it doesn't hold root
+            if (geteuid() == 0 && setuid(kNobodyElse) != 0) {
+                throw std::runtime_error("can't become another user");
+            }
+            const rlimit none{0, 0};
+            setrlimit(RLIMIT_NPROC, &none);
+        },
+        "can't start a process: Resource temporarily unavailable");
 }
 
 // Those that are free in this process: what supervises and what is supervised get some of them.

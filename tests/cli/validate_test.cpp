@@ -277,6 +277,13 @@ TEST(ValidateFailure, OfNoTemporaryFolderIsInTheHelp) {
     EXPECT_THAT(validate({"--help"}).output, HasSubstr("temporary folder"));
 }
 
+TEST(ValidateFailure, OfFewDescriptorsIsNoneOfThePlugin) {
+    const ProcessResult result = support::runProcess(
+        "/bin/sh", {"-c", "ulimit -n 10; exec \"$0\" validate \"$1\"", ZQMSPEECH_PROGRAM, ZQM_WIDGET_PLUGIN},
+        bareOptions());
+    expectOneLine(result, 1, "files more, and 64 are needed to check a plugin: Too many open files");
+}
+
 TEST(ValidateFailure, OfWrongUse) {
     expectOneLine(validate({}), 2, "there is no library to validate");
     expectOneLine(validate({"--only", "loads", "a.so"}), 2, "no check is called loads (near it: load)");

@@ -1,7 +1,7 @@
-#include "cli/command_line/failure.h"
 #include "cli/validate/checks/checks.h"
 #include "cli/validate/checks/host_versions.h"
 #include "cli/validate/hosted_plugin.h"
+#include "cli/validate/supervision.h"
 
 #include <algorithm>
 #include <array>
@@ -61,7 +61,7 @@ public:
         : names_(std::move(names)),
           memory_(mmap(nullptr, size(), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
         if (memory_ == MAP_FAILED) {
-            throw Failure("no memory to share");
+            throw SupervisionFailure("no memory to share");
         }
     }
     SharedUses(const SharedUses&) = delete;
