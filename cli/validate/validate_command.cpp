@@ -48,6 +48,16 @@ void requireDescriptors() {
     }
 }
 
+// The last name in a path, which is the path itself where nothing but slashes is in it.
+std::string lastNameIn(const std::string& path) {
+    const std::size_t last = path.find_last_not_of('/');
+    if (last == std::string::npos) {
+        return path;
+    }
+    const std::size_t begin = path.rfind('/', last) + 1;
+    return path.substr(begin, last + 1 - begin);
+}
+
 std::uint64_t anySeed() {
     return std::random_device()();
 }
@@ -88,7 +98,7 @@ int validate(const ValidateOptions& options) {
     }
     requireDescriptors();
     const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
-    Validation validation{.library = options.library.substr(options.library.rfind('/') + 1),
+    Validation validation{.library = lastNameIn(options.library),
                           .seed = options.seed ? *options.seed : anySeed(),
                           .results = {}};
     const Interruption interruption;

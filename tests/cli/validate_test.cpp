@@ -21,6 +21,7 @@
 #include <string>
 #include <thread>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include <sys/resource.h>
@@ -202,6 +203,22 @@ TEST(Validate, JsonIsAsTheSchemaSays) {
         EXPECT_EQ(result.exitCode, document["verdict"] == "warning" || document["verdict"] == "pass" ? 0 : 3);
         document["checks"][0]["verdict"] = "good";
         EXPECT_THAT(schemaErrors(document.dump(), ZQM_VALIDATE_SCHEMA), HasSubstr("ValidationError"));
+    }
+}
+
+TEST(Validate, JsonNamesWhatWasGiven) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "folder.so");
+    for (const auto& [given, name] : {std::pair<std::string, std::string>{"/", "/"},
+                                      {"//", "//"},
+                                      {"/tmp/", "tmp"},
+                                      {(folder / "folder.so//").string(), "folder.so"},
+                                      {"/..", ".."},
+                                      {ZQM_WIDGET_PLUGIN, "widget_plugin.so"}}) {
+        const ProcessResult result = validate({"--json", "--only", "load", given});
+        const nlohmann::json document = nlohmann::json::parse(result.output);
+        EXPECT_EQ(document["library"], name);
+        EXPECT_EQ(schemaErrors(document.dump(), ZQM_VALIDATE_SCHEMA), "");
     }
 }
 
