@@ -28,6 +28,16 @@ void print(const std::string& text) {
     std::fflush(stdout);
 }
 
+void requireFile(const std::string& library) {
+    if (access(library.c_str(), F_OK) == 0) {
+        return;
+    }
+    if (errno == ENOENT) {
+        throw Failure("there is no plugin " + library);
+    }
+    throw Failure("can't look for the plugin " + library + ": " + std::strerror(errno));
+}
+
 // With fewer, what a plugin can't open might not be its own fault.
 constexpr std::size_t kLeastDescriptors = 64;
 
@@ -93,9 +103,7 @@ int validate(const ValidateOptions& options) {
         print(checkList());
         return kDone;
     }
-    if (access(options.library.c_str(), F_OK) != 0) {
-        throw Failure("there is no plugin " + options.library);
-    }
+    requireFile(options.library);
     requireDescriptors();
     const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
     Validation validation{.library = lastNameIn(options.library),

@@ -63,7 +63,8 @@ constexpr Syntax kValidateSyntax{
         "was skipped is no failure. A library that begins with - goes after --.",
     .done = "no check failed",
     .failed =
-        "there is no such file, or a process, a temporary folder or file descriptors are missing to check it",
+        "the file can't be found, a process, a temporary folder or file descriptors are missing to check it, "
+        "or standard output can't be written to",
     .fruitless = "a check failed, or the library crashed in one",
 };
 
@@ -92,7 +93,9 @@ std::unique_ptr<CLI::App> newValidateCommandLine(ValidateOptions& options) {
            "not given")
         ->check(numberFrom(0.1, 3600))
         ->type_name("SECONDS");
-    app->add_flag("--json", options.json, "Prints a JSON document")->check(noValue());
+    app->add_flag("--json", options.json,
+                  "Prints a JSON document, when all checks have run; none when a signal ends it")
+        ->check(noValue());
     return app;
 }
 

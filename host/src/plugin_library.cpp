@@ -3,6 +3,8 @@
 #include "zqmhost/errors.h"
 
 #include <bit>
+#include <cerrno>
+#include <cstring>
 #include <dlfcn.h>
 #include <unistd.h>
 
@@ -12,12 +14,20 @@ namespace {
 
 constexpr const char* kEntryFunction = "REALPluginMain";
 
+void requireFile(const std::string& plugin) {
+    if (access(plugin.c_str(), F_OK) == 0) {
+        return;
+    }
+    if (errno == ENOENT) {
+        throw LoadError("there is no plugin " + plugin);
+    }
+    throw LoadError("can't look for the plugin " + plugin + ": " + std::strerror(errno));
+}
+
 } // namespace
 
 PluginMain loadPluginMain(const std::string& plugin) {
-    if (access(plugin.c_str(), F_OK) != 0) {
-        throw LoadError("there is no plugin " + plugin);
-    }
+    requireFile(plugin);
     // A path without a slash would be searched for in the library folders.
     const std::string path = plugin.find('/') == std::string::npos ? "./" + plugin : plugin;
     void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -282,9 +282,33 @@ TEST_P(SignalWhileAPluginHangs, EndsAllThatWasStarted) {
 INSTANTIATE_TEST_SUITE_P(All, SignalWhileAPluginHangs,
                          testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGUSR1, SIGXCPU));
 
+TEST(Validate, JsonIsNoneWhenASignalEndsIt) {
+    const support::Process command(
+        ZQMSPEECH_PROGRAM, {"validate", "--json", "--time-limit", "600", ZQM_HANGING_PLUGIN}, bareOptions());
+    while (command.running() && support::childrenOf(command.pid()).empty()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    command.signal(SIGINT);
+    ASSERT_TRUE(command.waitFor(support::kProcessDeadline));
+    EXPECT_EQ(command.result().exitCode, 130);
+    EXPECT_EQ(command.result().output, "");
+    EXPECT_THAT(validate({"--help"}).output, HasSubstr("none when a signal"));
+}
+
 TEST(ValidateFailure, OfWhatIsNotThere) {
     expectOneLine(validate({"/nonexistent/plugin.so"}), 1, "there is no plugin /nonexistent/plugin.so");
     expectOneLine(validate({"two\nlines"}), 1, "there is no plugin two?lines");
+}
+
+TEST(ValidateFailure, OfWhatCantBeLookedForSaysWhy) {
+    const TemporaryFolder folder;
+    const std::string loop = (folder / "loop").string();
+    fs::create_symlink(loop, loop);
+    for (const char* const command : {"validate", "inspect"}) {
+        expectOneLine(zqmspeech({command, loop + "/plugin.so"}), 1,
+                      "can't look for the plugin " + loop + "/plugin.so: Too many levels of symbolic links");
+        expectOneLine(zqmspeech({command, std::string(ZQM_WIDGET_PLUGIN) + "/"}), 1, ": Not a directory");
+    }
 }
 
 TEST(ValidateFailure, OfNoTemporaryFolderIsInTheHelp) {
@@ -312,6 +336,7 @@ TEST(ValidateFailure, ADocumentThatCantBeWrittenIsSaid) {
         {"-c", "exec \"$0\" validate --only load \"$1\" > /dev/full", ZQMSPEECH_PROGRAM, ZQM_WIDGET_PLUGIN},
         bareOptions());
     expectOneLine(result, 1, "can't write to standard output");
+    EXPECT_THAT(validate({"--help"}).output, HasSubstr("standard output"));
 }
 
 } // namespace

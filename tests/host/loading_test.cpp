@@ -54,6 +54,12 @@ TEST(Loading, OfAMissingFileSaysSo) {
     EXPECT_FALSE(runtime.announcedRevision().has_value());
 }
 
+TEST(Loading, OfAFileThatCantBeLookedForSaysWhy) {
+    Runtime runtime;
+    EXPECT_THAT([&] { runtime.load("/dev/null/plugin.so"); },
+                ThrowsMessage<LoadError>("can't look for the plugin /dev/null/plugin.so: Not a directory"));
+}
+
 TEST(Loading, OfSomethingElseSaysSo) {
     const auto path = std::filesystem::temp_directory_path() / ("zqm-no-library-" + std::to_string(getpid()));
     std::ofstream(path) << "text";
