@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 #include <unistd.h>
 
@@ -86,7 +87,7 @@ void Findings::send(MessageKind kind, std::string_view text) {
     for (std::size_t sent = 0; sent < message.size();) {
         const ssize_t count = write(descriptor_, message.data() + sent, message.size() - sent);
         if (count < 0 && errno != EINTR) {
-            _exit(1); // nobody listens any more
+            _exit(errno == EBADF ? kMutedExitCode : EXIT_FAILURE); // or nobody listens any more
         }
         sent += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     }

@@ -30,4 +30,7 @@ static_assert(sizeof(MessageHead) == 16); // nothing in it is left to chance
 // Of a text; what is longer is cut off.
 inline constexpr std::size_t kLongestMessage = 1 << 20;
 
+// With which a process ends that can't tell any more, since what it tells by was closed there.
+inline constexpr int kMutedExitCode = 125;
+
 } // namespace zqm::cli

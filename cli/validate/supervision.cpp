@@ -384,8 +384,12 @@ std::string secondsOf(Findings::Seconds limit) {
 }
 
 std::string exitOf(std::optional<int> status) {
-    return "ended the program" +
-           (status ? " with exit code " + std::to_string(WEXITSTATUS(*status)) : std::string());
+    if (!status) {
+        return "ended the program";
+    }
+    const int code = WEXITSTATUS(*status);
+    return std::string(code == kMutedExitCode ? "closed descriptors that are not its own, or " : "") +
+           "ended the program with exit code " + std::to_string(code);
 }
 
 // None for work that was done, or that nobody wants any more.
