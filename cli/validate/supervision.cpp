@@ -64,7 +64,7 @@ public:
     // What is there now. Once nobody can write any more, it is no longer open.
     std::string read() {
         std::string content;
-        std::array<char, 65536> buffer;
+        std::array<char, 8192> buffer;
         ssize_t count = 0;
         while (content.size() < buffer.size() &&
                (count = ::read(ends_[0], buffer.data(), buffer.size())) > 0) {
