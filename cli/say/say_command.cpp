@@ -77,9 +77,11 @@ private:
         if (hasView_) {
             view_.refresh();
         }
-        const bool isRead = options_.output == "-" ? hasReader() : std::ferror(stdout) == 0;
+        const bool isRead = isPiped() ? hasReader() : std::ferror(stdout) == 0;
         return isRead && Interruption::signalNumber() == 0;
     }
+
+    bool isPiped() const { return options_.output == "-"; }
 
     bool play() {
         if (!speech_.start(text_, std::nullopt)) {
@@ -133,14 +135,22 @@ private:
             }
             seconds_ = joiner.seconds();
         }
-        joiner.finish();
-        if (record.needsSound()) {
-            record.takeSound(joiner.reader());
+        if (isComplete || isWorthKeeping(joiner)) {
+            joiner.finish();
+            if (record.needsSound()) {
+                record.takeSound(joiner.reader());
+            }
+            joiner.putInPlace();
+            record.write(joiner.seconds());
         }
-        joiner.putInPlace();
-        record.write(joiner.seconds());
         record_ = nullptr;
         return isComplete;
+    }
+
+    // What was stopped before anything was heard replaces nothing. That a pipe's reader has left is found
+    // when it is written.
+    bool isWorthKeeping(const SoundJoiner& joiner) const {
+        return joiner.hasSound() || (isPiped() && !hasReader());
     }
 
     bool writePiece(const std::string& text, const std::string& file) {

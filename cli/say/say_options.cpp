@@ -120,8 +120,8 @@ constexpr Syntax kSaySyntax{
     .notes =
         "With -o, a text of more than 2,000 words is spoken in pieces that end with sentences and are "
         "joined into the one file; a text with commands, as in [[rate 250]], is never parted. A file that is "
-        "there is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there; a "
-        "second one ends it at once, without a file.\n"
+        "there is replaced when the new one is whole. Ctrl-C ends the speech, and the file ends there, "
+        "if anything can be heard in it; a second one ends it at once, without a file.\n"
         "\n"
         "--events prints the lines below on standard output, places in UTF-16 units of the text, times in "
         "seconds of sound. --json prints the same and phonemes, a JSON object on each line.",

@@ -3,6 +3,7 @@
 #include "cli/command_line/failure.h"
 #include "cli/sound/sound_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
@@ -42,8 +43,10 @@ void SoundJoiner::append(const std::string& path) {
     begin(sound.rate());
     std::array<std::int16_t, kCopiedAtOnce> samples{};
     while (const std::size_t count = sound.read(samples)) {
-        writer_->write(std::span(samples).first(count));
+        const auto part = std::span(samples).first(count);
+        writer_->write(part);
         frames_ += static_cast<std::int64_t>(count);
+        hasSound_ = hasSound_ || std::ranges::any_of(part, [](std::int16_t sample) { return sample != 0; });
     }
 }
 

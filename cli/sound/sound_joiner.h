@@ -20,8 +20,9 @@ public:
     SoundJoiner(const std::string& path, const std::optional<std::string>& format);
 
     void append(const std::string& path);
-    double seconds() const; // of what was joined so far
-    void finish();          // all is joined
+    double seconds() const;                     // of what was joined so far
+    bool hasSound() const { return hasSound_; } // silence is none
+    void finish();                              // all is joined
     // Then it can be read, until it is put where it shall be.
     SoundReader reader() const;
     void putInPlace() { target_.putInPlace(); }
@@ -34,6 +35,7 @@ private:
     std::unique_ptr<SoundWriter> writer_;
     int rate_ = kUsualRate; // of the files
     std::int64_t frames_ = 0;
+    bool hasSound_ = false;
 };
 
 } // namespace zqm::cli

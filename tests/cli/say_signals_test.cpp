@@ -1,5 +1,5 @@
-// Signals that come when `zqmspeech say -o` has spoken all and writes it into a pipe that takes no more: at a
-// time that is sure.
+// Signals that come to `zqmspeech say -o` at a time that is sure: in a long silence, or when it has spoken
+// all and writes it into a pipe that takes no more.
 
 #include "tests/cli/say.h"
 #include "tests/support/temporary_folder.h"
@@ -12,8 +12,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -45,6 +47,52 @@ bool hasTakenSignals(pid_t process) {
         }
     }
     return waiting == 0;
+}
+
+// Silence for a day, then a word.
+class SayInSilence : public testing::Test {
+protected:
+    // Interrupts the speech into this file as soon as it has begun.
+    support::ProcessResult interrupted(const std::string& output, const std::vector<std::string>& more = {}) {
+        support::ProcessOptions options = bareOptions();
+        options.environment["TMPDIR"] = temporary_.path().string();
+        std::vector<std::string> arguments{"-o", output, "[[slnc 86400000]] Hello"};
+        arguments.insert(arguments.begin(), more.begin(), more.end());
+        const support::Process process(ZQMSPEECH_PROGRAM, sayArguments(arguments), options);
+        EXPECT_TRUE(waitUntil([this] { return !std::filesystem::is_empty(temporary_.path()); }));
+        process.signal(SIGINT);
+        EXPECT_TRUE(process.waitFor(kDeadline));
+        EXPECT_TRUE(std::filesystem::is_empty(temporary_.path()));
+        return process.result();
+    }
+
+    support::TemporaryFolder folder_;
+    support::TemporaryFolder temporary_;
+    std::string path_ = (folder_ / "x.wav").string();
+};
+
+TEST_F(SayInSilence, ASignalLeavesTheFileThatIsThere) {
+    std::ofstream(path_) << "before";
+    const support::ProcessResult result = interrupted(path_);
+    EXPECT_EQ(result.exitCode, 128 + SIGINT);
+    EXPECT_EQ(result.errors, "");
+    std::ifstream file(path_);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "before");
+}
+
+TEST_F(SayInSilence, ASignalLeavesNoFile) {
+    const support::ProcessResult result = interrupted(
+        path_, {"--subtitles", (folder_ / "x.vtt").string(), "--timeline", (folder_ / "x.svg").string()});
+    EXPECT_EQ(result.exitCode, 128 + SIGINT);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.path()));
+}
+
+TEST_F(SayInSilence, ASignalLeavesAPipeEmpty) {
+    const support::ProcessResult result = interrupted("-");
+    EXPECT_EQ(result.exitCode, 128 + SIGINT);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output, "");
 }
 
 class SayIntoAFullPipe : public testing::Test {
