@@ -12,7 +12,8 @@ namespace {
 
 std::string lastReason;
 
-constexpr std::array<std::string_view, 2> kFailures{"Speech can't be started: ", "Speech ended early: "};
+constexpr std::array<std::string_view, 3> kFailures{
+    "Speech can't be started: ", "Speech ended early: ", "Phonemes can't be told: "};
 // In lines of what a ListeningObserver is told.
 constexpr std::array<std::string_view, 2> kObserved{"Nothing can be heard: ", " can't be listened for"};
 
@@ -50,7 +51,11 @@ PlatformLog::~PlatformLog() {
 }
 
 std::string PlatformLog::reason() {
-    return lastReason.empty() ? "the platform does not say why" : lastReason;
+    return hasReason() ? lastReason : "the platform does not say why";
+}
+
+bool PlatformLog::hasReason() {
+    return !lastReason.empty();
 }
 
 } // namespace zqm::cli

@@ -11,4 +11,8 @@ std::string PlatformLog::reason() {
     return "the platform does not say why";
 }
 
+bool PlatformLog::hasReason() {
+    return false;
+}
+
 } // namespace zqm::cli

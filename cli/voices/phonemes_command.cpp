@@ -52,7 +52,8 @@ int printPhonemes(const PhonemesOptions& options) {
     const std::string phonemes =
         makeSynthesizer(runtime, options.voice).call("phonemesFromText", text).asText();
     if (phonemes.empty()) {
-        throw Failure("the text has no phonemes");
+        throw Failure(PlatformLog::hasReason() ? "the phonemes can't be told: " + PlatformLog::reason()
+                                               : "the text has no phonemes");
     }
     printLine(phonemes);
     return kDone;

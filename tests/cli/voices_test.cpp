@@ -1,3 +1,4 @@
+#include "tests/cli/installation.h"
 #include "tests/cli/one_line.h"
 #include "tests/cli/zqmspeech.h"
 #include "tests/support/sound_file.h"
@@ -8,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -274,6 +276,18 @@ TEST(Phonemes, OfWhatHasNoneFail) {
     expectOneLine(zqmspeech({"phonemes", "-v", "nobody", "x"}), 1, "there is no voice \"nobody\"");
     expectOneLine(zqmspeech({"phonemes", "-f", "/nonexistent"}), 1, "can't read /nonexistent");
     expectOneLine(zqmspeech({"phonemes", "-f", "x", "text"}), 2, "can't both be given");
+}
+
+TEST(Phonemes, OfABadEngineFailWithItsReason) {
+    const Installation bad({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
+    std::filesystem::copy(ZQM_BAD_ENGINE_PATH, bad.path());
+    ProcessOptions options = bareOptions();
+    options.environment["ZQM_BAD_ENGINE"] = "die on phonemes";
+    expectOneLine(bad.run({"phonemes", "x"}, options), 1,
+                  "the phonemes can't be told: the speech engine ended unexpectedly");
+    options.environment["ZQM_BAD_ENGINE"] = "something else for phonemes";
+    expectOneLine(bad.run({"phonemes", "x"}, options), 1,
+                  "the phonemes can't be told: the speech engine said something that makes no sense");
 }
 
 } // namespace

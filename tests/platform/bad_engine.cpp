@@ -79,8 +79,15 @@ private:
         } else if (const auto* const pause = std::get_if<Pause>(&request)) {
             say(encode(Paused{pause->utterance}));
         } else if (std::holds_alternative<GetPhonemes>(request)) {
-            say(fault_ == "something else for phonemes" ? encode(Voices{}) : encode(Phonemes{"_d1AOg."}));
+            tellPhonemes();
         }
+    }
+
+    void tellPhonemes() {
+        if (fault_ == "die on phonemes") {
+            ::_exit(1);
+        }
+        say(fault_ == "something else for phonemes" ? encode(Voices{}) : encode(Phonemes{"_d1AOg."}));
     }
 
     void listVoices() {
