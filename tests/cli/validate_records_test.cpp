@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <sys/mman.h>
+#include <sys/resource.h>
 
 namespace zqm::cli {
 namespace {
@@ -118,6 +119,19 @@ TEST(RecordInspection, OfVariablesInThePlaceOfFunctions) {
                 }),
                 ElementsAre("class \"Sample\": property 1's getter is no function",
                             "class \"Sample\": method 1's function is no function"));
+}
+
+// As where /proc is not mounted.
+TEST(RecordInspection, OfFunctionsThatTheSystemDoesNotTellOf) {
+    EXPECT_THAT(failuresOf([](Findings& findings) {
+                    Sample sample;
+                    RecordInspection inspection(findings);
+                    const rlimit noFile{0, 0};
+                    if (setrlimit(RLIMIT_NOFILE, &noFile) != 0 || !inspection.isReadable(&sample.record)) {
+                        findings.warn("not readable");
+                    }
+                }),
+                ElementsAre("this system doesn't tell which addresses are functions"));
 }
 
 // As closures are made, which no library has.

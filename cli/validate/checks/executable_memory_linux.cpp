@@ -7,9 +7,12 @@
 
 namespace zqm::cli {
 
-bool isExecutable(const void* address) {
+std::optional<bool> isExecutable(const void* address) {
     const auto wanted = reinterpret_cast<std::uintptr_t>(address);
     std::ifstream maps("/proc/self/maps");
+    if (!maps) {
+        return std::nullopt;
+    }
     std::uintptr_t begin = 0;
     std::uintptr_t end = 0;
     char border = 0;

@@ -5,7 +5,7 @@
 
 namespace zqm::cli {
 
-bool isExecutable(const void* address) {
+std::optional<bool> isExecutable(const void* address) {
     const auto wanted = reinterpret_cast<mach_vm_address_t>(address);
     mach_vm_address_t begin = wanted; // becomes that of the region there, or of the next one
     mach_vm_size_t size = 0;

@@ -2,6 +2,8 @@
 
 #include "cli/validate/checks/executable_memory.h"
 
+#include <utility>
+
 namespace zqm::cli {
 namespace {
 
@@ -68,11 +70,22 @@ bool RecordInspection::isText(const std::string& what, const char* text) {
 }
 
 bool RecordInspection::isCode(const std::string& what, const void* function) {
-    if (function != nullptr && !isExecutable(function)) {
-        fail(what + " is no function");
-        return false;
+    if (function == nullptr) {
+        return true;
     }
-    return true;
+    const auto executable = isExecutable(function);
+    if (!executable) {
+        warnOfCode();
+    } else if (!*executable) {
+        fail(what + " is no function");
+    }
+    return executable.value_or(true);
+}
+
+void RecordInspection::warnOfCode() {
+    if (!std::exchange(hasWarnedOfCode_, true) && findings_ != nullptr) {
+        findings_->warn("this system doesn't tell which addresses are functions");
+    }
 }
 
 template <typename Record>

@@ -24,6 +24,7 @@ private:
     void fail(const std::string& what);
     bool isText(const std::string& what, const char* text);
     bool isCode(const std::string& what, const void* function);
+    void warnOfCode();
     template <typename Record>
     bool isTable(const char* what, Record* records, std::uint64_t count);
     bool isMember(const std::string& what, const PropertyRecord& record);
@@ -37,6 +38,7 @@ private:
     MemoryProbe probe_;
     std::size_t number_ = 0; // of the record, from 1
     std::string where_;
+    bool hasWarnedOfCode_ = false;
 };
 
 } // namespace zqm::cli
