@@ -72,15 +72,16 @@ std::vector<std::string> genderNames() {
 }
 
 std::vector<Voice> installedVoices(host::Runtime& runtime) {
-    const host::Array identifiers(runtime.callShared(kSynthesizer, "availableVoices").asObject());
+    const host::Array array(runtime.callShared(kSynthesizer, "availableVoices").asObject());
+    const std::vector<host::Value> identifiers = array.values();
+    if (identifiers.empty()) {
+        throw noVoices(); // whatever else is asked would wait for another engine
+    }
     const std::string defaultVoice = runtime.callShared(kSynthesizer, "defaultVoice").asText();
     std::vector<Voice> voices;
-    for (const host::Value& identifier : identifiers.values()) {
+    for (const host::Value& identifier : identifiers) {
         voices.push_back(voiceOf(runtime, identifier.asText()));
         voices.back().isDefault = voices.back().identifier == defaultVoice;
-    }
-    if (voices.empty()) {
-        throw noVoices();
     }
     return voices;
 }

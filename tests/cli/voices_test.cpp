@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -150,6 +152,22 @@ TEST(WhatIsNotThere, IsAnsweredByWhatIsNear) {
     expectOneLine(zqmspeech({"voices", "--lang=de"}), 2, "--lang=de is not an option (near it: --language)");
     expectOneLine(zqmspeech({"say", "--evnts", "x"}), 2,
                   "--evnts is not an option (near it: --events; a text that begins with - goes after --)");
+}
+
+// Each engine that doesn't answer is waited for.
+TEST(Voices, AreAskedForOnceWhenThereAreNone) {
+    const Installation bad({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
+    const std::filesystem::path engine = bad.path() / "zqmspeech-engine";
+    std::ofstream(engine) << "#!/bin/sh\necho begun >> \"${0%/*}/engines\"\n";
+    std::filesystem::permissions(engine, std::filesystem::perms(0700));
+    for (const char* const command : {"voices", "voice"}) {
+        SCOPED_TRACE(command);
+        expectOneLine(bad.run({command}), 1,
+                      "there are no voices: the speech engine is missing or does not answer");
+        std::ifstream engines(bad.path() / "engines");
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(engines), {}), "begun\n");
+        std::filesystem::remove(bad.path() / "engines");
+    }
 }
 
 class VoicesTable : public testing::TestWithParam<unsigned short> {};
