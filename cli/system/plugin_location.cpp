@@ -1,6 +1,7 @@
 #include "cli/system/plugin_location.h"
 
 #include "cli/command_line/failure.h"
+#include "cli/system/free_descriptors.h"
 #include "cli/system/program_file.h"
 
 #include <zqmhost/zqmhost.h>
@@ -8,6 +9,12 @@
 #include <unistd.h>
 
 namespace zqm::cli {
+namespace {
+
+// The run loop's and a little more: with these, what wants others says so itself.
+constexpr std::size_t kLeastDescriptors = 8;
+
+} // namespace
 
 std::string findPlugin() {
     const std::string program = programFile();
@@ -26,6 +33,7 @@ std::string findPlugin(const std::string& programFolder) {
 }
 
 void loadPlugin(host::Runtime& runtime) {
+    requireFreeDescriptors(kLeastDescriptors, "to run the plugin");
     const std::string plugin = findPlugin();
     runtime.load(plugin);
     runtime.loadBeside(plugin, ZQM_SIBLING);

@@ -15,7 +15,8 @@ std::string findPlugin();
 // The same for a program in another folder.
 std::string findPlugin(const std::string& programFolder);
 
-// Loads it into the host, with the other libraries of its family that stand beside it.
+// Loads it into the host, with the other libraries of its family that stand beside it. Throws Failure also
+// where too few files can be opened for it to run.
 void loadPlugin(host::Runtime& runtime);
 
 } // namespace zqm::cli

@@ -2,6 +2,7 @@
 
 #include "cli/command_line/exit_codes.h"
 #include "cli/command_line/failure.h"
+#include "cli/system/free_descriptors.h"
 #include "cli/system/interruption.h"
 #include "cli/terminal/colours.h"
 #include "cli/terminal/terminal_line.h"
@@ -40,23 +41,6 @@ void requireFile(const std::string& library) {
 
 // With fewer, what a plugin can't open might not be its own fault.
 constexpr std::size_t kLeastDescriptors = 64;
-
-void requireDescriptors() {
-    std::vector<int> taken;
-    int next = -1;
-    while (taken.size() < kLeastDescriptors && (next = dup(STDIN_FILENO)) >= 0) {
-        taken.push_back(next);
-    }
-    const int error = errno;
-    for (const int each : taken) {
-        close(each);
-    }
-    if (taken.size() < kLeastDescriptors) {
-        throw Failure("can open " + std::to_string(taken.size()) + " files more, and " +
-                      std::to_string(kLeastDescriptors) +
-                      " are needed to check a plugin: " + std::strerror(error));
-    }
-}
 
 // The last name in a path, which is the path itself where nothing but slashes is in it.
 std::string lastNameIn(const std::string& path) {
@@ -104,7 +88,7 @@ int validate(const ValidateOptions& options) {
         return kDone;
     }
     requireFile(options.library);
-    requireDescriptors();
+    requireFreeDescriptors(kLeastDescriptors, "to check a plugin");
     const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
     Validation validation{.library = lastNameIn(options.library),
                           .seed = options.seed ? *options.seed : anySeed(),
