@@ -150,7 +150,7 @@ private:
     // What was stopped before anything was heard replaces nothing. That a pipe's reader has left is found
     // when it is written.
     bool isWorthKeeping(const SoundJoiner& joiner) const {
-        return joiner.hasSound() || (isPiped() && !hasReader());
+        return joiner.hasSound() || (Interruption::signalNumber() == 0 && isPiped() && !hasReader());
     }
 
     bool writePiece(const std::string& text, const std::string& file) {

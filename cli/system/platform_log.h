@@ -15,7 +15,7 @@ public:
     PlatformLog& operator=(const PlatformLog&) = delete;
     ~PlatformLog();
 
-    // Why speech failed last, in a few words.
+    // Why speech, or what was asked about it, failed last, in a few words.
     static std::string reason();
     static bool hasReason(); // it was told
 };

@@ -7,7 +7,8 @@
 namespace zqm::cli {
 
 // A folder where temporary files go, for what a plugin writes. Gone afterwards, with all that is in it,
-// before any signal that an Interruption knows ends the process.
+// before any signal that an Interruption knows ends the process, but for that
+// of abort(), behind which nothing runs.
 class ScratchFolder {
 public:
     ScratchFolder(); // throws Failure

@@ -37,6 +37,8 @@ constexpr int kTickMilliseconds = 10;
 // Ctrl-Z.
 constexpr std::chrono::milliseconds kMostBetweenLooks{5 * kTickMilliseconds};
 constexpr std::size_t kKeptOutput = 4096;
+// What a pipe holds at most, and so what a process may leave behind there.
+constexpr std::size_t kPipeBytes = 65536;
 // What a process that waits for another one may take beyond that one's limit, to tell of it.
 constexpr Findings::Seconds kTimeToTell{5};
 
@@ -66,8 +68,7 @@ public:
         std::string content;
         std::array<char, 8192> buffer;
         ssize_t count = 0;
-        while (content.size() < buffer.size() &&
-               (count = ::read(ends_[0], buffer.data(), buffer.size())) > 0) {
+        while (content.size() < kPipeBytes && (count = ::read(ends_[0], buffer.data(), buffer.size())) > 0) {
             content.append(buffer.data(), static_cast<std::size_t>(count));
         }
         isOpen_ = isOpen_ && (count != 0 || !content.empty());

@@ -121,7 +121,9 @@ TEST(RecordInspection, OfVariablesInThePlaceOfFunctions) {
                             "class \"Sample\": method 1's function is no function"));
 }
 
-// As where /proc is not mounted.
+// As where /proc is not mounted. The sanitizers look through a pipe whether memory is there, and take its
+// lack for a fault.
+#ifndef __SANITIZE_ADDRESS__
 TEST(RecordInspection, OfFunctionsThatTheSystemDoesNotTellOf) {
     EXPECT_THAT(failuresOf([](Findings& findings) {
                     Sample sample;
@@ -133,6 +135,7 @@ TEST(RecordInspection, OfFunctionsThatTheSystemDoesNotTellOf) {
                 }),
                 ElementsAre("this system doesn't tell which addresses are functions"));
 }
+#endif
 
 // As closures are made, which no library has.
 TEST(RecordInspection, OfFunctionsThatWereMadeAtRunTime) {

@@ -275,7 +275,7 @@ void expectNoHangOfAStoppedProgram(const Supervision& supervision) {
 
 TEST(Supervision, WhileTheProgramIsStoppedNoTimePasses) {
     const auto found = [](const Finding&) { _exit(1); };
-    constexpr Findings::Seconds kLimit{1.5};
+    constexpr Findings::Seconds kLimit{2.4};
     expectNoHangOfAStoppedProgram({.limit = kLimit, .isSeparate = true, .found = found});
     expectNoHangOfAStoppedProgram(
         {.limit = kAmple, .isSeparate = true, .found = found, .limitInAll = kLimit});
@@ -301,6 +301,8 @@ void expectNoFindingWith(void (*limit)(), const std::string& cause) {
     EXPECT_THAT(findings, IsEmpty());
 }
 
+// The sanitizers look through a pipe whether memory is there, and take its lack for a fault.
+#ifndef __SANITIZE_ADDRESS__
 TEST(Supervision, TheWantOfDescriptorsIsNoFinding) {
     expectNoFindingWith(
         [] {
@@ -309,6 +311,7 @@ TEST(Supervision, TheWantOfDescriptorsIsNoFinding) {
         },
         "can't make a pipe: Too many open files");
 }
+#endif
 
 TEST(Supervision, TheWantOfProcessesIsNoFinding) {
     expectNoFindingWith(
@@ -401,6 +404,29 @@ TEST(Supervision, AProcessThatSomebodyElseReapedHasEnded) {
 }
 
 // More than a pipe holds.
+// As on a busy machine, where nobody may look meanwhile.
+TEST(Supervision, WhatWasToldIsHeardAfterTheEnd) {
+    constexpr int kFindings = 2000; // about 40 KiB, less than a pipe holds
+    int heard = 0;
+    int others = 0;
+    supervise(
+        [](Findings& findings) {
+            for (int index = 0; index < kFindings; ++index) {
+                findings.fail("it");
+            }
+        },
+        {.limit = kAmple,
+         .isSeparate = true,
+         .found = [&](const Finding& finding) { ++(finding.text == "it" ? heard : others); },
+         .begun =
+             [](pid_t process) {
+                 siginfo_t end{};
+                 EXPECT_EQ(waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT), 0);
+             }});
+    EXPECT_EQ(heard, kFindings);
+    EXPECT_EQ(others, 0);
+}
+
 TEST(Supervision, OfMuchOutputTheEndIsKept) {
     const Supervised result = supervised([](Findings& findings) {
         for (int line = 0; line < 100000; ++line) {

@@ -36,7 +36,8 @@ bool reads(int descriptor, void* memory, std::size_t size) {
 
 MemoryProbe::MemoryProbe() {
     if (::pipe(pipe_.data()) != 0) {
-        throw Failure(std::string("no pipe: ") + std::strerror(errno));
+        // The plugin, which may run here, can have taken them.
+        throw Failure(std::string("can't make a pipe: ") + std::strerror(errno));
     }
 }
 
