@@ -3,6 +3,7 @@
 #include "platform/event_hub.h"
 #include "platform/handled_sources.h"
 #include "platform/run_loop_watch.h"
+#include "platform/run_loops.h"
 
 #include <algorithm>
 #include <chrono>
@@ -16,6 +17,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr double kLongest = 1.0e9; // seconds; beyond is "for ever", and clocks would overflow
+// After which a run loop for which there are no descriptors is tried again.
+constexpr std::chrono::milliseconds kMoment{100};
 
 } // namespace
 
@@ -24,24 +27,27 @@ CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds
     const double wait = seconds > 0 ? std::min(seconds, kLongest) : 0; // none for what is no number
     const auto end =
         Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(wait));
-    if ([NSThread isMainThread]) {
-        zqm::platform::EventHub::runLoopRuns();
-    }
     zqm::platform::ExceptionKeeper keeper;
     const std::uint64_t before = zqm::platform::handledSources();
     for (;;) {
         const std::chrono::duration<double> left = end - Clock::now();
+        bool isThere = false;
         bool watching = false;
         zqm::platform::runInPool([&] {
             NSDate* const limit = [NSDate dateWithTimeIntervalSinceNow:std::max(left.count(), 0.0)];
-            watching = [[NSRunLoop currentRunLoop] runMode:(NSString*)mode beforeDate:limit];
+            NSRunLoop* const runLoop = zqm::platform::currentRunLoop();
+            isThere = runLoop != nil;
+            if (isThere && [NSThread isMainThread]) {
+                zqm::platform::EventHub::runLoopRuns();
+            }
+            watching = [runLoop runMode:(NSString*)mode beforeDate:limit];
         });
         keeper.rethrowKept();
         if (returnAfterSourceHandled != 0 && zqm::platform::handledSources() != before) {
             return kCFRunLoopRunHandledSource;
         }
         if (!watching) {
-            std::this_thread::sleep_until(end);
+            std::this_thread::sleep_until(isThere ? end : std::min(end, Clock::now() + kMoment));
         }
         if (Clock::now() >= end) {
             return kCFRunLoopRunTimedOut;

@@ -4,6 +4,7 @@
 #include "platform/autorelease_pool.h"
 #include "platform/event_hub.h"
 #include "platform/handled_sources.h"
+#include "platform/run_loops.h"
 
 #include <cxxabi.h>
 #include <exception>
@@ -22,15 +23,6 @@ void dispatchInPool() {
             noteHandledSource();
         }
     });
-}
-
-// Nil: the process has had no use for one yet, and now no descriptors are left that it needs.
-NSRunLoop* mainRunLoop() {
-    NSRunLoop* runLoop = nil;
-    NSException* const raised = zqmCatchException(
-        [](void* context) { *static_cast<NSRunLoop**>(context) = [NSRunLoop mainRunLoop]; }, &runLoop);
-    [raised release];
-    return runLoop;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "tests/faults/program.h"
 #include "tests/support/command_listener.h"
+#include "tests/support/few_descriptors.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/spoken_phrases.h"
@@ -12,7 +13,6 @@
 #include <optional>
 #include <string>
 #include <tuple>
-#include <unistd.h>
 #include <vector>
 
 namespace zqm::faults {
@@ -23,17 +23,8 @@ using support::ScopedEnvironment;
 constexpr int kMostSteps = 60;
 constexpr const char* kCommand = "open the window";
 
-// The first one that is not in use, which the next file gets.
-rlim_t freeDescriptor() {
-    const int descriptor = ::dup(STDIN_FILENO);
-    ::close(descriptor);
-    return static_cast<rlim_t>(descriptor);
-}
-
 Fault fewerDescriptors(int spare) {
-    return [spare] {
-        return std::make_shared<ScopedLimit>(RLIMIT_NOFILE, freeDescriptor() + static_cast<rlim_t>(spare));
-    };
+    return [spare] { return std::make_shared<support::FewDescriptors>(static_cast<rlim_t>(spare)); };
 }
 
 // The run loop needs some of its own when it is first used.
@@ -50,9 +41,9 @@ std::string nameOf(RunLoop runLoop) {
 }
 
 // Whether the engines have as few, or all they want.
-class FewDescriptors : public testing::TestWithParam<std::tuple<const char*, RunLoop>> {};
+class FirstSpeech : public testing::TestWithParam<std::tuple<const char*, RunLoop>> {};
 
-TEST_P(FewDescriptors, ForTheFirstSpeechOfAProgram) {
+TEST_P(FirstSpeech, OfAProgramWithFewDescriptors) {
     const auto [limits, runLoop] = GetParam();
     Tally tally("first speech of a program that may open no more files");
     for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
@@ -76,7 +67,7 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<const char*, RunLoop>
     return (limits.empty() ? "AsFew" : "Enough") + nameOf(std::get<RunLoop>(test.param));
 }
 
-INSTANTIATE_TEST_SUITE_P(Engines, FewDescriptors,
+INSTANTIATE_TEST_SUITE_P(Engines, FirstSpeech,
                          testing::Combine(testing::Values("", "descriptors=1024"),
                                           testing::Values(RunLoop::IsThere, RunLoop::ComesLater)),
                          [](const auto& engines) { return nameOf(engines); });
@@ -111,9 +102,9 @@ Seen listenWithFewDescriptors(Program& program, const std::filesystem::path& fil
 }
 
 // It says why, and begins as soon as it can; only a file that can't be opened is given up.
-class NoDescriptors : public testing::TestWithParam<RunLoop> {};
+class FirstListening : public testing::TestWithParam<RunLoop> {};
 
-TEST_P(NoDescriptors, ForTheFirstListeningOfAProgram) {
+TEST_P(FirstListening, OfAProgramWithFewDescriptors) {
     const ScopedEnvironment engines("ZQM_ENGINE_LIMITS", "descriptors=1024");
     const support::TemporaryFolder folder;
     const std::filesystem::path file = folder / "command.wav";
@@ -134,7 +125,7 @@ TEST_P(NoDescriptors, ForTheFirstListeningOfAProgram) {
     EXPECT_GT(tally.failures(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Programs, NoDescriptors, testing::Values(RunLoop::IsThere, RunLoop::ComesLater),
+INSTANTIATE_TEST_SUITE_P(Programs, FirstListening, testing::Values(RunLoop::IsThere, RunLoop::ComesLater),
                          [](const auto& program) { return nameOf(program.param); });
 
 } // namespace

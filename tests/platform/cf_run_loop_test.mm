@@ -1,9 +1,14 @@
 #include <CoreFoundation/CoreFoundation.h>
 #import <Foundation/Foundation.h>
 
+#include "tests/support/few_descriptors.h"
+#include "tests/support/fresh_process.h"
+
 #include <chrono>
+#include <future>
 #include <gtest/gtest.h>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -68,5 +73,28 @@ TEST(CFRunLoop, RunsTimersAndMayBeRunFromWithin) {
     EXPECT_GT(target->fired, 1);
     EXPECT_EQ(kCFRunLoopRunTimedOut, target->inner);
 }
+
+// The sanitizers look through a pipe whether memory is there, and take its lack for a fault.
+#ifndef __SANITIZE_ADDRESS__
+// Foundation raises then, and keeps a lock that other threads need.
+TEST(CFRunLoop, WaitsWithoutDescriptors) {
+    zqm::support::inFreshProcess([] {
+        {
+            const zqm::support::FewDescriptors none(0);
+            EXPECT_GE(secondsOf(0.2, 1), 0.2);
+            EXPECT_EQ(kCFRunLoopRunTimedOut, CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, 1));
+        }
+        std::promise<bool> isThere;
+        std::thread other([&] {
+            NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+            isThere.set_value([NSRunLoop currentRunLoop] != nil);
+            [pool drain];
+        });
+        ASSERT_EQ(std::future_status::ready, isThere.get_future().wait_for(std::chrono::seconds(30)));
+        other.join();
+        secondsOf(0.01, 1);
+    });
+}
+#endif
 
 } // namespace

@@ -2,6 +2,7 @@
 // bad_engine.cpp beside it under the engine's name.
 
 #include "tests/platform/engine_fault_fixture.h"
+#include "tests/support/few_descriptors.h"
 #include "tests/support/log_lines.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -12,32 +13,14 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
-#include <sys/resource.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
 using namespace zqm::platform::test;
+using zqm::support::FewDescriptors;
 using zqm::support::ScopedEnvironment;
-
-// While one of these lives, so many more can be opened.
-class FewDescriptors {
-public:
-    explicit FewDescriptors(rlim_t spare) {
-        ::getrlimit(RLIMIT_NOFILE, &before_);
-        const int next = ::dup(STDIN_FILENO);
-        ::close(next);
-        const rlimit few{static_cast<rlim_t>(next) + spare, before_.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &few);
-    }
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-    ~FewDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before_); }
-
-private:
-    rlimit before_{};
-};
 
 // ---- faults before the answer: the start is refused
 
