@@ -60,7 +60,7 @@ TEST(FuzzScript, RefusesWhatIsNoTargetBeforeItBuilds) {
     }
 }
 
-// As each script for maintainers does.
+// As all do that look for it by help_if_asked.
 TEST(FuzzScript, ShowsItsHead) {
     for (const char* const script : {"bench", "coverage", "fuzz", "measure-recognizer", "soak", "tidy"}) {
         for (const char* const option : {"--help", "-h"}) {

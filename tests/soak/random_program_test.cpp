@@ -82,7 +82,10 @@ TEST(RandomProgram, TellsTheTextsOfAnEpisodeInWhichAnEngineEndsByItself) {
         RandomProgram program(ZQM_PLUGIN, 1);
         while (timesDone(program, "engines ended by themselves") == 0) { // where none was killed
             program.act("objects made");
-            ASSERT_TRUE(program.act("spoken into files"));
+            if (!program.act("spoken into files")) {
+                ADD_FAILURE() << "nothing is spoken";
+                break;
+            }
             std::fputs(kEnd, stderr);
             program.episode();
         }
