@@ -17,12 +17,13 @@ enum class Remedy : std::uint8_t { Time, NewEngine };
 // meanwhile.
 class AudioTaker {
 public:
-    virtual ~AudioTaker() = default;
-
     virtual void began() = 0; // also whenever a failure has passed
     virtual void take(std::span<const std::int16_t> samples) = 0;
     virtual void failed(const std::string& reason, Remedy remedy) = 0;
     virtual void ended() = 0; // everything was taken
+
+protected:
+    ~AudioTaker() = default;
 };
 
 class AudioSource {

@@ -21,6 +21,7 @@
 
 namespace zqm::engine {
 
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): final
 class Listening final : private AudioTaker {
 public:
     // Throws std::runtime_error, for people, where nothing can be heard.
