@@ -398,6 +398,7 @@ TEST_F(SoakOfFaults, DoesEach) {
                              "engine deadlines: 2 of 2 tests as expected\n"
                              "engine conversation faults: 2 of 2 tests as expected\n"
                              "faults: 2 of 2 tests as expected\n"
+                             "host descriptors: 2 of 2 tests as expected\n"
                              "mounted faults: 2 of 2 tests as expected\n"
                              "Nothing failed.\n");
 }
