@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-namespace CLI {
+namespace CLI { // NOLINT(readability-identifier-naming): as CLI11 has it
 class App;
 }
 

@@ -47,6 +47,7 @@ std::size_t mistakesFor(std::string_view typed, const Voice& voice) {
 Failure noSuchVoice(std::string_view name, const std::vector<Voice>& voices) {
     using Near = std::pair<std::size_t, std::string_view>;
     std::vector<Near> near;
+    near.reserve(voices.size());
     for (const Voice& voice : voices) {
         near.emplace_back(mistakesFor(name, voice), voice.identifier);
     }
@@ -65,6 +66,7 @@ Failure noSuchVoice(std::string_view name, const std::vector<Voice>& voices) {
 
 std::vector<std::string> genderNames() {
     std::vector<std::string> names;
+    names.reserve(kGenders.size());
     for (const Gender& gender : kGenders) {
         names.emplace_back(gender.name);
     }

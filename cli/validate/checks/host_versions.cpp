@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cstdio>
-#include <ranges>
 
 namespace zqm::cli {
 
@@ -27,6 +26,11 @@ std::span<const HostVersion> hostVersions() {
     return kVersions;
 }
 
+std::vector<HostVersion> hostVersionsFromNewest() {
+    const std::span<const HostVersion> versions = hostVersions();
+    return {versions.rbegin(), versions.rend()};
+}
+
 std::string nameOf(const HostVersion& host) {
     std::array<char, 32> text;
     std::snprintf(text.data(), text.size(), "version %.2f", host.version.value_or(0));
@@ -35,7 +39,7 @@ std::string nameOf(const HostVersion& host) {
 
 void tryWithEachVersion(const Subject& subject, Findings& findings,
                         const std::function<void(const HostVersion&, const Subject&, Findings&)>& work) {
-    for (const HostVersion& host : std::views::reverse(hostVersions())) {
+    for (const HostVersion& host : hostVersionsFromNewest()) {
         const Verdict worst =
             tryApart(subject, findings, nameOf(host),
                      [&](const Subject& there, Findings& found) { work(host, there, found); });

@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace zqm::cli {
 
@@ -19,6 +20,7 @@ struct HostVersion {
 
 // Each step, and the last host before it, ascending; the last one is the host of today.
 std::span<const HostVersion> hostVersions();
+std::vector<HostVersion> hostVersionsFromNewest();
 
 std::string nameOf(const HostVersion& host);
 

@@ -8,8 +8,8 @@
 #include <deque>
 #include <iterator>
 #include <random>
-#include <ranges>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -128,7 +128,7 @@ std::string nameOf(const Situation& situation) {
 
 std::vector<Situation> ordinarySituations() {
     std::vector<Situation> situations;
-    for (const HostVersion& host : std::views::reverse(hostVersions())) {
+    for (const HostVersion& host : hostVersionsFromNewest()) {
         situations.push_back({.host = host});
     }
     return situations;
@@ -138,7 +138,7 @@ std::vector<Situation> ordinarySituations() {
 std::vector<Situation> otherSituations() {
     std::vector<Situation> situations;
     std::int32_t revision = hostVersions().back().revision;
-    for (const HostVersion& host : std::views::reverse(hostVersions())) {
+    for (const HostVersion& host : hostVersionsFromNewest()) {
         if (host.revision < std::exchange(revision, host.revision)) {
             situations.push_back({.host = host});
         }
@@ -227,7 +227,7 @@ private:
     std::vector<std::string> refuseInTurn(const std::vector<std::string>& names) {
         std::vector<std::string> left;
         for (std::size_t begin = 0; begin < names.size(); begin += kTogether) {
-            const auto some = names | std::views::drop(begin) | std::views::take(kTogether);
+            const auto some = std::span(names).subspan(begin, std::min(kTogether, names.size() - begin));
             const std::vector<std::string> refused(some.begin(), some.end());
             const Trial trial = live(refused, "without " + listOf(refused));
             if (trial.verdict >= Verdict::Fail) {
