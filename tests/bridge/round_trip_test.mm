@@ -125,7 +125,7 @@ PluginHost& theHost() {
 }
 
 class RoundTrip : public testing::TestWithParam<std::uint32_t> {
-protected:
+public:
     ~RoundTrip() override {
         for (const zqm::host::Report& report : host->reports()) {
             ADD_FAILURE() << nameOf(report.kind) << ": " << report.text;

@@ -102,7 +102,7 @@ protected:
         pipe_ = open(path_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
         EXPECT_GE(pipe_, 0);
     }
-    ~SayIntoAFullPipe() override { close(pipe_); }
+    void TearDown() override { close(pipe_); }
 
     support::Process start() {
         support::ProcessOptions options = bareOptions();

@@ -37,6 +37,7 @@ Fault garbage(std::string name, std::string line) {
 
 std::vector<Fault> garbage(const std::vector<support::GarbageLine>& lines) {
     std::vector<Fault> faults;
+    faults.reserve(lines.size() + 1);
     for (const auto& [name, line] : lines) {
         faults.push_back(garbage(name, line));
     }

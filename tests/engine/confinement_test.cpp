@@ -54,12 +54,13 @@ struct Home {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-        ::bind(listening.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        EXPECT_EQ(::bind(listening.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
         ::listen(listening.get(), 1);
         // An address of the kernel's choice.
         sockaddr_un none{};
         none.sun_family = AF_UNIX;
-        ::bind(abstract.get(), reinterpret_cast<const sockaddr*>(&none), sizeof none.sun_family);
+        EXPECT_EQ(::bind(abstract.get(), reinterpret_cast<const sockaddr*>(&none), sizeof none.sun_family),
+                  0);
         ::listen(abstract.get(), 1);
     }
 
@@ -388,6 +389,7 @@ const std::array kPossible{
 template <typename Tries>
 std::vector<Try> triesOf(const Tries& tries) {
     std::vector<Try> list;
+    list.reserve(std::size(tries));
     for (const Try& one : tries) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
         if (!one.alsoSanitized) {

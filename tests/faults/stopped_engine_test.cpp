@@ -178,7 +178,7 @@ TEST_F(StoppedEngine, OfADroppedObjectIsKilledInTheEnd) {
 }
 
 class StoppedListening : public StoppedEngine {
-protected:
+public:
     static constexpr int kTimes = 6;
 
     StoppedListening() {

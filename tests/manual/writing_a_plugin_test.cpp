@@ -24,7 +24,7 @@ TEST(WritingAPlugin, ItsProgramCountsTicks) {
 }
 
 class TimerPlugin : public testing::Test {
-protected:
+public:
     TimerPlugin() { runtime.load(ZQM_TIMER); }
     ~TimerPlugin() override { EXPECT_TRUE(runtime.reports().empty()); }
     TimerPlugin(const TimerPlugin&) = delete;

@@ -74,7 +74,7 @@ constexpr const char* kVoiced =
     "My mother will remain in the warm room all morning, and we may know more in a minute.";
 
 class SpeechCommands : public testing::Test {
-protected:
+public:
     SpeechCommands() : listener_([[ZQMCommandListener alloc] initWithHeard:&speaker_.heard told:&told_]) {
         [speaker_.synthesizer setDelegate:listener_];
     }

@@ -100,7 +100,7 @@ std::string nameOf(const testing::TestParamInfo<Refusal>& info) {
 
 // Whatever outlives the command becomes a child of this process.
 class Corpus : public testing::TestWithParam<Refusal> {
-protected:
+public:
     Corpus() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
     ~Corpus() override {
         for (const pid_t process : support::childrenOfThisProcess()) {
