@@ -201,7 +201,7 @@ std::vector<Synthetic> synthetics() {
             {"silence", "what a quiet room sounds like", whiteNoise(0.0008)}};
 }
 
-Samples rendered(Sound sound) {
+Samples rendered(const Sound& sound) {
     constexpr int kSeconds = 10;
     Samples samples;
     for (int sample = 0; sample < kSeconds * kRate; ++sample) {

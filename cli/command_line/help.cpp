@@ -74,6 +74,7 @@ std::string usageOf(const Syntax& syntax) {
 std::string helpText(const Syntax& syntax, const std::vector<OptionDescription>& options,
                      std::size_t columns) {
     std::vector<std::pair<std::string, std::string>> entries;
+    entries.reserve(options.size());
     for (const OptionDescription& option : options) {
         entries.emplace_back(nameOf(option), option.range.empty()
                                                  ? option.summary

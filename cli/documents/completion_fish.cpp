@@ -82,9 +82,13 @@ std::string fishCompletion(const std::vector<Command>& commands) {
     for (const Command& command : commands) {
         const std::string name(command.syntax.name);
         const std::string isCommand = "__zqmspeech_command_is " + name;
-        script += "\n";
-        script += "complete -c zqmspeech -n " + hasNoCommand + " -a " + name + " -d " +
-                  fishQuoted(command.syntax.summary) + "\n";
+        script.append("\ncomplete -c zqmspeech -n ")
+            .append(hasNoCommand)
+            .append(" -a ")
+            .append(name)
+            .append(" -d ")
+            .append(fishQuoted(command.syntax.summary))
+            .append("\n");
         for (const OptionDescription& option : describeOptions(*command.newCommandLine())) {
             script += optionLine(isCommand, option);
         }
