@@ -1,5 +1,5 @@
-// A library with a block of variables for each thread, small enough that the sanitizer's allocator puts blocks of
-// its size at any 16 bytes of a page.
+// A library with a block of variables for each thread, small enough that the sanitizer's allocator puts
+// blocks of its size at any 16 bytes of a page.
 
 #include <stdlib.h>
 
