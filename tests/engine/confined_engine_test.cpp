@@ -8,8 +8,10 @@
 #include "tests/support/temporary_folder.h"
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -17,6 +19,7 @@
 #include <sched.h>
 #include <seccomp.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -42,6 +45,19 @@ std::map<std::string, std::string> statusOf(const std::filesystem::path& folder)
 constexpr int kThreads = 2; // the first one and that of espeak-ng; a sanitizer may have its own
 
 constexpr int kExitFailure = 1;
+
+// False when it never holds.
+bool eventually(const std::function<bool()>& holds) {
+    constexpr std::chrono::seconds kPatience{120};
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (!holds()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
 
 class ConfinedEngine : public testing::Test {
 protected:
@@ -72,17 +88,14 @@ TEST_F(ConfinedEngine, hasAProcessForItsFilesThatIsConfinedTooAndEndsWithIt) {
     const auto helpers = zqm::support::childrenOf(engine_.pid());
     ASSERT_EQ(helpers.size(), 1U);
     const std::filesystem::path helper = "/proc/" + std::to_string(helpers.front());
-    while (statusOf(helper)["Seccomp"] == "0") { // it confines itself while the engine starts
-        ::usleep(1000);
-    }
+    // It confines itself while the engine starts.
+    ASSERT_TRUE(eventually([&] { return statusOf(helper)["Seccomp"] != "0"; }));
     auto status = statusOf(helper);
     EXPECT_EQ(status["Name"], "zqmspeech-files");
     EXPECT_EQ(status["Seccomp"], "2");
     EXPECT_EQ(status["NoNewPrivs"], "1");
     ::kill(engine_.pid(), SIGKILL);
-    while (zqm::support::isAlive(helpers.front())) {
-        ::usleep(1000);
-    }
+    EXPECT_TRUE(eventually([&] { return !zqm::support::isAlive(helpers.front()); }));
 }
 
 // Whose process for its files ends before it.
@@ -92,9 +105,7 @@ protected:
         const auto helpers = zqm::support::childrenOf(engine_.pid());
         ASSERT_EQ(helpers.size(), 1U);
         ::kill(helpers.front(), number);
-        while (number == SIGKILL && zqm::support::isAlive(helpers.front())) {
-            ::usleep(1000);
-        }
+        ASSERT_TRUE(eventually([&] { return number != SIGKILL || !zqm::support::isAlive(helpers.front()); }));
     }
 
     // Whether it begins to.
