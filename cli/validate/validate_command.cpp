@@ -1,7 +1,6 @@
 #include "cli/validate/validate_command.h"
 
 #include "cli/command_line/exit_codes.h"
-#include "cli/command_line/failure.h"
 #include "cli/system/free_descriptors.h"
 #include "cli/system/interruption.h"
 #include "cli/terminal/colours.h"
@@ -11,9 +10,9 @@
 #include "cli/validate/validate_text.h"
 #include "cli/validate/validation.h"
 
-#include <cerrno>
+#include <zqmhost/zqmhost.h>
+
 #include <cstdio>
-#include <cstring>
 #include <random>
 #include <string>
 #include <utility>
@@ -27,16 +26,6 @@ namespace {
 void print(const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
-}
-
-void requireFile(const std::string& library) {
-    if (access(library.c_str(), F_OK) == 0) {
-        return;
-    }
-    if (errno == ENOENT) {
-        throw Failure("there is no plugin " + library);
-    }
-    throw Failure("can't look for the plugin " + library + ": " + std::strerror(errno));
 }
 
 // With fewer, what a plugin can't open might not be its own fault.
@@ -87,7 +76,7 @@ int validate(const ValidateOptions& options) {
         print(checkList());
         return kDone;
     }
-    requireFile(options.library);
+    host::Runtime::requireFile(options.library);
     requireFreeDescriptors(kLeastDescriptors, "to check a plugin");
     const ValidateLayout layout{terminalColumns(STDOUT_FILENO), areColoursWanted(STDOUT_FILENO)};
     Validation validation{.library = lastNameIn(options.library),

@@ -14,6 +14,8 @@ namespace {
 
 constexpr const char* kEntryFunction = "REALPluginMain";
 
+} // namespace
+
 void requireFile(const std::string& plugin) {
     if (access(plugin.c_str(), F_OK) == 0) {
         return;
@@ -23,8 +25,6 @@ void requireFile(const std::string& plugin) {
     }
     throw LoadError("can't look for the plugin " + plugin + ": " + std::strerror(errno));
 }
-
-} // namespace
 
 PluginMain loadPluginMain(const std::string& plugin) {
     requireFile(plugin);

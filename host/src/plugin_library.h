@@ -10,6 +10,9 @@ namespace zqm::host {
 
 using PluginMain = void (*)(REALresolver);
 
+// Throws LoadError, with the reason, where no file of this path can be found.
+void requireFile(const std::string& plugin);
+
 // The entry function of a plugin library, which stays loaded for the life of the process. Throws LoadError.
 PluginMain loadPluginMain(const std::string& plugin);
 

@@ -60,6 +60,10 @@ Runtime::~Runtime() {
     core_->close();
 }
 
+void Runtime::requireFile(const std::string& plugin) {
+    host::requireFile(plugin);
+}
+
 void Runtime::load(const std::string& plugin) {
     const PluginMain pluginMain = loadPluginMain(plugin);
     const std::size_t before = core_->classes().all().size();

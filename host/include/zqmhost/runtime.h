@@ -54,6 +54,8 @@ public:
     Runtime(const Runtime&) = delete;
     Runtime& operator=(const Runtime&) = delete;
 
+    // Throws LoadError, with the reason, where no file of this path can be found; nothing is loaded.
+    static void requireFile(const std::string& plugin);
     // Loads the plugin library of this path and calls its "REALPluginMain". Throws LoadError. The library
     // stays loaded for the life of the process.
     void load(const std::string& plugin);
