@@ -3,15 +3,14 @@
 #include "engine/speaker/voices.h"
 #include "tests/engine/engine_process.h"
 #include "tests/engine/kernel_confinement.h"
+#include "tests/support/eventually.h"
 #include "tests/support/fresh_process.h"
 #include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -19,12 +18,12 @@
 #include <sched.h>
 #include <seccomp.h>
 #include <system_error>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
 using namespace zqm::protocol;
 using namespace zqm::test;
+using zqm::support::eventually;
 using zqm::support::TemporaryFolder;
 
 namespace {
@@ -45,19 +44,6 @@ std::map<std::string, std::string> statusOf(const std::filesystem::path& folder)
 constexpr int kThreads = 2; // the first one and that of espeak-ng; a sanitizer may have its own
 
 constexpr int kExitFailure = 1;
-
-// False when it never holds.
-bool eventually(const std::function<bool()>& holds) {
-    constexpr std::chrono::seconds kPatience{120};
-    const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 class ConfinedEngine : public testing::Test {
 protected:

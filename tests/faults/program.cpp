@@ -10,7 +10,6 @@
 #include <iostream>
 #include <sys/mman.h>
 #include <system_error>
-#include <thread>
 
 namespace zqm::faults {
 
@@ -36,17 +35,6 @@ std::string sentences(int count) {
         text += std::string(kText) + ' ';
     }
     return text;
-}
-
-bool eventually(const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
 }
 
 std::vector<pid_t> engines() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tests/live/speaker.h"
+#include "tests/support/eventually.h"
 #include "tests/support/temporary_folder.h"
 #include "zqmhost/zqmhost.h"
 
@@ -29,8 +30,7 @@ std::string sentences(int count);
 // So much that an engine writes it for a minute.
 std::string veryLongText();
 
-// Polls without a run loop; false when it never holds.
-bool eventually(const std::function<bool()>& holds);
+using support::eventually;
 
 // The engines of this process that run, oldest first.
 std::vector<pid_t> engines();
