@@ -4,6 +4,7 @@
 #include "engine/confinement/system_calls.h"
 #include "engine/engine.h"
 #include "engine/error_output.h"
+#include "engine/host_end.h"
 #include "engine/output/file_placer.h"
 
 #include <array>
@@ -91,6 +92,7 @@ int main(int argc, char** argv) {
     // The sound library has complaints of its own, and standard error is that of the program that speaks.
     ::setenv("PULSE_LOG_SYSLOG", "1", 0);
     ::fcntl(kEngineSocket, F_SETFD, FD_CLOEXEC);
+    zqm::engine::endAfterHost();
     try {
         // In this order: what is begun before a confinement is outside of it, and espeak-ng begins a thread.
         zqm::engine::refuseNewPrivileges();

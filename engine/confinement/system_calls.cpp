@@ -54,6 +54,7 @@ constexpr std::array kCommon{
     Call{SCMP_SYS(rt_sigprocmask)},
     Call{SCMP_SYS(rt_sigreturn)},
     Call{SCMP_SYS(sigaltstack)},
+    Call{SCMP_SYS(alarm)},
     Call{SCMP_SYS(restart_syscall)}, // the kernel's own, after a signal
     Call{SCMP_SYS(exit)},
     Call{SCMP_SYS(exit_group)},
@@ -167,7 +168,7 @@ constexpr std::array kSanitizers{
     Call{SCMP_SYS(prctl)},  // and may do so
     Call{SCMP_SYS(getdents)},      Call{SCMP_SYS(getppid)},         Call{SCMP_SYS(waitid)},
     Call{SCMP_SYS(rt_sigpending)}, Call{SCMP_SYS(set_robust_list)}, Call{SCMP_SYS(rseq)},
-    Call{SCMP_SYS(readlink)},      Call{SCMP_SYS(ioctl)}, // is standard error a terminal?
+    Call{SCMP_SYS(ioctl)}, // is standard error a terminal?
 };
 #elif defined(__SANITIZE_THREAD__)
 constexpr std::array kSanitizers{

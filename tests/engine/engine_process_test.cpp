@@ -1,6 +1,8 @@
 #include "tests/engine/engine_process.h"
 
+#include "tests/support/eventually.h"
 #include "tests/support/process.h"
+#include "tests/support/process_table.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
 
@@ -253,6 +255,24 @@ TEST_F(EngineEnd, forWantOfADescriptorSaysSo) {
     EXPECT_FALSE(engine.next());
     EXPECT_EQ(engine.wait(), kBadConversation);
     EXPECT_EQ(engine.errors(), "zqmspeech-engine: Too many open files\n");
+}
+
+// It takes minutes, in which nothing is read.
+TEST_F(EngineEnd, comesSoonThoughItPreparesCommands) {
+    std::vector<std::string> commands;
+    for (int number = 10'000; number < 30'000; ++number) {
+        commands.push_back("say the number " + std::to_string(number));
+    }
+    EngineProcess engine;
+    engine.send(SetCommands{1, commands});
+    constexpr double kSecondsAtWork = 1; // it has read the request
+    ASSERT_TRUE(eventually([&] {
+        engine.flush();
+        return processorSecondsOf(engine.pid()) > kSecondsAtWork;
+    }));
+    engine.hangUp();
+    EXPECT_EQ(engine.wait(), 1000 + SIGALRM);
+    EXPECT_EQ(engine.errors(), "");
 }
 
 // A child of the test is the host. It starts an engine, and a fork of itself that keeps the socket open.
