@@ -147,10 +147,10 @@ private:
         return isComplete;
     }
 
-    // What was stopped before anything was heard replaces nothing. That a pipe's reader has left is found
-    // when it is written.
+    // What was stopped before anything was heard replaces nothing, nor does what nobody asked to stop: its
+    // events could not be written. That a pipe's reader has left is found when it is written.
     bool isWorthKeeping(const SoundJoiner& joiner) const {
-        return joiner.hasSound() || (Interruption::signalNumber() == 0 && isPiped() && !hasReader());
+        return Interruption::signalNumber() != 0 ? joiner.hasSound() : isPiped();
     }
 
     bool writePiece(const std::string& text, const std::string& file) {
