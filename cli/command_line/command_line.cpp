@@ -70,6 +70,17 @@ void requireNoShortEqualSign(const std::string& argument, const CLI::App& app) {
     }
 }
 
+// The parser takes the argument behind "--output=" for the value.
+void requireValueAfterEqualSign(const std::string& argument, const CLI::App& app) {
+    const std::size_t equalSign = argument.find('=');
+    const CLI::Option* const option = argument.starts_with("--") && equalSign + 1 == argument.size()
+                                          ? app.get_option_no_throw(argument.substr(0, equalSign))
+                                          : nullptr;
+    if (option != nullptr) {
+        throw UsageError(option->get_name() + ": it is empty");
+    }
+}
+
 } // namespace
 
 std::unique_ptr<CLI::App> newCommandLine(const Syntax& syntax) {
@@ -129,6 +140,7 @@ std::variant<Words, std::string> readOptions(CLI::App& app, const Syntax& syntax
     std::vector<std::string> toParse(arguments.begin(), dashes);
     for (const std::string& argument : toParse) {
         requireNoShortEqualSign(argument, app);
+        requireValueAfterEqualSign(argument, app);
     }
     std::ranges::reverse(toParse); // as the parser wants them
     try {

@@ -153,6 +153,8 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUse{{"--volume", "nan", "x"}, "nan is not a number"}, WrongUse{{"-o", "", "x"}, "it is empty"},
         WrongUse{{"-f", ""}, "it is empty"}, WrongUse{{"-v", "", "x"}, "it is empty"},
         WrongUse{{"--fallback", "", "x"}, "it is empty"},
+        WrongUse{{"--output=", "x"}, "--output: it is empty"},
+        WrongUse{{"--rate=", "x"}, "--rate: it is empty"}, WrongUse{{"--json=", "x"}, "--json: it is empty"},
         WrongUse{{"-f", "file", "text"}, "can't both be given"},
         WrongUse{{"-f", "file", "-"}, "can't both be given"},
         WrongUse{{"-f", "file", "--", "text"}, "can't both be given"},
