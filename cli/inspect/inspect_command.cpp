@@ -8,6 +8,7 @@
 #include "cli/inspect/inspect_text.h"
 #include "cli/inspect/inspected_library.h"
 #include "cli/inspect/trial.h"
+#include "cli/system/standard_output.h"
 #include "cli/terminal/terminal_line.h"
 
 #include <zqmhost/zqmhost.h>
@@ -64,11 +65,15 @@ std::string documentOf(const InspectedLibrary& library, const InspectOptions& op
 int inspect(const InspectOptions& options) {
     expectToSurvive(options.library);
     host::Runtime runtime;
-    load(runtime, options.library);
-    const std::string document = documentOf({.name = options.library.substr(options.library.rfind('/') + 1),
-                                             .revision = runtime.announcedRevision(),
-                                             .classes = runtime.describeClasses()},
-                                            options);
+    InspectedLibrary library;
+    library.name = options.library.substr(options.library.rfind('/') + 1);
+    {
+        const SilentOutput silent; // whatever the library prints
+        load(runtime, options.library);
+        library.revision = runtime.announcedRevision();
+        library.classes = runtime.describeClasses();
+    }
+    const std::string document = documentOf(library, options);
     std::fwrite(document.data(), 1, document.size(), stdout);
     return runtime.reports().empty() ? kDone : kFailed;
 }

@@ -1,6 +1,7 @@
 #include "cli/inspect/trial.h"
 
 #include "cli/command_line/failure.h"
+#include "cli/system/parent_end.h"
 
 #include <array>
 #include <cerrno>
@@ -16,7 +17,10 @@ namespace {
 
 constexpr char kSurvived = 'd';
 
-[[noreturn]] void perform(const std::function<void()>& action, int done) {
+// What signals its group ends nobody else's.
+[[noreturn]] void perform(const std::function<void()>& action, int done, pid_t parent) {
+    setpgid(0, 0);
+    endWithParent(parent);
     for (const int signal : {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
         std::signal(signal, SIG_DFL); // sanitizers have handlers of their own
     }
@@ -33,11 +37,29 @@ constexpr char kSurvived = 'd';
     _exit(written == 1 ? 0 : 1);
 }
 
+// How it has ended, or has been stopped, which is its end.
 int statusOf(pid_t process) {
-    int status = 0;
-    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+    const auto wait = [process](int options) {
+        int status = 0;
+        while (waitpid(process, &status, options) < 0 && errno == EINTR) {
+        }
+        return status;
+    };
+    const int status = wait(WUNTRACED);
+    kill(-process, SIGKILL);
+    if (WIFSTOPPED(status)) {
+        wait(0);
     }
     return status;
+}
+
+std::string wordsFor(int status) {
+    const auto name = [](int signal) {
+        return std::string(strsignal(signal)); // NOLINT(concurrency-mt-unsafe): there is one thread
+    };
+    return WIFSTOPPED(status)    ? name(WSTOPSIG(status))
+           : WIFSIGNALED(status) ? name(WTERMSIG(status))
+                                 : "exit code " + std::to_string(WEXITSTATUS(status));
 }
 
 } // namespace
@@ -47,10 +69,11 @@ std::string endInTrial(const std::function<void()>& action) {
     if (pipe(done.data()) != 0) {
         throw Failure(std::string("no pipe: ") + std::strerror(errno));
     }
+    const pid_t parent = getpid();
     const pid_t process = fork();
     if (process == 0) {
         close(done[0]);
-        perform(action, done[1]);
+        perform(action, done[1], parent);
     }
     const int error = errno;
     close(done[1]);
@@ -66,8 +89,7 @@ std::string endInTrial(const std::function<void()>& action) {
     if (count == 1 && answer == kSurvived) {
         return {};
     }
-    return WIFSIGNALED(status) ? strsignal(WTERMSIG(status)) // NOLINT(concurrency-mt-unsafe): one thread
-                               : "exit code " + std::to_string(WEXITSTATUS(status));
+    return wordsFor(status);
 }
 
 } // namespace zqm::cli

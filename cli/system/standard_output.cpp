@@ -14,6 +14,24 @@ void printLine(std::string_view line) {
     std::fflush(stdout);
 }
 
+SilentOutput::SilentOutput() {
+    std::fflush(stdout);
+    output_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (output_ >= 0 && nowhere >= 0) {
+        dup2(nowhere, STDOUT_FILENO);
+    }
+    close(nowhere);
+}
+
+SilentOutput::~SilentOutput() {
+    std::fflush(stdout);
+    if (output_ >= 0) {
+        dup2(output_, STDOUT_FILENO);
+    }
+    close(output_);
+}
+
 bool hasReader() {
     if (std::ferror(stdout) != 0) {
         return false;

@@ -3,6 +3,8 @@
 #include "tests/cli/one_line.h"
 #include "tests/cli/say.h"
 #include "tests/cli/terminal.h"
+#include "tests/support/eventually.h"
+#include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -10,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
@@ -50,6 +53,10 @@ std::vector<std::string> classNames(const nlohmann::json& document) {
         names.push_back(type["name"]);
     }
     return names;
+}
+
+TEST(Inspect, PrintsNothingOfWhatTheLibraryPrints) {
+    EXPECT_EQ(classNames(jsonOf(ZQM_PRINTING_PLUGIN)), std::vector<std::string>{"Printer"});
 }
 
 TEST(Inspect, TellsAPluginsClasses) {
@@ -174,6 +181,23 @@ TEST(InspectFailure, OfALibraryThatEndsWhatLoadsIt) {
                   ZQM_CRASHING_PLUGIN " is damaged or has a fault: what loads it ends (Segmentation fault)");
     expectOneLine(inspect({ZQM_LEAVING_PLUGIN}), 1,
                   ZQM_LEAVING_PLUGIN " is damaged or has a fault: what loads it ends (exit code 3)");
+}
+
+// It stops what belongs to it, and not the command.
+TEST(InspectFailure, OfALibraryThatStopsWhatLoadsIt) {
+    const support::Process command(ZQMSPEECH_PROGRAM, {"inspect", ZQM_STOPPING_PLUGIN}, bareOptions());
+    ASSERT_TRUE(command.waitFor(support::kProcessDeadline));
+    expectOneLine(command.result(), 1, "what loads it ends (Stopped (signal))");
+}
+
+TEST(InspectFailure, OfALibraryThatHangsEndsWithTheCommand) {
+    const support::Process command(ZQMSPEECH_PROGRAM, {"inspect", ZQM_HANGING_PLUGIN}, bareOptions());
+    ASSERT_TRUE(support::eventually([&] { return !support::childrenOf(command.pid()).empty(); }));
+    const pid_t child = support::childrenOf(command.pid()).front();
+    command.signal(SIGINT);
+    ASSERT_TRUE(command.waitFor(support::kProcessDeadline));
+    EXPECT_EQ(command.result().signal, SIGINT);
+    EXPECT_TRUE(support::eventually([child] { return !support::isAlive(child); }));
 }
 
 TEST(InspectFailure, OfWrongUse) {
