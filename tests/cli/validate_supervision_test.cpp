@@ -6,6 +6,7 @@
 #include "cli/system/interruption.h"
 #include "cli/system/process_usage.h"
 #include "cli/validate/validation.h"
+#include "tests/support/eventually.h"
 #include "tests/support/process_table.h"
 
 #include <gmock/gmock.h>
@@ -75,10 +76,7 @@ Supervised supervised(const std::function<void(Findings&)>& work, Findings::Seco
 
 // Waits, since whoever is killed may be seen for a while.
 bool hasGone(pid_t process) {
-    for (int round = 0; round < 1000 && isAlive(process); ++round) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return !isAlive(process);
+    return support::eventually([&] { return !isAlive(process); });
 }
 
 TEST(Supervision, WorkThatFindsNothing) {
@@ -403,7 +401,6 @@ TEST(Supervision, AProcessThatSomebodyElseReapedHasEnded) {
     EXPECT_THAT(result.findings, ElementsAre(Finding{Verdict::Fail, "ended the program"}));
 }
 
-// More than a pipe holds.
 // As on a busy machine, where nobody may look meanwhile.
 TEST(Supervision, WhatWasToldIsHeardAfterTheEnd) {
     constexpr int kFindings = 2000; // about 40 KiB, less than a pipe holds
@@ -427,6 +424,7 @@ TEST(Supervision, WhatWasToldIsHeardAfterTheEnd) {
     EXPECT_EQ(others, 0);
 }
 
+// More than a pipe holds.
 TEST(Supervision, OfMuchOutputTheEndIsKept) {
     const Supervised result = supervised([](Findings& findings) {
         for (int line = 0; line < 100000; ++line) {
@@ -458,7 +456,6 @@ TEST(Supervision, WhatWorkLeavesRunningIsEndedAndNotWaitedFor) {
     }
 }
 
-#ifdef __linux__
 pid_t startSession() {
     const pid_t child = fork();
     if (child == 0) {
@@ -513,8 +510,6 @@ TEST(Supervision, WhatRanBeforeGoesOn) {
     kill(earlier, SIGKILL);
     waitpid(earlier, nullptr, 0);
 }
-#endif
-
 TEST(Supervision, OfWorkThatForksOneGoesOn) {
     const Supervised result = supervised([](Findings& findings) {
         const pid_t child = fork();
