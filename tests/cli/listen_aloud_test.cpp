@@ -3,6 +3,7 @@
 
 #include "tests/cli/listen.h"
 #include "tests/cli/terminal.h"
+#include "tests/support/eventually.h"
 #include "tests/support/played_file.h"
 #include "tests/support/process_table.h"
 #include "tests/support/pulse_server.h"
@@ -17,12 +18,12 @@
 #include <csignal>
 #include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace zqm::tests {
 namespace {
 
+using support::eventually;
 using support::Process;
 using support::ProcessResult;
 using testing::EndsWith;
@@ -30,21 +31,8 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr std::chrono::minutes kDeadline{5};
-constexpr std::chrono::milliseconds kStep{10};
 constexpr const char* kBegan = "{\"event\":\"began\"}\n";
 constexpr std::string_view kClear = "\r\x1b[K";
-
-// True as soon as the condition is; false when it isn't by the deadline.
-bool eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(kStep);
-    }
-    return true;
-}
 
 bool hasBegun(const Process& process) {
     return eventually([&] { return process.result().output.find(kBegan) != std::string::npos; });

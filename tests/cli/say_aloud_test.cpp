@@ -4,6 +4,7 @@
 #include "tests/cli/one_line.h"
 #include "tests/cli/say.h"
 #include "tests/cli/terminal.h"
+#include "tests/support/eventually.h"
 #include "tests/support/monitor_recording.h"
 #include "tests/support/process_table.h"
 #include "tests/support/pulse_server.h"
@@ -15,10 +16,8 @@
 
 #include <chrono>
 #include <csignal>
-#include <functional>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <unistd.h>
@@ -26,6 +25,7 @@
 namespace zqm::tests {
 namespace {
 
+using support::eventually;
 using support::Process;
 using support::ProcessResult;
 using support::PulseServer;
@@ -34,20 +34,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr std::chrono::minutes kDeadline{5};
-constexpr std::chrono::milliseconds kStep{10};
 constexpr std::string_view kClear = "\r\x1b[K";
-
-// True as soon as the condition is; false when it isn't by the deadline.
-bool eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(kStep);
-    }
-    return true;
-}
 
 // It is spoken for minutes, so that a busy machine, too, has time to do something meanwhile.
 std::string longText() {

@@ -2,6 +2,7 @@
 // all and writes it into a pipe that takes no more.
 
 #include "tests/cli/say.h"
+#include "tests/support/eventually.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -14,7 +15,6 @@
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -27,15 +27,6 @@ namespace zqm::tests {
 namespace {
 
 constexpr std::chrono::milliseconds kDeadline{60000};
-constexpr std::chrono::milliseconds kPoll{10};
-
-bool waitUntil(const auto& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
-    while (!condition() && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(kPoll);
-    }
-    return condition();
-}
 
 // None waits to be delivered.
 bool hasTakenSignals(pid_t process) {
@@ -59,7 +50,7 @@ protected:
         std::vector<std::string> arguments{"-o", output, "[[slnc 86400000]] Hello"};
         arguments.insert(arguments.begin(), more.begin(), more.end());
         const support::Process process(ZQMSPEECH_PROGRAM, sayArguments(arguments), options);
-        EXPECT_TRUE(waitUntil([this] { return !std::filesystem::is_empty(temporary_.path()); }));
+        EXPECT_TRUE(support::eventually([this] { return !std::filesystem::is_empty(temporary_.path()); }));
         process.signal(SIGINT);
         EXPECT_TRUE(process.waitFor(kDeadline));
         EXPECT_TRUE(std::filesystem::is_empty(temporary_.path()));
@@ -132,11 +123,11 @@ protected:
 
 TEST_F(SayIntoAFullPipe, ASignalAfterAllWasSpokenStopsNothing) {
     const support::Process process = start();
-    ASSERT_TRUE(waitUntil([this] { return isFull(); }));
+    ASSERT_TRUE(support::eventually([this] { return isFull(); }));
     process.signal(SIGINT);
-    ASSERT_TRUE(waitUntil([&] { return hasTakenSignals(process.pid()); }));
+    ASSERT_TRUE(support::eventually([&] { return hasTakenSignals(process.pid()); }));
     std::size_t size = 0;
-    ASSERT_TRUE(waitUntil([&] {
+    ASSERT_TRUE(support::eventually([&] {
         size += takeAll();
         return !process.running();
     }));
@@ -154,9 +145,9 @@ TEST_P(SayImpatience, LeavesNothingBehind) {
     const support::Process process = start();
     const rlimit noCore{0, 0};
     ASSERT_EQ(::prlimit(process.pid(), RLIMIT_CORE, &noCore, nullptr), 0);
-    ASSERT_TRUE(waitUntil([this] { return isFull(); }));
+    ASSERT_TRUE(support::eventually([this] { return isFull(); }));
     EXPECT_FALSE(std::filesystem::is_empty(temporary_.path()));
-    ASSERT_TRUE(waitUntil([&] {
+    ASSERT_TRUE(support::eventually([&] {
         if (process.running()) {
             process.signal(GetParam());
         }

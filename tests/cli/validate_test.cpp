@@ -3,6 +3,7 @@
 #include "tests/cli/json_schema.h"
 #include "tests/cli/one_line.h"
 #include "tests/cli/zqmspeech.h"
+#include "tests/support/eventually.h"
 #include "tests/support/process_table.h"
 #include "tests/support/temporary_folder.h"
 
@@ -241,7 +242,7 @@ TEST(Validate, FitsTheTerminal) {
     }
 }
 
-class SignalWhileAPluginHangs : public testing::TestWithParam<int> {
+class HangingPlugin : public testing::Test {
 protected:
     static support::ProcessOptions optionsFor(const TemporaryFolder& place) {
         support::ProcessOptions options = bareOptions();
@@ -264,6 +265,16 @@ protected:
     support::Process command_{
         ZQMSPEECH_PROGRAM, {"validate", "--time-limit", "600", ZQM_HANGING_PLUGIN}, optionsFor(place_)};
 };
+
+TEST_F(HangingPlugin, EndsWithTheCommandThatIsKilled) {
+    const pid_t child = hangingProcess();
+    ASSERT_NE(child, 0);
+    command_.signal(SIGKILL);
+    ASSERT_TRUE(command_.waitFor(std::chrono::seconds(60)));
+    EXPECT_TRUE(support::eventually([child] { return !support::isAlive(child); }));
+}
+
+class SignalWhileAPluginHangs : public HangingPlugin, public testing::WithParamInterface<int> {};
 
 TEST_P(SignalWhileAPluginHangs, EndsAllThatWasStarted) {
     const rlimit noCore{0, 0};

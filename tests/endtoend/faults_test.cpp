@@ -1,4 +1,5 @@
 #include "tests/endtoend/speaking.h"
+#include "tests/support/eventually.h"
 #include "tests/support/process.h"
 #include "tests/support/process_table.h"
 #include "tests/support/sound_file.h"
@@ -10,24 +11,12 @@
 #include <iterator>
 #include <sstream>
 #include <string_view>
-#include <thread>
 
 namespace zqm::endtoend {
 namespace {
 
+using support::eventually;
 using testing::ElementsAre;
-
-// Polls without a run loop; a deadline only keeps a failing test from hanging.
-bool eventually(const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + kDeadline;
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > end) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
 
 // What was stopped may stay, if it is a sound file; nothing temporary may.
 void expectNothingButAWholeFile(const std::filesystem::path& folder, const std::filesystem::path& file) {

@@ -352,7 +352,6 @@ Sights dictionaryAdded(KillScene& scene) {
     if (scene.below(2) == 0) {
         require(scene.phonemesOfWord(speaking) != scene.plainPhonemes(), "the dictionary has no effect");
     }
-    const std::string wanted = "sIYkwAXl";
     std::string phonemes;
     if (scene.below(2) == 0) {
         killNow(scene, engine);

@@ -16,6 +16,7 @@ using support::ScopedEnvironment;
 #ifndef __SANITIZE_ADDRESS__
 
 constexpr std::uint64_t kStep = 8'000'000;
+constexpr std::uint64_t kNextToNothing = 4096; // none at all means no limit to some kernels
 constexpr std::uint64_t kMost = 2'000'000'000; // with that everything works
 
 // Bytes of address space; of memory that is a process's own.
@@ -66,15 +67,16 @@ TEST_P(Memories, ThatDoNotDoForTheStartOfAnEngine) {
     EXPECT_GT(tally.of(Seen::Refused), 0);
 }
 
-// What is asked for is more than there is memory for.
+// What is asked for is more than there is memory for, and at first more than there is for any request.
 TEST_P(Memories, ThatDoNotDoForARequest) {
+    Tally tally(std::string("engine that gets no more ") + GetParam() + " for a request");
     const std::string text = veryLongText();
     const std::filesystem::path file = program_.folder / "speech.wav";
     const bool isData = std::string(GetParam()) == "data";
     program_.expectWorks();
     {
         live::Speaker speaker(program_.runtime);
-        for (const std::uint64_t more : {0, 1'000'000, 4'000'000, 8'000'000, 16'000'000}) {
+        for (const std::uint64_t more : {0U, 1'000'000U, 4'000'000U, 8'000'000U, 16'000'000U}) {
             SCOPED_TRACE(more);
             program_.expectWorks(speaker);
             const pid_t engine = engines().at(0);
@@ -87,16 +89,19 @@ TEST_P(Memories, ThatDoNotDoForARequest) {
                 EXPECT_TRUE(speaker.waitForEnd());
                 EXPECT_EQ(speaker.finished(), false);
             }
+            tally.add(engines() == std::vector<pid_t>{engine} ? Seen::Completed : Seen::EndedEarly);
             std::filesystem::remove(file);
             program_.expectEmptyFolder();
         }
         program_.expectWorks(speaker);
     }
     program_.expectNoEngine();
+    EXPECT_GT(tally.failures(), 0);
 }
 
 // In the middle of a speech, which either goes on or is over.
 TEST_P(Memories, ThatEndInMidSpeech) {
+    Tally tally(std::string("speech for which there is suddenly no more ") + GetParam());
     const std::filesystem::path file = program_.folder / "speech.wav";
     const bool isData = std::string(GetParam()) == "data";
     program_.expectWorks();
@@ -104,8 +109,9 @@ TEST_P(Memories, ThatEndInMidSpeech) {
         live::Speaker speaker(program_.runtime);
         ASSERT_TRUE(speaker.startToFile(sentences(100), file));
         ASSERT_TRUE(speaker.waitForWords(1));
-        const ScopedLimit limit(isData ? RLIMIT_DATA : RLIMIT_AS, 0, engines().at(0));
+        const ScopedLimit limit(isData ? RLIMIT_DATA : RLIMIT_AS, kNextToNothing, engines().at(0));
         ASSERT_TRUE(speaker.waitForEnd());
+        tally.add(*speaker.finished() ? Seen::Completed : Seen::EndedEarly);
         EXPECT_EQ(speaker.timesFinished(), 1U);
         EXPECT_EQ(std::filesystem::remove(file), *speaker.finished());
         program_.expectEmptyFolder();

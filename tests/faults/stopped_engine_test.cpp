@@ -44,7 +44,7 @@ protected:
         if (all.size() != 1) {
             throw std::runtime_error("there is not one engine, but " + std::to_string(all.size()));
         }
-        ::kill(all.front(), SIGSTOP);
+        support::halt(all.front());
         return all.front();
     }
 
@@ -246,7 +246,8 @@ TEST_F(StoppedListening, IsNoticedAndAnotherEngineHearsTheRest) {
 class HaltingEngine {
 public:
     explicit HaltingEngine(pid_t engine)
-        : process_(static_cast<int>(::syscall(SYS_pidfd_open, engine, 0))), halting_([this] { halt(); }) {}
+        : engine_(engine), process_(static_cast<int>(::syscall(SYS_pidfd_open, engine, 0))),
+          halting_([this] { halt(); }) {}
     ~HaltingEngine() {
         isOver_ = true;
         halting_.join();
@@ -255,7 +256,7 @@ public:
     HaltingEngine(const HaltingEngine&) = delete;
     HaltingEngine& operator=(const HaltingEngine&) = delete;
 
-    int halts() const { return halts_; }
+    int halts() const { return halts_; } // in which it was seen to stand still
 
 private:
     void signal(int number) const { ::syscall(SYS_pidfd_send_signal, process_, number, nullptr, 0); }
@@ -264,12 +265,13 @@ private:
         while (!isOver_) {
             signal(SIGSTOP);
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            halts_ += support::stateOf(engine_) == 'T' ? 1 : 0;
             signal(SIGCONT);
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            ++halts_;
         }
     }
 
+    pid_t engine_;
     int process_;
     std::atomic<bool> isOver_ = false;
     std::atomic<int> halts_ = 0;

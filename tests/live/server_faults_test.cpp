@@ -8,6 +8,7 @@
 #include "tests/live/speaker.h"
 #include "tests/support/log_lines.h"
 #include "tests/support/monitor_recording.h"
+#include "tests/support/process_table.h"
 #include "tests/support/pulse_server.h"
 #include "tests/support/sound_file.h"
 #include "tests/support/sounded_parts.h"
@@ -32,7 +33,13 @@ constexpr double kMostSecondsToNotice = 21;
 class ServerFaults : public testing::Test {
 protected:
     ServerFaults() { loadPlugin(runtime_); }
-    void TearDown() override { EXPECT_TRUE(runtime_.reports().empty()); }
+    // The objects of the test have ended.
+    void TearDown() override {
+        EXPECT_TRUE(runtime_.reports().empty());
+        constexpr host::Seconds kPatience{120};
+        EXPECT_TRUE(runtime_.runUntil([] { return support::childrenThatRun("zqmspeech-engine").empty(); },
+                                      kPatience));
+    }
 
     void expectSpoken(Speaker& speaker, const support::PulseServer& server) {
         const support::MonitorRecording recording(server);
@@ -88,6 +95,9 @@ TEST_F(ServerFaults, EveryObjectHearsThatTheServerIsGone) {
     ASSERT_TRUE(other.waitForEnd());
     EXPECT_EQ(one.finished(), false);
     EXPECT_EQ(other.finished(), false);
+    server.restart();
+    expectSpoken(one, server);
+    expectSpoken(other, server);
 }
 
 TEST_F(ServerFaults, WithoutAServerSpeechDoesNotStartButFilesAreWritten) {
@@ -132,9 +142,13 @@ TEST_F(ServerFaults, AServerFrozenInMidSpeechIsNoReasonNotToStop) {
     Speaker speaker(runtime_);
     ASSERT_NO_FATAL_FAILURE(speakUntilWord(speaker, 2));
     server.freeze();
+    const double begin = support::monotonicSeconds();
     speaker.stop();
+    EXPECT_LT(support::monotonicSeconds() - begin, kMostSecondsToRefuse);
     ASSERT_TRUE(speaker.waitForEnd());
-    EXPECT_EQ(speaker.finished(), false);
+    expectEndedEarly(speaker);
+    server.thaw();
+    expectSpoken(speaker, server);
 }
 
 TEST_F(ServerFaults, SpeechGoesOnWithAServerThatWasFrozenForAWhile) {

@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <charconv>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 
 #include <malloc.h>
 #include <unistd.h>
+
+#include "tests/support/eventually.h"
 
 namespace zqm::support {
 
@@ -98,6 +102,13 @@ bool isAlive(pid_t process) {
     const bool hasEnded = state == '\0' || state == 'Z' || state == 'X';
     // The first thread may end before others, which still hold the process's files and locks.
     return !hasEnded || threadsOf(process) > 1;
+}
+
+void halt(pid_t process) {
+    ::kill(process, SIGSTOP);
+    if (!eventually([&] { return stateOf(process) == 'T'; })) {
+        throw std::runtime_error("process " + std::to_string(process) + " does not stop");
+    }
 }
 
 std::size_t openDescriptors() {

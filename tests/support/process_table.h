@@ -30,6 +30,9 @@ char stateOf(pid_t process);
 // False for one that is gone, and also for one that ended and waits to be reaped.
 bool isAlive(pid_t process);
 
+// Stops one with SIGSTOP, and returns when it stands still; throws std::runtime_error when it doesn't.
+void halt(pid_t process);
+
 // Descriptors open in this process, or in another one that we may look into.
 std::size_t openDescriptors();
 std::size_t openDescriptorsOf(pid_t process);

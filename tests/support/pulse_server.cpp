@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "tests/support/process_table.h"
+
 namespace zqm::support {
 
 namespace {
@@ -103,7 +105,7 @@ void PulseServer::kill() {
 }
 
 void PulseServer::freeze() {
-    server_->signal(SIGSTOP);
+    halt(server_->pid());
 }
 
 void PulseServer::thaw() {

@@ -151,6 +151,20 @@ TEST(CorpusSteps, AMemberThatCanNotBeCalledIsTold) {
         testing::HasSubstr("it could not be tried: Counter.Twin() as Counter: this object is gone\n"));
 }
 
+// What a check by chance tries is what its seed makes of it.
+TEST(CorpusSeed, RepeatsWhatACheckByChanceDid) {
+    const auto findingWith = [](const char* seed) {
+        const std::string output =
+            support::runProcess(ZQMSPEECH_PROGRAM, {"validate", "--only", "refused-sets", "--seed", seed,
+                                                    ZQM_CORPUS "/needs_one_of_two_services.so"})
+                .output;
+        EXPECT_THAT(output, testing::StartsWith("crash "));
+        return output.substr(0, output.find('\n'));
+    };
+    EXPECT_EQ(findingWith("7"), findingWith("7"));
+    EXPECT_NE(findingWith("7"), findingWith("8"));
+}
+
 TEST(CorpusTable, HasEveryPlugin) {
     std::set<std::string> sources;
     for (const fs::directory_entry& entry : fs::directory_iterator(ZQM_CORPUS_SOURCES)) {
