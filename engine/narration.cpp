@@ -21,6 +21,9 @@ struct Cases : Case... {
     using Case::operator()...;
 };
 
+template <typename... Case>
+Cases(Case...) -> Cases<Case...>; // which clang finds by itself from version 17 on
+
 // Whether the command acts together with a word, without parting the text where it stands: what is spoken in
 // one go sounds better.
 bool actsWithWord(const Command& command) {

@@ -7,10 +7,10 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <map>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -107,7 +107,7 @@ void unlockObject(REALobject object) {
     }
     functionOf<void (*)(REALobject)>(*object->type, "Destructor")(object);
     object->type->destructor(object);
-    std::free(object);
+    ::operator delete(object);
 }
 
 void* handlerOf(REALobject object, std::uint64_t event) {
@@ -162,11 +162,8 @@ void load(const char* plugin) {
 REALobject newObject(std::string_view className) {
     for (const ClassRecord* type : classes) {
         if (className == type->name) {
-            auto* const object =
-                static_cast<REALobject>(std::calloc(1, kInstanceDataOffset + type->dataSize));
-            if (object == nullptr) {
-                throw std::bad_alloc();
-            }
+            const std::size_t size = kInstanceDataOffset + type->dataSize;
+            auto* const object = static_cast<REALobject>(std::memset(::operator new(size), 0, size));
             object->type = type;
             object->locks = 1;
             type->constructor(object);

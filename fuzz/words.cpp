@@ -67,7 +67,7 @@ void checkPieces(const std::u32string& text, const std::string& language, protoc
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     static const std::vector<std::string> kLanguages{"en-US", "de-DE", "th-TH", "ja-JP", ""};
     fuzz::ByteSource source(bytes, size);
-    const std::string language = kLanguages[source.choice(kLanguages.size())];
+    const std::string& language = kLanguages[source.choice(kLanguages.size())];
     const auto input = source.flag() ? protocol::InputMode::Phonemes : protocol::InputMode::Text;
     const std::u32string text = engine::fromUtf8(source.rest());
     checkWords(text);

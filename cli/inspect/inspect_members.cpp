@@ -29,6 +29,7 @@ std::string noteOf(const host::ConstantDescription& /*constant*/) {
 template <typename Member>
 void add(std::vector<MemberSection>& sections, const char* title, const std::vector<Member>& members) {
     std::vector<MemberLine> lines;
+    lines.reserve(members.size());
     for (const Member& member : members) {
         lines.push_back({oneLine(declaration(member)), noteOf(member)});
     }

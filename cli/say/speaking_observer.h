@@ -42,7 +42,7 @@ public:
     ~SpeakingObserver();
 
 private:
-    host::Object& synthesizer_;
+    [[maybe_unused]] host::Object& synthesizer_; // on macOS alone
     Handler handler_;
 };
 

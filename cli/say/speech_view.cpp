@@ -133,7 +133,8 @@ TextLines& SpeechView::linesFor(std::size_t columns) {
         if (begin > 0) {
             const std::size_t lineEnd = text_.rfind(u'\n', position_);
             const std::size_t blank = text_.find(u' ', begin);
-            begin = lineEnd != text_.npos && lineEnd >= begin ? lineEnd : std::min(blank, position_);
+            begin =
+                lineEnd != std::u16string::npos && lineEnd >= begin ? lineEnd : std::min(blank, position_);
         }
         lines_ = std::make_unique<TextLines>(text_, columns, begin);
         linesColumns_ = columns;

@@ -60,7 +60,7 @@ struct TextPieces::Words {
 
     bool isSymbol(std::size_t at) const {
         UChar32 codePoint = 0;
-        U16_GET(text.data(), 0, at, text.size(), codePoint);
+        U16_GET(text, 0, at, text.size(), codePoint);
         return (U_GET_GC_MASK(codePoint) & U_GC_S_MASK) != 0;
     }
 

@@ -128,10 +128,10 @@ SF_FORMAT_INFO formatInfo(int command, int format) {
     return info;
 }
 
-std::string description(int format, int rate, int wantedRate) {
+std::string description(int format, int ownRate, int rate) {
     std::string text = formatInfo(SFC_GET_FORMAT_INFO, format & SF_FORMAT_TYPEMASK).name;
     text += std::string(", ") + formatInfo(SFC_GET_FORMAT_INFO, format & SF_FORMAT_SUBMASK).name;
-    return rate == wantedRate ? text : text + ", " + std::to_string(rate) + " Hz";
+    return ownRate == rate ? text : text + ", " + std::to_string(ownRate) + " Hz";
 }
 
 // Nothing for one that can't be written.

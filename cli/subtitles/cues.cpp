@@ -93,9 +93,9 @@ private:
         constexpr std::u16string_view kClosing = u"]]";
         const std::u16string_view text = text_;
         auto word = words.begin();
-        for (std::size_t begin = text.find(kOpening); begin != text.npos;) {
+        for (std::size_t begin = text.find(kOpening); begin != std::u16string_view::npos;) {
             const std::size_t closing = text.find(kClosing, begin);
-            if (closing == text.npos) {
+            if (closing == std::u16string_view::npos) {
                 return;
             }
             const std::size_t end = closing + kClosing.size();

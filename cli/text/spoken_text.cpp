@@ -25,11 +25,11 @@ std::string SpokenText::cut(std::size_t position, std::size_t length) const {
 std::size_t SpokenText::codePointsBefore(std::size_t position) const {
     position = std::min(position, units_.size());
     while (counted_ < position) {
-        U16_FWD_1(units_.data(), counted_, units_.size());
+        U16_FWD_1(units_, counted_, units_.size());
         ++codePoints_;
     }
     while (counted_ > position) {
-        U16_BACK_1(units_.data(), 0, counted_);
+        U16_BACK_1(units_, 0, counted_);
         --codePoints_;
     }
     return codePoints_;

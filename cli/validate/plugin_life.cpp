@@ -145,8 +145,9 @@ void PluginLife::useProperty(const host::PropertyDescription& property, Object& 
         std::ranges::move(values_.extremes(property.type), std::back_inserter(values));
     }
     for (std::size_t index = 0; index < values.size(); ++index) {
-        const std::string which = index == 0 ? "an ordinary value" : "extreme value " + std::to_string(index);
-        attempt(setting, setting + " " + which, [&] { object.set(property.name, values[index]); });
+        std::string what = setting;
+        what += index == 0 ? " an ordinary value" : " extreme value " + std::to_string(index);
+        attempt(setting, what, [&] { object.set(property.name, values[index]); });
         readProperty(property, object);
     }
 }
@@ -218,7 +219,8 @@ std::vector<std::string> PluginLife::uncalled() const {
     std::vector<std::string> lines;
     for (const auto& [member, cause] : failed_) {
         if (!called_.contains(member)) {
-            lines.push_back(member + ": " + cause);
+            lines.push_back(member);
+            lines.back().append(": ").append(cause);
         }
     }
     return lines;

@@ -106,7 +106,7 @@ bool speaks(const Voice& voice, std::string_view language) {
 }
 
 Failure noVoices() {
-    return Failure("there are no voices: the speech engine is missing or does not answer");
+    return Failure("there are no voices: the speech engine is missing, does not answer, or finds none");
 }
 
 } // namespace zqm::cli

@@ -274,7 +274,7 @@ private:
             const std::vector<std::string> silent = pronunciations;
             for (const std::string& said : pronunciationsOf(readingsOf(sign))) {
                 for (const std::string& phones : silent) {
-                    addPronunciations(pronunciations, {said + ' ' + phones});
+                    addPronunciations(pronunciations, {bothSaid(said, phones)});
                 }
             }
         }

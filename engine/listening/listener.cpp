@@ -43,8 +43,8 @@ std::size_t phonesIn(const SpokenWords& words) {
     for (const std::vector<std::string>& pronunciations : words) {
         std::size_t most = 0;
         for (const std::string& pronunciation : pronunciations) {
-            most =
-                std::max<std::size_t>(most, 1 + std::count(pronunciation.begin(), pronunciation.end(), ' '));
+            const auto blanks = std::count(pronunciation.begin(), pronunciation.end(), ' ');
+            most = std::max(most, static_cast<std::size_t>(blanks) + 1);
         }
         phones += most;
     }

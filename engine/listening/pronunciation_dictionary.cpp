@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <limits>
@@ -69,10 +68,7 @@ PronunciationDictionary::PronunciationDictionary(const std::filesystem::path& fi
 }
 
 std::string_view PronunciationDictionary::line(std::uint32_t begin) const {
-    const char* const first = text_.data() + begin;
-    const std::size_t rest = text_.size() - begin;
-    const void* const end = std::memchr(first, '\n', rest);
-    return {first, end == nullptr ? rest : static_cast<std::size_t>(static_cast<const char*>(end) - first)};
+    return std::string_view(text_).substr(begin, text_.find('\n', begin) - begin);
 }
 
 std::size_t PronunciationDictionary::slot(std::string_view word) const {

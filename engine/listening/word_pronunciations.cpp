@@ -40,6 +40,10 @@ bool endsWithOneOf(const std::string& phones, std::initializer_list<std::string_
 
 } // namespace
 
+std::string bothSaid(const std::string& first, const std::string& second) {
+    return first.empty() ? second : first + ' ' + second;
+}
+
 void addPronunciations(std::vector<std::string>& pronunciations, const std::vector<std::string>& more) {
     for (const std::string& phones : more) {
         if (!phones.empty() &&
@@ -124,7 +128,7 @@ std::vector<std::string> WordPronunciations::of(const std::vector<std::string>& 
         std::vector<std::string> longer;
         for (const std::string& next : of(fromUtf8(word))) {
             for (const std::string& phones : pronunciations) {
-                longer.push_back(phones.empty() ? next : phones + ' ' + next);
+                longer.push_back(bothSaid(phones, next));
             }
         }
         longer.resize(std::min(longer.size(), words.size() == 1 ? longer.size() : kMost));

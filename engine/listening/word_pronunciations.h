@@ -34,6 +34,9 @@ private:
     const Transcriber& transcriber_;
 };
 
+// Of two words said one behind the other; of the second one alone if the first is empty.
+std::string bothSaid(const std::string& first, const std::string& second);
+
 // Adds what isn't there yet.
 void addPronunciations(std::vector<std::string>& pronunciations, const std::vector<std::string>& more);
 

@@ -29,7 +29,7 @@ std::string userFolder(IfAbsent ifAbsent) {
     if (named != nullptr && *named == '/' && isSafe(named)) {
         return named;
     }
-    const std::string ofSystem = "/run/user/" + user;
+    std::string ofSystem = "/run/user/" + user;
     if (isSafe(ofSystem)) {
         return ofSystem;
     }

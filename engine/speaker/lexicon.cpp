@@ -121,6 +121,7 @@ bool isFor(const protocol::LexiconDictionary& dictionary, const std::string& lan
 // The indices of dictionaries, the oldest first.
 std::vector<std::size_t> byAge(const std::vector<protocol::LexiconDictionary>& dictionaries) {
     std::vector<std::int64_t> dates;
+    dates.reserve(dictionaries.size());
     for (const protocol::LexiconDictionary& dictionary : dictionaries) {
         dates.push_back(protocol::parseModificationDate(dictionary.modificationDate)
                             .value_or(std::numeric_limits<std::int64_t>::min()));

@@ -22,6 +22,7 @@ std::string MemoryBlock::bytes() const {
     return size() == 0 ? std::string() : std::string(reinterpret_cast<const char*>(data()), size());
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the block is another one afterwards
 void MemoryBlock::write(std::size_t at, std::string_view bytes) {
     if (at > size() || bytes.size() > size() - at) {
         throw CallError(std::to_string(bytes.size()) + " bytes at " + std::to_string(at) +

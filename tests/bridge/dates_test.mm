@@ -271,7 +271,7 @@ TEST(DateToHost, DatesFarOffHaveTheirFields) {
         for (const std::time_t boundary : {kYear0, kYear1, kYear401, kYear9601, kYear10001, kTrillion,
                                            -kTrillion, 60'000 * kTrillion, -60'000 * kTrillion}) {
             for (const std::time_t time :
-                 {boundary - 86'400, boundary - 8, boundary, boundary + 86'400 * 59}) {
+                 {boundary - 86'400, boundary - 8, boundary, boundary + std::time_t{86'400} * 59}) {
                 SCOPED_TRACE(std::to_string(time));
                 NSDate* date = [NSDate dateWithTimeIntervalSince1970:static_cast<double>(time)];
                 EXPECT_EQ(fieldsOf(host->adopt(newHostDate(date))), utcFields(time));

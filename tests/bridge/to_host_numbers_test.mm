@@ -4,6 +4,8 @@
 
 #include <limits>
 
+using Char = decltype([static_cast<NSNumber*>(nil) charValue]); // signed char in GNUstep
+
 // A number that says it holds a given C type, and answers each question differently.
 @interface TypedNumber : NSNumber {
     const char* type;
@@ -23,7 +25,7 @@
 - (BOOL)boolValue {
     return YES;
 }
-- (char)charValue {
+- (Char)charValue {
     return 0;
 }
 - (unsigned char)unsignedCharValue {

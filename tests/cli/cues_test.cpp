@@ -157,7 +157,7 @@ TEST(ShortCues, CountColumnsNotCharacters) {
 TEST(ShortCues, FitIntoTwoLinesAndLoseNothing) {
     std::string marked;
     std::string text;
-    for (int index = 0; index < 2000; ++index) {
+    for (std::size_t index = 0; index < 2000; ++index) {
         const std::string word(index % 100 == 50 ? 150 : 1 + index * 7 % 11, 'x');
         marked += "⟦" + word + "⟧" + (index % 5 == 4 ? ", " : " ");
         text += word + (index % 5 == 4 ? "," : "");

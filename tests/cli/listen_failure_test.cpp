@@ -110,7 +110,7 @@ TEST(ListenFailure, OfEveryCommand) {
 TEST(ListenFailure, OfEveryCommandOfALongList) {
     const TemporaryFolder folder;
     support::writeSpokenPhrases({"stop"}, folder / "x.wav");
-    for (const std::size_t more : {1, 900}) {
+    for (const std::size_t more : {1U, 900U}) {
         SCOPED_TRACE(more);
         const std::vector<std::string> commands(100 + more, "?!");
         std::vector<std::string> arguments{"--from", (folder / "x.wav").string()};

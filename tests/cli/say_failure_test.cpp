@@ -167,7 +167,8 @@ TEST(SayInstallation, HasADamagedPlugin) {
 
 TEST(SayInstallation, LacksTheEngine) {
     const Installation lacking({ZQM_PLATFORM_LIBRARY, "libZQMNSSpeech.so"});
-    expectOneLine(sayIn(lacking), 1, "there are no voices: the speech engine is missing or does not answer");
+    expectOneLine(sayIn(lacking), 1,
+                  "there are no voices: the speech engine is missing, does not answer, or finds none");
 }
 
 // With an engine that misbehaves in this way.
@@ -189,7 +190,8 @@ TEST_P(SayWithABadEngine, FailsWithOneLine) {
     EXPECT_FALSE(std::filesystem::exists(bad.path() / "x.wav"));
 }
 
-constexpr const char* kNoVoices = "there are no voices: the speech engine is missing or does not answer";
+constexpr const char* kNoVoices =
+    "there are no voices: the speech engine is missing, does not answer, or finds none";
 INSTANTIATE_TEST_SUITE_P(All, SayWithABadEngine,
                          testing::Values(EngineFault{"close at once", kNoVoices},
                                          EngineFault{"deaf", kNoVoices},

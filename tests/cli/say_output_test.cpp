@@ -156,7 +156,7 @@ TEST_F(SayOutput, ATemporaryPlaceThatIsFullIsNamed) {
                       complaint);
     }
     // What is spoken has room, packed, but not as what goes to standard output.
-    options_.input = std::string(300 * 5, ' ');
+    options_.input = std::string(1500, ' ');
     for (std::size_t at = 0; at < options_.input.size(); at += 5) {
         options_.input.replace(at, 4, "word");
     }

@@ -35,7 +35,7 @@ class ShellCompletion : public testing::TestWithParam<const char*> {
 protected:
     ShellCompletion() {
         std::ofstream(script_) << zqmspeech({"completion", GetParam()}).output;
-        std::ofstream(folder_ / "a sound.wav");
+        std::ofstream(folder_ / "a sound.wav") << "";
         std::filesystem::create_symlink(ZQMSPEECH_PROGRAM, folder_ / "zqmspeech");
     }
 

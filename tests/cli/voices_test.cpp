@@ -163,7 +163,7 @@ TEST(Voices, AreAskedForOnceWhenThereAreNone) {
     for (const char* const command : {"voices", "voice"}) {
         SCOPED_TRACE(command);
         expectOneLine(bad.run({command}), 1,
-                      "there are no voices: the speech engine is missing or does not answer");
+                      "there are no voices: the speech engine is missing, does not answer, or finds none");
         std::ifstream engines(bad.path() / "engines");
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(engines), {}), "begun\n");
         std::filesystem::remove(bad.path() / "engines");

@@ -54,8 +54,8 @@ std::string book(std::size_t words) {
         "It was late in the year when the last of the ships came home.",
         "Nobody had expected her, least of all the harbour master; he put down his cup and looked again!",
         "\"Is that you?\" she asked.",
-        "The letter, which had been opened and closed more than once, said little about the journey and "
-        "nothing about the money, the weather or the reasons why they had left in such a hurry.",
+        ("The letter, which had been opened and closed more than once, said little about the journey and "
+         "nothing about the money, the weather or the reasons why they had left in such a hurry."),
         "He didn't answer.",
         "On page {} you will find what they saw next.\n\n"};
     std::string text;

@@ -46,8 +46,8 @@ struct Speaking {
     Speaking(const Speaking&) = delete;
     Speaking& operator=(const Speaking&) = delete;
 
-    bool start(const std::string& text, const std::filesystem::path& file);
-    bool startAloud(const std::string& text);
+    bool start(const std::string& next, const std::filesystem::path& file);
+    bool startAloud(const std::string& next);
     bool isSpeaking() const { return object.get("isSpeaking").asBool(); }
 
     host::Object object;
@@ -58,7 +58,7 @@ struct Speaking {
     std::function<void()> atEnd; // called once
 
 private:
-    void begin(const std::string& text);
+    void begin(const std::string& next);
 };
 
 // One listening object; one at a time.

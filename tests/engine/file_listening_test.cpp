@@ -78,7 +78,7 @@ protected:
 
     // Why the session failed, which is all that was said of it.
     static std::string failure(const std::vector<Event>& events) {
-        const auto* const state = events.size() == 1 ? std::get_if<Listening>(&events[0]) : nullptr;
+        const auto* const state = events.size() == 1 ? std::get_if<Listening>(events.data()) : nullptr;
         return state == nullptr ? "no failure" : state->error;
     }
 
@@ -166,7 +166,7 @@ TEST_F(FileListening, saysWhyAFileIsNoSound) {
     const auto wave = writeWave("whole.wav", recordedCommand());
     std::filesystem::copy(wave, folder.path() / "headerOnly.wav");
     std::filesystem::resize_file(folder.path() / "headerOnly.wav", 20);
-    std::ofstream(folder.path() / "empty.wav");
+    std::ofstream(folder.path() / "empty.wav") << "";
     std::ofstream(folder.path() / "garbage.wav") << std::string(100'000, 'x');
     std::ofstream(folder.path() / "text.txt") << "This is no sound.\n";
     for (const char* name : {"headerOnly.wav", "empty.wav", "garbage.wav", "text.txt"}) {
@@ -422,7 +422,7 @@ TEST_F(FileListening, takesCommandsAfterTheSessionBegan) {
 // ---- the level
 
 TEST_F(FileListening, tellsTheLevelTenTimesASecondOfAudio) {
-    std::vector<float> samples(16000 * 2); // a second of silence, a second of a square wave
+    std::vector<float> samples(32'000); // a second of silence, a second of a square wave
     for (std::size_t index = 16000; index < samples.size(); ++index) {
         samples[index] = index / 20 % 2 == 0 ? 0.1F : -0.1F;
     }

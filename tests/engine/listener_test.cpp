@@ -53,7 +53,7 @@ const Sound& spoken(const std::string& text, const std::string& voice = kSlt) {
         Sound& sound = entry->second;
         sound = silence(file.seconds() + 1.4);
         for (std::size_t i = 0; i < file.samples.size(); ++i) {
-            const double sample = sound[kAround + i] + file.samples[i] * 32767;
+            const double sample = sound[kAround + i] + file.samples[i] * 32767.0;
             sound[kAround + i] = static_cast<std::int16_t>(std::clamp(sample, -32768.0, 32767.0));
         }
     }
@@ -284,7 +284,7 @@ TEST_F(ListenerTest, takesTheNewCommandsWhenAPhraseIsDropped) {
 TEST_F(ListenerTest, hearsNothingInSilence) {
     listener.setCommands(1, {"no", "up"});
     EXPECT_THAT(hear(silence(5)), IsEmpty());
-    EXPECT_THAT(hear(Sound(5 * kListeningRate)), IsEmpty());
+    EXPECT_THAT(hear(Sound(std::size_t{5} * kListeningRate)), IsEmpty());
 }
 
 TEST_F(ListenerTest, takesNoNoiseAndNoMusicForACommand) {

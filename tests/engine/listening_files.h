@@ -24,7 +24,7 @@ struct SoundFormat {
 };
 
 // Writes samples of the rate that is listened at. Throws std::runtime_error when that fails.
-void writeSoundFile(const std::filesystem::path& file, std::span<const float> samples,
+void writeSoundFile(const std::filesystem::path& path, std::span<const float> samples,
                     const SoundFormat& format);
 
 } // namespace zqm::test

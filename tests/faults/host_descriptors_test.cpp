@@ -44,7 +44,8 @@ std::string nameOf(RunLoop runLoop) {
 class FirstSpeech : public testing::TestWithParam<std::tuple<const char*, RunLoop>> {};
 
 TEST_P(FirstSpeech, OfAProgramWithFewDescriptors) {
-    const auto [limits, runLoop] = GetParam();
+    const char* const limits = std::get<0>(GetParam());
+    const RunLoop runLoop = std::get<1>(GetParam());
     Tally tally("first speech of a program that may open no more files");
     for (int spare = 0; tally.of(Seen::Completed) == 0 && !HasFailure(); ++spare) {
         SCOPED_TRACE(spare);
