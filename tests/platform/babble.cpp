@@ -26,6 +26,7 @@ Babble::~Babble() {
 } // namespace zqm::platform::test
 
 // In the place of the C library's, for all that this program has loaded.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library names them for itself
 extern "C" __attribute__((visibility("default"))) ssize_t recvmsg(int socket, msghdr* message, int flags) {
     const ssize_t count = ::syscall(SYS_recvmsg, socket, message, flags);
     if (count >= 0 || errno != EAGAIN || babbled.empty()) {

@@ -25,6 +25,7 @@ NamedFilesOnly::~NamedFilesOnly() {
 } // namespace zqm::platform::test
 
 // In the place of the C library's, for all that this program has loaded.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library names them for itself
 extern "C" __attribute__((visibility("default"))) int openat(int folder, const char* path, int flags, ...) {
     if (!hasUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE) {
         errno = EOPNOTSUPP;

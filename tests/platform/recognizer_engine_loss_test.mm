@@ -319,14 +319,14 @@ TEST_F(RecognizerFileLoss, AFileThatEndsEngineAfterEngineIsGivenUp) {
 
 class HiddenEngine {
 public:
-    HiddenEngine() { std::filesystem::rename(kEngine, hidden_); }
+    HiddenEngine() { std::filesystem::rename(engine_, hidden_); }
     HiddenEngine(const HiddenEngine&) = delete;
     HiddenEngine& operator=(const HiddenEngine&) = delete;
-    ~HiddenEngine() { std::filesystem::rename(hidden_, kEngine); }
+    ~HiddenEngine() { std::filesystem::rename(hidden_, engine_); }
 
 private:
-    const std::filesystem::path kEngine = ZQM_ENGINE_PATH;
-    const std::filesystem::path hidden_ = kEngine.string() + ".hidden";
+    const std::filesystem::path engine_ = ZQM_ENGINE_PATH;
+    const std::filesystem::path hidden_ = engine_.string() + ".hidden";
 };
 
 TEST_F(RecognizerEngineLoss, AnEngineThatIsNotThereIsTriedAgain) {
