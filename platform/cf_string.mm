@@ -3,8 +3,11 @@
 #include "platform/surrogates.h"
 #include "platform/text_encoding.h"
 #include "platform/unicode_forms.h"
+#include "platform/utf8.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <vector>
 
 using zqm::platform::ByteOrderMark;
@@ -31,6 +34,44 @@ std::u16string unitsOf(CFStringRef string, CFRange range) {
     std::u16string text(static_cast<std::size_t>(range.length), u'\0');
     CFStringGetCharacters(string, range, reinterpret_cast<UniChar*>(text.data()));
     return text;
+}
+
+// As Foundation holds it, without UTF-16 in between.
+CFStringRef newAsciiString(std::string_view bytes) {
+    return (CFStringRef)[[NSString alloc] initWithBytes:bytes.data()
+                                                 length:bytes.size()
+                                               encoding:NSASCIIStringEncoding];
+}
+
+bool extendsAscii(CFStringEncoding encoding) {
+    return encoding == kCFStringEncodingUTF8 || encoding == kCFStringEncodingASCII;
+}
+
+// Portion by portion, so that a long text is held no second time. Answers false for a text with lone
+// surrogates, and where the room is too small.
+bool writeUtf8(NSString* string, std::span<char> room) {
+    constexpr NSUInteger kUnits = 1024;
+    std::array<char16_t, kUnits> units;
+    const NSUInteger length = [string length];
+    for (NSUInteger begin = 0; begin < length;) {
+        const NSUInteger count = std::min(length - begin, kUnits);
+        [string getCharacters:reinterpret_cast<unichar*>(units.data()) range:NSMakeRange(begin, count)];
+        std::u16string_view portion(units.data(), count);
+        if (begin + count < length && count > 1 && isHighSurrogate(portion.back())) {
+            portion.remove_suffix(1); // with its other half in the next one
+        }
+        const auto bytes = zqm::platform::encodeUtf8(portion, room);
+        if (!bytes) {
+            return false;
+        }
+        room = room.subspan(*bytes);
+        begin += portion.size();
+    }
+    if (room.empty()) {
+        return false;
+    }
+    room.front() = '\0';
+    return true;
 }
 
 ByteOrderMark markOf(Boolean isExternalRepresentation) {
@@ -94,6 +135,9 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef /*allocator*/, const UInt8* b
         return nullptr;
     }
     const std::string_view view(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(numBytes));
+    if (extendsAscii(encoding) && zqm::platform::isAscii(view)) {
+        return newAsciiString(view);
+    }
     const auto text = zqm::platform::decodeText(encoding, view, markOf(isExternalRepresentation));
     return text ? newString(*text) : nullptr;
 }
@@ -120,6 +164,9 @@ void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex bufferSize, CFStringEncoding encoding) {
     if (string == nullptr || buffer == nullptr || bufferSize <= 0 || !zqm::platform::isEightBit(encoding)) {
         return 0;
+    }
+    if (encoding == kCFStringEncodingUTF8) {
+        return writeUtf8((NSString*)string, {buffer, static_cast<std::size_t>(bufferSize)}) ? 1 : 0;
     }
     const std::u16string text = unitsOf(string, CFRangeMake(0, CFStringGetLength(string)));
     const auto encoded = zqm::platform::encodeText(encoding, text, ByteOrderMark::IsText);

@@ -1,12 +1,11 @@
 #include "platform/foundation_text.h"
 
 #include "platform/surrogates.h"
-#include "platform/text_encoding.h"
+#include "platform/utf8.h"
 
 namespace zqm::platform {
 namespace {
 
-constexpr std::uint32_t kUtf8 = 0x08000100;
 constexpr char16_t kReplacement = 0xFFFD;
 
 } // namespace
@@ -23,7 +22,7 @@ std::string utf8Of(NSString* string) {
          index = findLoneSurrogate(text, index)) {
         text[index] = kReplacement;
     }
-    return encodeText(kUtf8, text, ByteOrderMark::IsText)->bytes;
+    return encodeUtf8(text);
 }
 
 } // namespace zqm::platform

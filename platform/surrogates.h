@@ -34,4 +34,12 @@ constexpr std::size_t findLoneSurrogate(std::u16string_view text, std::size_t in
     return index;
 }
 
+// The longest beginning of so many units at most, one or more, that splits no surrogate pair.
+constexpr std::u16string_view wholeCharacters(std::u16string_view text, std::size_t most) {
+    if (text.size() > most && most > 1 && isHighSurrogate(text[most - 1]) && isLowSurrogate(text[most])) {
+        return text.substr(0, most - 1);
+    }
+    return text.substr(0, most);
+}
+
 } // namespace zqm::platform

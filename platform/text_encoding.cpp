@@ -2,6 +2,7 @@
 
 #include "platform/encoding_table.h"
 #include "platform/surrogates.h"
+#include "platform/utf8.h"
 
 #include <algorithm>
 #include <cstring>
@@ -110,6 +111,9 @@ std::optional<std::u16string> decodeText(std::uint32_t encoding, std::string_vie
     if (isUtf16(ordered)) {
         return decodeUtf16(bytes, ordered == kUtf16BigEndian);
     }
+    if (ordered == kUtf8) {
+        return decodeUtf8(bytes);
+    }
     const auto converter = openConverter(ordered);
     if (!converter) {
         return std::nullopt;
@@ -123,6 +127,9 @@ std::optional<EncodedText> encodeText(std::uint32_t encoding, std::u16string_vie
     EncodedText result;
     if (isUtf16(ordered)) {
         result = encodeUtf16(text, ordered == kUtf16BigEndian);
+    } else if (ordered == kUtf8) {
+        result.consumed = findLoneSurrogate(text);
+        result.bytes = encodeUtf8(text.substr(0, result.consumed));
     } else {
         const auto converter = openConverter(ordered);
         if (!converter) {

@@ -155,12 +155,12 @@ REALstring CFString2RBString(CFStringRef string) {
         return nullptr;
     }
     if (length <= kLongestOnStack) {
-        std::array<char, kBytesOnStack + 1> buffer{};
+        std::array<char, kBytesOnStack + 1> buffer;
         return newStringFromUTF8(string, buffer.data(), kBytesOnStack);
     }
     return nativeGuarded([&] {
         const CFIndex size = length * kBytesPerUnit;
-        const auto buffer = std::make_unique<char[]>(static_cast<std::size_t>(size));
+        const std::unique_ptr<char[]> buffer{new char[static_cast<std::size_t>(size)]}; // not zeroed
         return newStringFromUTF8(string, buffer.get(), size);
     });
 }

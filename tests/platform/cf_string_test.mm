@@ -4,6 +4,7 @@
 #include "tests/platform/raised_exception.h"
 
 #include <gtest/gtest.h>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -217,6 +218,38 @@ TEST(CFString, GetCStringKeepsNulCharacters) {
     char buffer[4] = "xxx";
     ASSERT_TRUE(CFStringGetCString(create(u"a\0b"sv), buffer, sizeof buffer, kCFStringEncodingUTF8));
     EXPECT_EQ("a\0b\0"sv, std::string_view(buffer, 4));
+}
+
+// Long ones go to UTF-8 in portions.
+TEST(CFString, GetCStringSplitsNoSurrogatePair) {
+    for (const std::size_t before : {1022, 1023, 1024, 2046, 2047, 2048}) {
+        const std::u16string text = std::u16string(before, u'x') + u"\U0001F600\u20AC";
+        std::vector<char> buffer(before + 8, '?');
+        EXPECT_FALSE(CFStringGetCString(create(text), buffer.data(), static_cast<CFIndex>(buffer.size() - 1),
+                                        kCFStringEncodingUTF8));
+        ASSERT_TRUE(CFStringGetCString(create(text), buffer.data(), static_cast<CFIndex>(buffer.size()),
+                                       kCFStringEncodingUTF8));
+        EXPECT_EQ(std::string(before, 'x') + "\xF0\x9F\x98\x80\xE2\x82\xAC", buffer.data());
+    }
+}
+
+TEST(CFString, GetCStringRefusesLoneSurrogatesWhereverTheyStand) {
+    std::vector<char> buffer(20'000);
+    for (const std::size_t before : {1022, 1023, 1024, 2047}) {
+        for (const char16_t* const end : {u"\xD83D", u"\xDE00", u"\xD83Dx", u"\xD83D\xD83D\xDE00"}) {
+            const std::u16string text = std::u16string(before, u'\u00E9') + end;
+            EXPECT_FALSE(CFStringGetCString(create(text), buffer.data(), static_cast<CFIndex>(buffer.size()),
+                                            kCFStringEncodingUTF8));
+        }
+    }
+}
+
+TEST(CFString, OfAsciiKeepsEachCharacter) {
+    std::string all(128, '\0');
+    std::iota(all.begin(), all.end(), '\0');
+    for (const CFStringEncoding encoding : {kCFStringEncodingUTF8, kCFStringEncodingASCII}) {
+        EXPECT_EQ(std::u16string(all.begin(), all.end()), units(create(all, encoding)));
+    }
 }
 
 TEST(CFString, GetCStringOfTenMillionCharacters) {
