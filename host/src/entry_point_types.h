@@ -8,9 +8,12 @@
 #include "plugin/host_interface.h"
 
 #include <CoreServices/CoreServices.h>
+#include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace zqm::host {
 
@@ -55,6 +58,13 @@ inline constexpr std::array kEntryPointNames{
 #undef ARRAY_ENTRY_POINT
 };
 
+// The first place of the name in that table; behind its end when it isn't there.
+constexpr std::size_t placeOfEntryPoint(std::string_view name) {
+    return static_cast<std::size_t>(
+        std::ranges::find(kEntryPointNames, name, [](const char* one) { return std::string_view(one); }) -
+        kEntryPointNames.begin());
+}
+
 // A C function of the entry point's type: finds the active runtime, counts the call, lets it fail when asked
 // to, and otherwise calls the implementation.
 template <typename Entry, typename Signature>
@@ -73,7 +83,8 @@ struct EntryFunction<Entry, Result(Arguments...)> {
             core->reports().add(Report::Kind::WrongThread, Entry::kName);
             return Result();
         }
-        if (!core->entryPoints().admit(Entry::kName)) {
+        constexpr std::size_t kPlace = placeOfEntryPoint(Entry::kName);
+        if (!core->entryPoints().admit(kPlace)) {
             return Result();
         }
         return implementation(*core, arguments...);

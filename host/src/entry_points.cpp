@@ -9,30 +9,21 @@
 
 namespace zqm::host {
 
-EntryPoints::EntryPoints() {
-    for (const char* name : kEntryPointNames) {
-        states_.try_emplace(name);
-    }
+EntryPoints::EntryPoints() : states_(kEntryPointNames.size()) {
     for (const auto& group :
          {startUpEntryPoints(), stringEntryPoints(), textEntryPoints(), objectEntryPoints(),
           exceptionEntryPoints(), propertyEntryPoints(), variantEntryPoints(), arrayEntryPoints(),
           memoryBlockEntryPoints(), folderItemEntryPoints()}) {
         for (const Entry& entry : group) {
-            states_.at(entry.name).function = entry.function;
+            known(entry.name).function = entry.function;
         }
     }
 }
 
 void* EntryPoints::look(std::string_view name) {
     asked_.emplace_back(name);
-    const auto found = states_.find(name);
-    return found == states_.end() || refused_.contains(name) ? nullptr : found->second.function;
-}
-
-bool EntryPoints::admit(const char* name) {
-    State& state = known(name);
-    ++state.calls;
-    return !state.alwaysFails && state.failing.erase(state.calls) == 0;
+    const std::size_t place = placeOfEntryPoint(name);
+    return place == states_.size() || refused_.contains(name) ? nullptr : states_[place].function;
 }
 
 void EntryPoints::refuse(std::string_view name) {
@@ -41,9 +32,7 @@ void EntryPoints::refuse(std::string_view name) {
 }
 
 void EntryPoints::refuseAll() {
-    for (const auto& [name, state] : states_) {
-        refused_.insert(name);
-    }
+    refused_.insert(kEntryPointNames.begin(), kEntryPointNames.end());
 }
 
 void EntryPoints::allow(std::string_view name) {
@@ -61,7 +50,7 @@ void EntryPoints::failEveryCall(std::string_view name) {
 }
 
 void EntryPoints::failNone() {
-    for (auto& [name, state] : states_) {
+    for (State& state : states_) {
         state.failing.clear();
         state.alwaysFails = false;
     }
@@ -77,7 +66,7 @@ std::size_t EntryPoints::calls(std::string_view name) const {
 
 void EntryPoints::resetCounts() {
     asked_.clear();
-    for (auto& [name, state] : states_) {
+    for (State& state : states_) {
         std::set<std::size_t> failing;
         for (const std::size_t call : state.failing) {
             failing.insert(call - state.calls);
@@ -88,11 +77,11 @@ void EntryPoints::resetCounts() {
 }
 
 EntryPoints::State& EntryPoints::known(std::string_view name) {
-    const auto found = states_.find(name);
-    if (found == states_.end()) {
+    const std::size_t place = placeOfEntryPoint(name);
+    if (place == states_.size()) {
         throw CallError("no entry point is called " + inQuotes(name));
     }
-    return found->second;
+    return states_[place];
 }
 
 const EntryPoints::State& EntryPoints::known(std::string_view name) const {

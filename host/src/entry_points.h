@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -24,8 +23,12 @@ public:
 
     // Counted; null for what is refused or not known.
     void* look(std::string_view name);
-    // Counts a call; false when it is to fail.
-    bool admit(const char* name);
+    // Counts a call of the entry point with that place in the table of names; false when it is to fail.
+    bool admit(std::size_t place) {
+        State& state = states_[place];
+        ++state.calls;
+        return !state.alwaysFails && (state.failing.empty() || state.failing.erase(state.calls) == 0);
+    }
 
     // Throws CallError when the interface knows no such name.
     void refuse(std::string_view name);
@@ -52,7 +55,7 @@ private:
     State& known(std::string_view name);
     const State& known(std::string_view name) const;
 
-    std::map<std::string, State, std::less<>> states_; // of all that the interface knows
+    std::vector<State> states_; // by place in the table of names
     std::set<std::string, std::less<>> refused_;
     std::vector<std::string> asked_;
 };
