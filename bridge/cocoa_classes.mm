@@ -1,8 +1,8 @@
 #include "bridge/cocoa_classes.h"
 
+#include "bridge/class_memo.h"
 #include "bridge/platform_class.h"
 
-#include <CoreFoundation/CoreFoundation.h>
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -125,13 +125,6 @@ const CocoaClass* rowOfName(const char* name) {
     return row != kCocoaClasses.end() ? row : nullptr;
 }
 
-// An object is one of its class and of that's superclasses, unless it says otherwise itself, as proxies do.
-bool answersForItself(Class type) {
-    const SEL question = @selector(isKindOfClass:);
-    return class_getMethodImplementation(type, question) !=
-           class_getMethodImplementation([NSObject class], question);
-}
-
 const CocoaClass* rowByQuestions(NSObject* object) {
     const auto* row = std::find_if(kCocoaClasses.begin(), kCocoaClasses.end(), [&](const CocoaClass& one) {
         const Class type = platformClass(one.name);
@@ -154,19 +147,10 @@ const CocoaClass* rowByAncestors(Class type) {
 } // namespace
 
 const CocoaClass* cocoaClassOf(NSObject* object) {
-    // Rows by class: the last row of the table then costs no more than the first.
-    static CFMutableDictionaryRef known = CFDictionaryCreateMutable(nullptr, 0, nullptr, nullptr);
-    static constexpr CocoaClass kNone{nullptr, WrapRule::Direct};
-
-    const Class type = object_getClass(object);
-    const auto* row = static_cast<const CocoaClass*>(CFDictionaryGetValue(known, type));
-    if (row == nullptr) {
-        if (answersForItself(type)) {
-            return rowByQuestions(object);
-        }
-        row = rowByAncestors(type);
-        row = row != nullptr ? row : &kNone;
-        CFDictionarySetValue(known, type, row);
-    }
-    return row != &kNone ? row : nullptr;
+    // The last row of the table then costs no more than the first.
+    static ClassMemo<CocoaClass> known;
+    return known.rowOf(object, [](NSObject* one) {
+        const Class type = object_getClass(one);
+        return answersForItself(type) ? rowByQuestions(one) : rowByAncestors(type);
+    });
 }

@@ -1,6 +1,7 @@
 #include "bridge/cocoa_to_variant.h"
 
 #include "bridge/cf_wrapper.h"
+#include "bridge/class_memo.h"
 #include "bridge/cocoa_classes.h"
 #include "bridge/data.h"
 #include "bridge/dates.h"
@@ -17,6 +18,7 @@
 #include "plugin/platform_strings.h"
 #include "plugin/set_up.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -110,35 +112,41 @@ const char* optionalClassOf(NSObject* object) {
     return nullptr;
 }
 
-// What a Foundation class stands for. The tests stand in their order: the first that matches decides.
-std::optional<REALobject> variantOfFoundationObject(id object) {
-    const auto isA = [&](Class type) { return [object isKindOfClass:type]; };
-    if (isA([NSURL class])) {
-        return urlVariant(object);
-    }
-    if (isA([NSString class])) {
-        return stringVariant(object);
-    }
-    if (isA([NSData class])) {
-        return NSDataRB(object);
-    }
-    if (isA([NSArray class])) {
-        return arrayVariant(object);
-    }
-    if (isA([NSSet class])) {
-        return arrayVariant([object allObjects]);
-    }
+struct FoundationClass {
+    Class (*type)();
+    REALobject (*convert)(id object);
+};
+
+// The first that an object is one of decides.
+constexpr std::array kFoundationClasses = std::to_array<FoundationClass>({
+    {[] { return [NSURL class]; }, [](id url) { return urlVariant(url); }},
+    {[] { return [NSString class]; }, [](id string) { return stringVariant(string); }},
+    {[] { return [NSData class]; }, [](id data) { return NSDataRB(data); }},
+    {[] { return [NSArray class]; }, [](id array) { return arrayVariant(array); }},
+    {[] { return [NSSet class]; }, [](id set) { return arrayVariant([set allObjects]); }},
+    {[] { return [NSNumber class]; }, [](id number) { return numberVariant(number); }},
+    {[] { return [NSDate class]; }, [](id date) { return newHostDate(date); }},
+    {[] { return [NSDictionary class]; }, [](id dictionary) { return NSDictionaryRB(dictionary); }},
+});
+
+// Null for an object of none.
+const FoundationClass* foundationClassOf(NSObject* object) {
+    static ClassMemo<FoundationClass> known;
+    return known.rowOf(object, [](NSObject* one) {
+        const auto* row =
+            std::find_if(kFoundationClasses.begin(), kFoundationClasses.end(),
+                         [one](const FoundationClass& each) { return [one isKindOfClass:each.type()]; });
+        return row != kFoundationClasses.end() ? row : nullptr;
+    });
+}
+
+// What a Foundation class stands for.
+std::optional<REALobject> variantOfFoundationObject(NSObject* object) {
     if (isBoolean(object)) {
         return booleanVariant(object);
     }
-    if (isA([NSNumber class])) {
-        return numberVariant(object);
-    }
-    if (isA([NSDate class])) {
-        return newHostDate(object);
-    }
-    if (isA([NSDictionary class])) {
-        return NSDictionaryRB(object);
+    if (const FoundationClass* foundationClass = foundationClassOf(object)) {
+        return foundationClass->convert(object);
     }
     return std::nullopt;
 }

@@ -24,7 +24,8 @@ CFHashCode hashOfObject(const void* object) {
 }
 
 ZQMPointerDictionary* pointerDictionary(CFDictionaryRef dictionary) {
-    const bool is = [(id)dictionary isKindOfClass:[ZQMPointerDictionary class]];
+    static const Class ours = [ZQMPointerDictionary class]; // the runtime would look for its name each time
+    const bool is = [(id)dictionary isKindOfClass:ours];
     return is ? (ZQMPointerDictionary*)dictionary : nil;
 }
 

@@ -17,6 +17,8 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -78,7 +80,10 @@ struct ObjectHandle final : Handle {
     // Null when it is of another kind.
     template <typename Content>
     Content* contentAs() const {
-        return dynamic_cast<Content*>(content.get());
+        static_assert(std::is_final_v<Content>); // so that its type alone tells
+        const ObjectContent* held = content.get();
+        return held != nullptr && typeid(*held) == typeid(Content) ? static_cast<Content*>(content.get())
+                                                                   : nullptr;
     }
 
     // What few of many objects have.
