@@ -101,6 +101,22 @@ void arrayToPlatform(benchmark::State& state) {
     measure(state, [&] { return GetVariantAsNSObject(array.handle()); });
 }
 
+// What the host is asked for every element of one of its arrays in any case.
+void arrayRead(benchmark::State& state) {
+    auto array = runtime().array(zqm::host::ElementType::String);
+    for (const std::string& text : textsOf(state)) {
+        array.append(text);
+    }
+    measure(state, [&] {
+        std::int64_t bytes = 0;
+        for (std::int64_t i = 0; i <= REALGetArrayUBound(array.array()); ++i) {
+            const OwnedString string{REALGetArrayValueString(array.array(), i)};
+            bytes += hostStringByteLength(string.get());
+        }
+        return bytes;
+    });
+}
+
 void arrayOfPlatform(benchmark::State& state) {
     const Texts texts = textsOf(state);
     measure(state, [&] { return platformArray(texts); });
@@ -110,6 +126,29 @@ void dictionaryToPlatform(benchmark::State& state) {
     runtime();
     const OwnedObject dictionary = hostDictionary(textsOf(state));
     measure(state, [&] { return NewNSDictionary(dictionary.get()); });
+}
+
+// What it is asked for every entry of a dictionary: both, their types, and what is in them.
+void dictionaryRead(benchmark::State& state) {
+    runtime();
+    const OwnedObject dictionary = hostDictionary(textsOf(state));
+    const auto key = reinterpret_cast<REALobject (*)(REALobject, std::int64_t)>(
+        REALLoadObjectMethod(dictionary.get(), "Key(index As Integer) As Variant"));
+    const auto value = reinterpret_cast<REALobject (*)(REALobject, REALobject)>(
+        REALLoadObjectMethod(dictionary.get(), "Value(key As Variant) As Variant"));
+    const auto type = reinterpret_cast<std::int32_t (*)(REALobject)>(
+        REALLoadFrameworkMethod(nullptr, "VarType(value As Variant) As Int32"));
+    measure(state, [&] {
+        std::int64_t sum = 0;
+        for (std::int64_t i = 0; i < state.range(0); ++i) {
+            const OwnedObject oneKey{key(dictionary.get(), i)};
+            const OwnedObject oneValue{value(dictionary.get(), oneKey.get())};
+            const OwnedString text{GetVariantString(oneKey.get())};
+            sum += type(oneKey.get()) + type(oneValue.get()) + GetVariantInt64(oneValue.get()) +
+                   hostStringByteLength(text.get());
+        }
+        return sum;
+    });
 }
 
 void dictionaryOfPlatform(benchmark::State& state) {
@@ -147,10 +186,12 @@ void dictionaryOfHost(benchmark::State& state) {
     BENCHMARK(function)->Name(name)->RangeMultiplier(10)->Range(kFewest, kMost)->UseManualTime()
 COLLECTION_BENCHMARK(arrayToPlatform, "array/to_platform/ours");
 COLLECTION_BENCHMARK(arrayOfPlatform, "array/to_platform/floor");
+COLLECTION_BENCHMARK(arrayRead, "array/to_platform/read");
 COLLECTION_BENCHMARK(arrayToHost, "array/to_host/ours");
 COLLECTION_BENCHMARK(arrayOfHost, "array/to_host/floor");
 COLLECTION_BENCHMARK(dictionaryToPlatform, "dictionary/to_platform/ours");
 COLLECTION_BENCHMARK(dictionaryOfPlatform, "dictionary/to_platform/floor");
+COLLECTION_BENCHMARK(dictionaryRead, "dictionary/to_platform/read");
 COLLECTION_BENCHMARK(dictionaryToHost, "dictionary/to_host/ours");
 COLLECTION_BENCHMARK(dictionaryOfHost, "dictionary/to_host/floor");
 

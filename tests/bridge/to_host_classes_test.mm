@@ -412,7 +412,16 @@ TEST_F(CocoaClassTest, ProxyIsWhatItStandsFor) {
     ASSERT_FALSE(wrapper.isNull());
     EXPECT_EQ(wrapper.className(), "NSPipeZQM");
     EXPECT_EQ(wrapper.dataAs<id>(), proxy);
-    EXPECT_EQ(converted([Forwarder to:@"text"]).variantValue().asText(), "text");
+}
+
+// Nothing is remembered of the class of those.
+TEST_F(CocoaClassTest, EachProxyIsWhatItStandsFor) {
+    NSNumber* number = [NSNumber numberWithInt:7];
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(converted([Forwarder to:@"text"]).variantValue().asText(), "text");
+        EXPECT_EQ(converted([Forwarder to:number]).variantType(), converted(number).variantType());
+        EXPECT_EQ(converted([Forwarder to:[NSArray array]]).className(), "Array");
+    }
 }
 
 TEST_F(CocoaClassTest, InstanceOfALevelThatIsNotExpectedStaysTheHosts) {
