@@ -4,13 +4,12 @@ from __future__ import annotations
 
 import argparse
 import io
-import signal
 import sys
 from pathlib import Path
 
+from common.problems import words_of
+from common.programs import heed_interruptions, interruptions
 from soaking.parts import parts_of
-from soaking.problems import words_of
-from soaking.programs import interruptions, note_interruption
 
 KILLS_OF_ALL = 100_000
 CALLS_OF_ALL = 1_000_000
@@ -43,9 +42,7 @@ def options_of_command_line() -> argparse.Namespace:
 
 def main() -> int:
     options = options_of_command_line()
-    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
-        if signal.getsignal(number) != signal.SIG_IGN:  # as nohup has it
-            signal.signal(number, note_interruption)
+    heed_interruptions()
     if isinstance(sys.stdout, io.TextIOWrapper):
         sys.stdout.reconfigure(line_buffering=True)  # a part may take an hour
     problems: list[str] = []

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from pathlib import Path
 
-from soaking.problems import Problem
+from common.problems import Problem
 
 
 def sum_of(files: list[Path]) -> list[list[str]]:

@@ -9,9 +9,9 @@ import subprocess
 from collections.abc import Callable
 from dataclasses import dataclass
 
+from common.problems import Problem, words_of
+from common.programs import Patience, Program, run
 from soaking import kills, plot, verdicts
-from soaking.problems import Problem, words_of
-from soaking.programs import Patience, Program, run
 from soaking.samples import Samples, read_samples
 
 MOST_SAMPLES = 720  # of one program: one every five seconds of an hour

@@ -2,12 +2,12 @@
 
 from __future__ import annotations
 
-import subprocess
 from dataclasses import dataclass, field
 from pathlib import Path
 
+from common import gnuplot
+from common.gnuplot import quoted
 from soaking.measures import MEASURES, MIB
-from soaking.problems import Problem
 from soaking.samples import Samples
 
 WIDTH, HEIGHT_OF_PANEL = 900, 260
@@ -17,10 +17,6 @@ WIDTH, HEIGHT_OF_PANEL = 900, 260
 class Panel:
     curves: list[str] = field(default_factory=list)
     tolerance: float = 0.0  # of its measures, the most
-
-
-def quoted(text: str) -> str:
-    return "'" + text.replace("'", "''") + "'"
 
 
 def script_of(all_samples: list[Samples], file: Path) -> str:
@@ -60,11 +56,4 @@ def script_of(all_samples: list[Samples], file: Path) -> str:
 
 
 def draw(all_samples: list[Samples], file: Path) -> None:
-    try:
-        result = subprocess.run(
-            ["gnuplot"], input=script_of(all_samples, file), text=True, capture_output=True, check=False
-        )
-    except FileNotFoundError:
-        raise Problem("gnuplot is missing: install the package gnuplot-nox") from None
-    if result.returncode != 0:
-        raise Problem(f"gnuplot: {result.stderr.strip()}")
+    gnuplot.run(script_of(all_samples, file))

@@ -6,8 +6,8 @@ import math
 from dataclasses import dataclass, field
 from pathlib import Path
 
+from common.problems import Problem
 from soaking.measures import MEASURES
-from soaking.problems import Problem
 
 TIME = "seconds"
 COLUMNS = (TIME, "episodes", *(measure.name for measure in MEASURES))

@@ -5,8 +5,8 @@ from __future__ import annotations
 from dataclasses import dataclass
 from statistics import fmean, linear_regression
 
+from common.problems import Problem
 from soaking.measures import MEASURES, MIB, Measure
-from soaking.problems import Problem
 from soaking.samples import Samples
 
 LEAST_SAMPLES = 8

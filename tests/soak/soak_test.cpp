@@ -348,7 +348,7 @@ TEST_P(InterruptedSoak, JudgesWhatThereIs) {
         std::this_thread::sleep_for(kLookAgain);
     }
     for (const auto& entry : fs::directory_iterator(folder_.path())) {
-        EXPECT_FALSE(entry.path().filename().string().starts_with("zqm-soak")) << entry.path();
+        EXPECT_FALSE(entry.path().filename().string().starts_with("zqm-run")) << entry.path();
     }
 }
 

@@ -1,4 +1,4 @@
-"""What keeps a soak from telling anything."""
+"""What keeps a script from telling anything."""
 
 from __future__ import annotations
 

@@ -12,9 +12,9 @@ from dataclasses import dataclass, field
 from pathlib import Path
 from types import FrameType
 
-from soaking.problems import words_of
+from common.problems import words_of
 
-SECONDS_TO_END = 60  # of those that are told to: a random host program comes to the end of what it is at
+SECONDS_TO_END = 60  # of those that are told to: some come to the end of what they are at
 SECONDS_TO_LOOK = 0.2
 MOST_LINES = 50  # of what one that failed had to say
 
@@ -24,6 +24,12 @@ interruptions: list[int] = []  # signals that are to end all
 def note_interruption(number: int, frame: FrameType | None) -> None:
     """A handler of them. They are looked at where no program is about to be started, which would be left behind."""
     interruptions.append(number)
+
+
+def heed_interruptions() -> None:
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        if signal.getsignal(number) != signal.SIG_IGN:  # as nohup has it
+            signal.signal(number, note_interruption)
 
 
 @dataclass(frozen=True)
@@ -51,7 +57,7 @@ class Running:
 def run(what: str, programs: list[Program], patience: Patience, problems: list[str]) -> None:
     """Adds to the problems what went wrong. An interruption ends the programs."""
     running: list[Running] = []
-    with tempfile.TemporaryDirectory(prefix="zqm-soak-", ignore_cleanup_errors=True) as folder:
+    with tempfile.TemporaryDirectory(prefix="zqm-run-", ignore_cleanup_errors=True) as folder:
         try:
             for program in programs:
                 try:
