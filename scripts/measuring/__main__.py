@@ -13,8 +13,8 @@ from measuring import document, plot
 from measuring.benchmarks import Benchmarks
 from measuring.curves import PLOTS
 from measuring.machine import words_of_machine
-from measuring.results import check, file_of, read_results, unmeasured
-from measuring.rows import TABLES, Row
+from measuring.results import check, read_results
+from measuring.rows import TABLES
 from measuring.runs import PROGRAMS, RUNS, Run
 from measuring.tables import is_measured, judged, summary_of, table_of
 from measuring.times import Times
@@ -28,7 +28,6 @@ def options_of_command_line() -> argparse.Namespace:
     parser.add_argument("output", type=Path)
     parser.add_argument("document", type=Path)
     parser.add_argument("--quick", action="store_true")
-    parser.add_argument("--long", action="store_true")
     parser.add_argument("--page", action="store_true")
     parser.add_argument("--only", nargs="+", metavar="PROGRAM")
     options = parser.parse_args()
@@ -44,8 +43,7 @@ def runs_of(options: argparse.Namespace) -> tuple[Run, ...]:
         run
         for run in RUNS
         if run.program in (options.only or PROGRAMS)
-        if options.long or not run.is_long
-        if not (options.quick and run.is_once)
+        if not (options.quick and run.is_slow)
     )
 
 
@@ -62,11 +60,11 @@ def print_tables(times: Times) -> None:
     print(summary_of(judged(TABLES, times)))
 
 
-def write_page(file: Path, folder: Path, times: Times, without: tuple[Row, ...]) -> None:
+def write_page(file: Path, folder: Path, times: Times) -> None:
     """Nothing is written unless all of it can be."""
     contents = {"machine": (folder / MACHINE).read_text(encoding="utf-8").strip()}
     contents["targets"] = summary_of(judged(TABLES, times))
-    contents |= {table.name: table_of(table, times, without) for table in TABLES}
+    contents |= {table.name: table_of(table, times) for table in TABLES}
     try:
         page = document.filled(file.read_text(encoding="utf-8"), contents)
     except Problem as problem:
@@ -96,12 +94,8 @@ def measure(options: argparse.Namespace) -> list[str]:
         print_tables(times)
     else:
         times = read_results(folder, RUNS)
-        done = tuple(run for run in RUNS if file_of(folder, run).exists())
-        check(times, done)
-        left = unmeasured(times)
-        write_page(options.document, folder, times, left)
-        for row in left:
-            print(f"not measured, as it takes long: {row.what}", file=sys.stderr)
+        check(times, RUNS)
+        write_page(options.document, folder, times)
     tell_missed(times)
     return []
 

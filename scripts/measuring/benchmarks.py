@@ -13,9 +13,7 @@ from measuring.runs import Run, filter_of
 REPETITIONS = 5
 QUICK_SECONDS = 0.01  # of each
 SECONDS_UNTIL_TOLD = 120
-# More than ten times what one takes by itself.
-MOST_SECONDS = 3600
-MOST_SECONDS_OF_LONG = 6 * 3600
+MOST_SECONDS = 3600  # more than ten times what one takes by itself
 
 
 @dataclass(frozen=True)
@@ -29,11 +27,10 @@ class Benchmarks:
         problems: list[str] = []
         for each in runs:
             fresh = self.output / f"{each.name}.new.json"
-            patience = Patience(MOST_SECONDS_OF_LONG if each.is_long else MOST_SECONDS, SECONDS_UNTIL_TOLD)
             fresh.unlink(missing_ok=True)
             before = len(problems)
             print(f"{each.name} ...", file=sys.stderr, flush=True)
-            run(each.name, [self.program_of(each, fresh)], patience, problems)
+            run(each.name, [self.program_of(each, fresh)], Patience(MOST_SECONDS, SECONDS_UNTIL_TOLD), problems)
             if interruptions:
                 return [*problems, "interrupted"]
             if len(problems) == before:
@@ -44,7 +41,7 @@ class Benchmarks:
         return problems
 
     def program_of(self, each: Run, file: Path) -> Program:
-        repetitions = 1 if self.is_quick or each.is_once else REPETITIONS
+        repetitions = 1 if self.is_quick or each.is_slow else REPETITIONS
         arguments = [
             str(self.programs / f"{each.program}_benchmark"),
             f"--benchmark_filter={filter_of(each)}",

@@ -27,8 +27,8 @@ class Plot:
     panels: tuple[Panel, ...]
 
 
-def curve(title: str, stem: str, sizes: tuple[int, ...], clock: str = "") -> Curve:
-    return Curve(title, {size: f"{stem}/{size}{clock}" for size in sizes})
+def curve(title: str, stem: str, sizes: tuple[int, ...]) -> Curve:
+    return Curve(title, {size: f"{stem}/{size}" for size in sizes})
 
 
 WAYS_OF_STRINGS = {"ours": "ours", "gnustep": "GNUstep", "icu": "ICU", "memcpy": "memcpy"}
@@ -72,7 +72,7 @@ PLOTS = (
             Panel(
                 "text into a sound file",
                 tuple(
-                    curve(words, f"file/{way}", FILE_SIZES, "/real_time") for way, words in WAYS_OF_FILES.items()
+                    curve(words, f"file/{way}", FILE_SIZES) for way, words in WAYS_OF_FILES.items()
                 ),
             ),
         ),

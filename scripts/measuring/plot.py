@@ -11,6 +11,7 @@ from measuring.figures import SECOND
 from measuring.times import Times
 
 WIDTH_OF_PANEL, HEIGHT_OF_PANEL = 440, 300
+LEAST_WIDTH = 640
 
 
 def script_of(plot: Plot, times: Times, file: Path) -> str:
@@ -28,7 +29,7 @@ def script_of(plot: Plot, times: Times, file: Path) -> str:
     for panel in plot.panels:
         panels += [f"set title {quoted(panel.title)}", "plot " + ", ".join(map(curve_of, panel.curves))]
     rows = -(-len(plot.panels) // plot.columns)
-    width, height = WIDTH_OF_PANEL * plot.columns, HEIGHT_OF_PANEL * rows
+    width, height = max(WIDTH_OF_PANEL * plot.columns, LEAST_WIDTH), HEIGHT_OF_PANEL * rows
     return "\n".join(
         [
             "set encoding utf8",
@@ -36,7 +37,7 @@ def script_of(plot: Plot, times: Times, file: Path) -> str:
             f"set output {quoted(str(file))}",
             *blocks,
             f"set multiplot layout {rows},{plot.columns}",
-            "set key top left noenhanced",
+            "set key top left reverse Left samplen 2 noenhanced",
             "set logscale xy",
             "set format x '%.0s%c'",
             "set format y '%.0s %cs'",

@@ -5,7 +5,7 @@ from __future__ import annotations
 from pathlib import Path
 
 from common.problems import Problem
-from measuring.rows import TABLES, Row, Table
+from measuring.rows import TABLES
 from measuring.runs import Run, run_of
 from measuring.times import Times, read_times
 
@@ -17,14 +17,12 @@ def file_of(folder: Path, run: Run) -> Path:
 
 
 def read_results(folder: Path, runs: tuple[Run, ...]) -> Times:
-    """Of these runs. Each has to be there, but a long one."""
     times: Times = {}
     for run in runs:
         file = file_of(folder, run)
-        if file.exists():
-            times |= read_times(file)
-        elif not run.is_long:
+        if not file.exists():
             raise Problem(f"{file} is missing: {run.program}_benchmark was not measured yet")
+        times |= read_times(file)
     return times
 
 
@@ -33,23 +31,15 @@ def listed(names: list[str]) -> str:
     return ", ".join(names[:MOST_NAMES]) + (f" and {more} more" if more > 0 else "")
 
 
-def missing(tables: tuple[Table, ...], times: Times, done: tuple[Run, ...]) -> list[str]:
-    """The benchmarks of these runs without which there are rows that can't be filled."""
-    names = (
+def check(times: Times, runs: tuple[Run, ...]) -> None:
+    """That the benchmarks of these runs are all there without which some rows can't be filled."""
+    missing = (
         name
-        for table in tables
+        for table in TABLES
         for row in table.rows
         for name in row.needs
-        if name not in times and run_of(table.program, name) in done
+        if name not in times and run_of(table.program, name) in runs
     )
-    return list(dict.fromkeys(names))
-
-
-def check(times: Times, done: tuple[Run, ...]) -> None:
-    names = missing(TABLES, times, done)
+    names = list(dict.fromkeys(missing))
     if names:
         raise Problem(f"these were not measured: {listed(names)}")
-
-
-def unmeasured(times: Times) -> tuple[Row, ...]:
-    return tuple(row for table in TABLES for row in table.rows if any(name not in times for name in row.needs))

@@ -74,15 +74,10 @@ def lines_of(cells: list[list[str]]) -> list[str]:
     return ["| " + " | ".join(row) + " |" for row in cells]
 
 
-def table_of(table: Table, times: Times, unmeasured: tuple[Row, ...] = ()) -> str:
-    """Of the rows that were measured; those of the others that are to be told of say so."""
+def table_of(table: Table, times: Times) -> str:
+    """Of the rows that were measured."""
     head = ["", *table.columns, "target", "", "times"]
-    rows = []
-    for row in table.rows:
-        if is_measured(row, times):
-            rows.append(cells_of(row, table, times))
-        elif row in unmeasured:
-            rows.append([row.what, "not measured", *[""] * (len(head) - 2)])
+    rows = [cells_of(row, table, times) for row in table.rows if is_measured(row, times)]
     # Columns that say nothing, as where no row has a target, are left out.
     kept = [place for place in range(len(head)) if place == 0 or any(row[place] for row in rows)]
     if "target" in [head[place] for place in kept]:

@@ -13,10 +13,10 @@ from typing import Any
 from common.problems import Problem
 
 NANOSECONDS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
-# Parts of a benchmark's name that tell how it was run: how often is no part of what it does.
+# Parts of a benchmark's name that tell how it is run: how often is no part of what it does, nor is the clock.
 RUN_PARTS = re.compile(r"/(iterations|repeats|min_time|min_warmup_time|threads):[^/]*")
 # What other processes do, and what a benchmark times itself, is no time of its processor's.
-REAL_TIMES = ("/real_time", "/manual_time")
+REAL_TIMES = re.compile(r"/(real_time|manual_time)$")
 # What Google Benchmark tells of each repetition; the other numbers are the benchmark's own counters.
 OWN_NUMBERS = {
     "family_index", "per_family_instance_index", "repetitions", "repetition_index", "threads", "iterations",
@@ -35,12 +35,13 @@ class Measured:
 Times = dict[str, Measured]  # by the name of the benchmark
 
 
-def name_of(entry: dict[str, Any]) -> str:
-    return RUN_PARTS.sub("", str(entry["run_name"]))
+def name_and_clock_of(entry: dict[str, Any]) -> tuple[str, str]:
+    name, real_times = REAL_TIMES.subn("", RUN_PARTS.sub("", str(entry["run_name"])))
+    return name, "real_time" if real_times > 0 else "cpu_time"
 
 
 def nanoseconds_of(entry: dict[str, Any]) -> float:
-    clock = "real_time" if name_of(entry).endswith(REAL_TIMES) else "cpu_time"
+    _, clock = name_and_clock_of(entry)
     return float(entry[clock]) * NANOSECONDS[entry["time_unit"]]
 
 
@@ -65,7 +66,7 @@ def read_times(file: Path) -> Times:
 def times_of(entries: list[dict[str, Any]]) -> Times:
     repetitions: dict[str, list[dict[str, Any]]] = {}
     for entry in entries:
-        name = name_of(entry)
+        name, _ = name_and_clock_of(entry)
         if entry.get("error_occurred"):
             raise Problem(f"{name} failed: {entry.get('error_message', 'it does not say why')}")
         repetitions.setdefault(name, []).append(entry)
@@ -76,6 +77,8 @@ def measured_of(name: str, entries: list[dict[str, Any]]) -> Measured:
     def median_of(values: Callable[[dict[str, Any]], float]) -> float:
         return median(map(values, entries))
 
+    if len({entry["run_name"] for entry in entries}) > 1:
+        raise Problem(f"{name} is there in more than one way")
     nanoseconds = median_of(nanoseconds_of)
     if not 0 < nanoseconds < float("inf"):
         raise Problem(f"{name} took no time that can be compared: {nanoseconds} ns")
