@@ -215,7 +215,7 @@ void Engine::handle(protocol::Speak& request) {
         output = std::make_unique<SoundOutput>(server_, speaker_.sampleRate());
     }
     utterance_.emplace(std::move(request), *voice, speaker_, std::move(output),
-                       [this](const protocol::Event& event) { report(event); });
+                       [this](const protocol::Event& event, bool moreFollow) { report(event, moreFollow); });
     for (const LexiconProblem& problem : std::exchange(lexiconProblems_, {})) {
         utterance_->announce(protocol::Problem{utterance_->number(), kBadDictionary, 0, describe(problem)});
     }
@@ -309,13 +309,16 @@ void Engine::handle(const protocol::StopListening& request) {
     listening_.stop(request.session);
 }
 
-void Engine::report(const protocol::Event& event) {
+// Sending costs more than what is sent, so what belongs together is sent together.
+void Engine::report(const protocol::Event& event, bool moreFollow) {
     if (isHeard(event)) {
         channel_.sendExpendable(protocol::encode(event));
     } else {
         channel_.send(protocol::encode(event));
     }
-    flush();
+    if (!moreFollow) {
+        flush();
+    }
 }
 
 void Engine::flush() {

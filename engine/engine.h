@@ -53,7 +53,7 @@ private:
     [[nodiscard]] std::chrono::microseconds idleTime() const;
     [[nodiscard]] bool isSpeaking(std::uint64_t utterance) const;
     void dropIfOver();
-    void report(const protocol::Event& event);
+    void report(const protocol::Event& event, bool moreFollow = false);
     void quit(int exitCode);
     void fail(const char* reason, int exitCode);
     void refuse(const char* reason);

@@ -43,14 +43,14 @@ Utterance::Utterance(protocol::Speak request, const protocol::Voice& voice, Spea
 void Utterance::begin(const std::string& error) {
     if (!begun_) {
         begun_ = true;
-        report_(protocol::Started{number_, error});
+        report_(protocol::Started{number_, error}, false);
         over_ = !error.empty();
     }
 }
 
 void Utterance::end(bool completed, const std::string& error) {
     over_ = true;
-    report_(protocol::Finished{number_, completed, error, seconds(length())});
+    report_(protocol::Finished{number_, completed, error, seconds(length())}, false);
 }
 
 void Utterance::advance() {
@@ -207,8 +207,8 @@ void Utterance::reportUpTo(std::uint64_t sample) {
             word_ = {cues_[told_].sample, cues_[told_].end};
             dropTold();
         }
-        report_(cues_[told_].event);
-        ++told_;
+        const protocol::Event& event = cues_[told_++].event;
+        report_(event, told_ < cues_.size() && cues_[told_].sample < sample);
     }
     if (!isLive()) {
         dropTold(); // it is never told again
@@ -267,7 +267,7 @@ void Utterance::resume() {
     if (over_) {
         return;
     }
-    report_(protocol::Continued{number_});
+    report_(protocol::Continued{number_}, false);
     if (isPaused_) {
         isPaused_ = false;
         output_->resume();
@@ -362,7 +362,7 @@ void Utterance::standStill() {
     hold_.reset();
     isPadded_ = false;
     isPaused_ = true;
-    report_(protocol::Paused{number_});
+    report_(protocol::Paused{number_}, false);
 }
 
 // The cut word, with what belongs to it, but nothing that stands in the text.

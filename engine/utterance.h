@@ -18,7 +18,8 @@ namespace zqm::engine {
 
 class Utterance {
 public:
-    using Report = std::function<void(const protocol::Event&)>;
+    // With whether more follow at once: then this one need not be sent by itself.
+    using Report = std::function<void(const protocol::Event&, bool moreFollow)>;
 
     // The output of an empty text that is only to be heard may be null.
     Utterance(protocol::Speak request, const protocol::Voice& voice, Speaker& speaker,
