@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -173,21 +175,6 @@ Json write(const Started& started) {
     return message;
 }
 
-Json write(const Word& word) {
-    return {{"type", "word"},
-            {"utterance", word.utterance},
-            {"position", word.position},
-            {"length", word.length},
-            {"at", number(word.at)}};
-}
-
-Json write(const Phoneme& phoneme) {
-    return {{"type", "phoneme"},
-            {"utterance", phoneme.utterance},
-            {"opcode", phoneme.opcode},
-            {"at", number(phoneme.at)}};
-}
-
 Json write(const Problem& problem) {
     return {{"type", "problem"},          {"utterance", problem.utterance},
             {"code", problem.code},       {"position", problem.position},
@@ -224,6 +211,33 @@ Json write(const Phonemes& phonemes) {
 
 Json write(const Pong&) {
     return {{"type", "pong"}};
+}
+
+template <typename Message>
+std::string lineOf(const Message& message) {
+    return line(write(message));
+}
+
+std::string plainNumber(double value) {
+    if (!std::isfinite(value)) {
+        return number(value).dump();
+    }
+    std::array<char, 32> digits{};
+    return {digits.data(), std::to_chars(digits.begin(), digits.end(), value).ptr};
+}
+
+// Nearly all that engines say is these two, a few of them for each word. They hold numbers alone, so they are
+// written as they stand: to build and write what the library makes of them takes longer than all else that is
+// done with them.
+std::string lineOf(const Word& word) {
+    return R"({"type":"word","utterance":)" + std::to_string(word.utterance) + R"(,"position":)" +
+           std::to_string(word.position) + R"(,"length":)" + std::to_string(word.length) + R"(,"at":)" +
+           plainNumber(word.at) + "}\n";
+}
+
+std::string lineOf(const Phoneme& phoneme) {
+    return R"({"type":"phoneme","utterance":)" + std::to_string(phoneme.utterance) + R"(,"opcode":)" +
+           std::to_string(phoneme.opcode) + R"(,"at":)" + plainNumber(phoneme.at) + "}\n";
 }
 
 // ---- reading
@@ -497,7 +511,7 @@ std::string encode(const Request& request) {
 }
 
 std::string encode(const Event& event) {
-    return std::visit([](const auto& message) { return line(write(message)); }, event);
+    return std::visit([](const auto& message) { return lineOf(message); }, event);
 }
 
 std::optional<Request> decodeRequest(std::string_view line) {
