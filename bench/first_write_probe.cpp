@@ -34,6 +34,7 @@ void* const realWrite = ::dlsym(RTLD_NEXT, "pa_stream_write");
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the header's are C's
 extern "C" [[gnu::visibility("default")]] int pa_stream_write(pa_stream* stream, const void* data,
                                                               std::size_t bytes, pa_free_cb_t release,
                                                               std::int64_t offset, pa_seek_mode_t seek) {

@@ -1,7 +1,7 @@
 // What it costs to write a text to a WAV file, from the call to the whole file: by the library, beside what
 // the command espeak-ng takes for the same text, and beside a loop around libespeak-ng, which makes the sound
-// for both. The host hears of the end of its speech alone. Longer texts than the longest here would go beyond
-// what a WAV file can hold.
+// for both. The host hears of the end of its speech alone. A million words would be three times what
+// a WAV file can hold.
 
 #include "bench/support/bare_espeak.h"
 #include "bench/support/peak_memory.h"
@@ -160,7 +160,7 @@ void measureWarm(benchmark::State& state) {
 void measureSeveral(benchmark::State& state) {
     try {
         std::vector<host::Object> synthesizers(static_cast<std::size_t>(state.range(0)));
-        std::vector<std::string> files;
+        std::vector<std::string> files(synthesizers.size());
         std::size_t ends = 0;
         const auto finish = [&](const host::Arguments&) { ++ends; };
         const auto writeAll = [&](std::size_t words) {
@@ -174,10 +174,10 @@ void measureSeveral(benchmark::State& state) {
                 throw std::runtime_error("the speeches weren't finished");
             }
         };
-        for (host::Object& synthesizer : synthesizers) {
-            synthesizer = bench::newSynthesizer();
-            synthesizer.on(bench::kFinished, finish);
-            files.push_back(folder() / ("speech" + std::to_string(files.size()) + ".wav"));
+        for (std::size_t index = 0; index < synthesizers.size(); ++index) {
+            synthesizers[index] = bench::newSynthesizer();
+            synthesizers[index].on(bench::kFinished, finish);
+            files[index] = folder() / ("speech" + std::to_string(index) + ".wav");
         }
         writeAll(1);
         for (auto _ : state) {
@@ -197,11 +197,8 @@ void measureSeveral(benchmark::State& state) {
 // ---- programs
 
 void run(std::vector<std::string> words) {
-    std::vector<char*> arguments;
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
+    std::vector<char*> arguments(words.size() + 1);
+    std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
     pid_t process = 0;
     int status = 0;
     if (::posix_spawnp(&process, arguments.front(), nullptr, nullptr, arguments.data(), environ) != 0 ||
