@@ -52,6 +52,7 @@ void start(host::Object& synthesizer) {
     }
 }
 
+// Returns when the sound server has put the speech away, too.
 void stop(host::Object& synthesizer) {
     bool isOver = false;
     synthesizer.on(bench::kFinished, [&](const host::Arguments&) { isOver = true; });
@@ -61,6 +62,7 @@ void stop(host::Object& synthesizer) {
     if (!stopped) {
         throw std::runtime_error("the speech doesn't stop");
     }
+    bench::loadedRuntime().runFor(host::Seconds(0.05));
 }
 
 // One that has spoken before, and so has an engine and the server.
