@@ -17,9 +17,13 @@ NSString* charactersOf(std::uint32_t number) {
         bytes[--index] = static_cast<char>(number & UCHAR_MAX);
     }
     const auto first = std::find_if(bytes.begin(), bytes.end(), [](char byte) { return byte != 0; });
+    // For Mac Roman Foundation opens a converter each time, which costs more than the rest of telling.
+    const bool isAscii = std::all_of(first, bytes.end(),
+                                     [](char byte) { return static_cast<unsigned char>(byte) <= SCHAR_MAX; });
     return [[[NSString alloc] initWithBytes:first
                                      length:static_cast<NSUInteger>(bytes.end() - first)
-                                   encoding:NSMacOSRomanStringEncoding] autorelease];
+                                   encoding:isAscii ? NSASCIIStringEncoding : NSMacOSRomanStringEncoding]
+        autorelease];
 }
 
 } // namespace

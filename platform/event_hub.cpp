@@ -121,14 +121,17 @@ bool EventHub::dispatch() {
             source->takeMessages();
         }
     }
+    signal(!ready_.empty());
     while (!ready_.empty()) {
+        // A source with more to deliver comes back at once, so that it isn't worth two calls of the system to
+        // say meanwhile that there is none.
         EventSource* const source = ready_.front();
         ready_.pop_front();
-        signal(!ready_.empty());
         if (source->deliver()) {
             return true;
         }
     }
+    signal(false);
     return false;
 }
 
