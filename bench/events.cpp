@@ -137,7 +137,7 @@ void millionEvents(benchmark::State& state) {
             const double seconds = program.secondsFor(text);
             state.SetIterationTime(seconds);
             state.counters["events"] = static_cast<double>(program.events());
-            state.counters["lost"] = static_cast<double>(kMillion - program.events());
+            state.counters["lost"] = static_cast<double>(kMillion) - static_cast<double>(program.events());
             state.counters["per_second"] = static_cast<double>(program.events()) / seconds;
             if (program.events() != kMillion) {
                 state.SkipWithError("events are lost");

@@ -66,6 +66,8 @@ public:
         runtime_.load(ZQM_PLUGIN);
         ZQMPlatformListenToFile(soundFile().c_str());
         listener_ = std::make_unique<support::CommandListener>(runtime_, commands());
+        hear(); // starts the engine, which reads the model
+        rest();
     }
 
     // Hears the whole file. Throws std::runtime_error when that isn't what is said in it.
@@ -89,8 +91,6 @@ private:
 void heardByLibrary(benchmark::State& state) {
     try {
         static HostProgram program;
-        program.hear(); // starts the engine, which reads the model
-        program.rest();
         for (auto _ : state) {
             program.hear();
             state.PauseTiming();
