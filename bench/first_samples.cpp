@@ -1,15 +1,19 @@
 // How soon speech begins.
 //
-// first/...: from the call that starts a speech to the first sound that is made of it. Ours is made when the
-// engine hands it to the sound server, libpulse's pa_stream_write, which first_write_probe.cpp notes in the
-// engine: the server has the stream by then. That of the bare loop is made when libespeak-ng first calls back
-// with samples, which go nowhere.
+// first/...: from the call that starts a speech to the first sound that is made of it, which is when
+// libespeak-ng first calls back with samples: in the engine, as first_sound_probe.cpp notes there, or in this
+// process, where they go nowhere.
+//
+// handed/...: from the call to the first sound that the engine hands to the sound server, libpulse's
+// pa_stream_write. The server has the stream by then, and the engine has made the whole first piece of the
+// text.
 //
 // heard/...: from the call, or from the start of the command spd-say, to the first sound that is heard at the
 // monitor of a sound server's null sink. The time of a sample there is known to a few milliseconds, the same
 // for all.
 
 #include "bench/support/bare_espeak.h"
+#include "bench/support/first_sound_times.h"
 #include "bench/support/speaking_host.h"
 #include "bench/support/speech_dispatcher.h"
 #include "tests/support/monitor_recording.h"
@@ -72,61 +76,67 @@ void warmUp(host::Object& synthesizer) {
     stop(synthesizer);
 }
 
-// ---- the first sound that is made
+// ---- the first sound that is made, and handed on
+
+using Times = bench::FirstSoundTimes;
+using Time = std::atomic<std::int64_t>;
 
 // Engines that are started while this exists tell of it.
-class FirstWrite {
+class FirstSound {
 public:
-    FirstWrite() {
+    FirstSound() {
         const int file = ::open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        const bool isLarge = file >= 0 && ::ftruncate(file, sizeof *time_) == 0;
+        const bool isLarge = file >= 0 && ::ftruncate(file, sizeof(Times)) == 0;
         void* const memory = isLarge
-                                 ? ::mmap(nullptr, sizeof *time_, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0)
+                                 ? ::mmap(nullptr, sizeof(Times), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0)
                                  : MAP_FAILED;
         ::close(file);
         if (memory == MAP_FAILED) {
             throw std::runtime_error("no memory can be shared");
         }
-        time_ = static_cast<std::atomic<std::int64_t>*>(memory);
+        times_ = static_cast<Times*>(memory);
     }
-    ~FirstWrite() { ::munmap(time_, sizeof *time_); }
-    FirstWrite(const FirstWrite&) = delete;
-    FirstWrite& operator=(const FirstWrite&) = delete;
+    ~FirstSound() { ::munmap(times_, sizeof(Times)); }
+    FirstSound(const FirstSound&) = delete;
+    FirstSound& operator=(const FirstSound&) = delete;
 
-    // Seconds from the start on.
-    double await(host::Object& synthesizer) {
-        *time_ = 0;
+    // Starts a speech; answers the seconds from there on.
+    double await(host::Object& synthesizer, Time Times::*what) {
+        Time& time = times_->*what;
+        time = 0;
         const double begin = monotonicSeconds();
         start(synthesizer);
-        if (!bench::loadedRuntime().runUntil([this] { return *time_ != 0; }, host::Seconds(10))) {
+        if (!bench::loadedRuntime().runUntil([&] { return time != 0; }, host::Seconds(10))) {
             throw std::runtime_error("the engine tells of no sound");
         }
-        return static_cast<double>(*time_) / kNanoseconds - begin;
+        return static_cast<double>(time) / kNanoseconds - begin;
     }
 
 private:
     support::TemporaryFolder folder_;
-    std::string path_ = folder_ / "first-write";
-    support::ScopedEnvironment file_{"ZQM_FIRST_WRITE", path_};
-    support::ScopedEnvironment probe_{"LD_PRELOAD", ZQM_FIRST_WRITE_PROBE};
-    std::atomic<std::int64_t>* time_ = nullptr;
+    std::string path_ = folder_ / "first-sound";
+    support::ScopedEnvironment file_{"ZQM_FIRST_SOUND", path_};
+    support::ScopedEnvironment probe_{"LD_PRELOAD", ZQM_FIRST_SOUND_PROBE};
+    Times* times_ = nullptr;
 };
 
-void firstWarm(benchmark::State& state) {
-    FirstWrite firstWrite;
+template <Time Times::*what>
+void soundOfAWarmOne(benchmark::State& state) {
+    FirstSound firstSound;
     host::Object synthesizer = bench::newSynthesizer();
     warmUp(synthesizer);
     for (auto _ : state) {
-        state.SetIterationTime(firstWrite.await(synthesizer));
+        state.SetIterationTime(firstSound.await(synthesizer, what));
         stop(synthesizer);
     }
 }
 
-void firstNew(benchmark::State& state) {
-    FirstWrite firstWrite;
+template <Time Times::*what>
+void soundOfANewOne(benchmark::State& state) {
+    FirstSound firstSound;
     for (auto _ : state) {
         host::Object synthesizer = bench::newSynthesizer();
-        state.SetIterationTime(firstWrite.await(synthesizer));
+        state.SetIterationTime(firstSound.await(synthesizer, what));
         stop(synthesizer);
     }
 }
@@ -268,9 +278,11 @@ int main(int argc, char** argv) {
     constexpr int kHeard = 5;
     try {
         const support::ScopedPulseServer server(soundServer());
-        add("first/warm", firstWarm, kMade);
-        add("first/new", firstNew, kMade);
+        add("first/warm", soundOfAWarmOne<&Times::made>, kMade);
+        add("first/new", soundOfANewOne<&Times::made>, kMade);
         add("first/loop", firstLoop, kMade);
+        add("handed/warm", soundOfAWarmOne<&Times::handed>, kMade);
+        add("handed/new", soundOfANewOne<&Times::handed>, kMade);
         add("heard/warm", heardWarm, kHeard);
         add("heard/new", heardNew, kHeard);
         add("heard/spd_say", heardSpdSay, kHeard);

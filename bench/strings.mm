@@ -81,6 +81,15 @@ void toPlatformByGNUstep(benchmark::State& state, const std::string& text) {
     }
 }
 
+// What is asked of the host before any conversion.
+void readOfHost(benchmark::State& state, const std::string& text) {
+    const auto string = runtime().string(text);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(REALGetStringEncoding(string.handle()));
+        benchmark::DoNotOptimize(REALGetStringContents(string.handle()));
+    }
+}
+
 void toPlatformByICU(benchmark::State& state, const std::string& text) {
     for (auto _ : state) {
         const auto units = std::make_unique_for_overwrite<UChar[]>(text.size());
@@ -108,6 +117,17 @@ void toHostByGNUstep(benchmark::State& state, const std::string& text) {
     for (auto _ : state) {
         const AutoreleasePool pool;
         benchmark::DoNotOptimize([string UTF8String]);
+    }
+}
+
+// A string that the host makes and puts away, of bytes that need no conversion.
+void madeByHost(benchmark::State& state, const std::string& text) {
+    runtime();
+    for (auto _ : state) {
+        const OwnedString string{
+            originalREALBuildString(text.data(), static_cast<std::int32_t>(text.size()))};
+        REALSetStringEncoding(string.get(), kCFStringEncodingUTF8);
+        benchmark::DoNotOptimize(string.get());
     }
 }
 
@@ -141,10 +161,12 @@ constexpr std::array kWays = std::to_array<Way>({
     {"to_platform/gnustep", toPlatformByGNUstep},
     {"to_platform/icu", toPlatformByICU},
     {"to_platform/memcpy", copied},
+    {"to_platform/host", readOfHost},
     {"to_host/ours", toHost},
     {"to_host/gnustep", toHostByGNUstep},
     {"to_host/icu", toHostByICU},
     {"to_host/memcpy", copied},
+    {"to_host/host", madeByHost},
 });
 
 void registerAll() {
