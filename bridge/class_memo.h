@@ -20,7 +20,7 @@ public:
     ClassMemo(const ClassMemo&) = delete;
     ClassMemo& operator=(const ClassMemo&) = delete;
 
-    // What `find` answers of the object, which may be null. Objects that answer themselves of what kind they
+    // What `find` answers of the object: a row, or null. Objects that answer themselves of what kind they
     // are are looked at one by one.
     template <typename Find>
     const Row* rowOf(NSObject* object, Find&& find) {

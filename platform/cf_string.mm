@@ -57,7 +57,7 @@ bool writeUtf8(NSString* string, std::span<char> room) {
         const NSUInteger count = std::min(length - begin, kUnits);
         [string getCharacters:reinterpret_cast<unichar*>(units.data()) range:NSMakeRange(begin, count)];
         std::u16string_view portion(units.data(), count);
-        if (begin + count < length && count > 1 && isHighSurrogate(portion.back())) {
+        if (begin + count < length && isHighSurrogate(portion.back())) {
             portion.remove_suffix(1); // with its other half in the next one
         }
         const auto bytes = zqm::platform::encodeUtf8(portion, room);

@@ -121,7 +121,6 @@ bool EventHub::dispatch() {
             source->takeMessages();
         }
     }
-    signal(!ready_.empty());
     while (!ready_.empty()) {
         // A source with more to deliver comes back at once, so that it isn't worth two calls of the system to
         // say meanwhile that there is none.

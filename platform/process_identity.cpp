@@ -11,7 +11,8 @@ namespace {
 
 using Number = std::atomic<pid_t>;
 
-// Memory that is empty in a fork, however it was made. Null: the system gives none.
+// Memory that is empty in a fork that has its own copy of memory, however it was made; others run no code of
+// ours. Null: the system gives none.
 Number* makeNumber() {
     constexpr std::size_t kBytes = sizeof(Number);
     void* const memory = ::mmap(nullptr, kBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -84,6 +84,7 @@ struct EntryFunction<Entry, Result(Arguments...)> {
             return Result();
         }
         constexpr std::size_t kPlace = placeOfEntryPoint(Entry::kName);
+        static_assert(kPlace < kEntryPointNames.size());
         if (!core->entryPoints().admit(kPlace)) {
             return Result();
         }

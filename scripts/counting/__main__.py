@@ -6,9 +6,9 @@ import argparse
 import sys
 from pathlib import Path
 
+from common.problems import Problem, words_of
 from counting.comparison import problems_of, table_of
 from counting.counts import count_of, paths_of
-from counting.problems import Problem
 from counting.record import read_record, write_record
 
 
@@ -34,10 +34,8 @@ def main() -> int:
     options = parser.parse_args()
     try:
         problems = run(options.program, options.record, options.write)
-    except Problem as problem:
-        problems = [str(problem)]
-    except OSError as error:
-        problems = [f"{error.filename}: {error.strerror}"]
+    except (Problem, OSError) as problem:
+        problems = [words_of(problem)]
     for each in problems:
         print(each, file=sys.stderr)
     return 1 if problems else 0

@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from counting.problems import Problem
+from common.problems import Problem
 
 ROUNDS = 1000
 # Counted from the call of this function of bench/hot_paths.mm to its return: neither start-up nor warm-up.

@@ -5,7 +5,7 @@ from __future__ import annotations
 import json
 from pathlib import Path
 
-from counting.problems import Problem
+from common.problems import Problem
 
 
 def read_record(file: Path) -> dict[str, int]:

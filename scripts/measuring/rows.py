@@ -153,7 +153,7 @@ def heard_row(way: str, words: str, most: float | None) -> Row:
 
 
 def command_row(words: str, ours: str, command: str) -> Row:
-    return compared(words, f"{ours}", (("espeak-ng", f"{command}"),), 1.0)
+    return compared(words, ours, (("espeak-ng", command),), 1.0)
 
 
 OURS_OF_SYNTHESIZERS = {

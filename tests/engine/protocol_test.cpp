@@ -105,6 +105,23 @@ TEST(Protocol, writesWhatIsNotANumberAsNull) {
     EXPECT_EQ(manner.volume, std::numeric_limits<double>::max());
 }
 
+// These are written by hand.
+TEST(Protocol, keepsAnyTimeOfWordsAndPhonemes) {
+    for (const double at : {0.0, 0.1, 1e22, 1e300, 5e-324, 123456.789, std::numeric_limits<double>::max()}) {
+        const auto word = decodeEvent(withoutLineFeed(encode(Event(Word{1, 2, 3, at}))));
+        ASSERT_TRUE(word) << at;
+        EXPECT_EQ(std::get<Word>(*word).at, at);
+        const auto phoneme = decodeEvent(withoutLineFeed(encode(Event(Phoneme{1, 2, at}))));
+        ASSERT_TRUE(phoneme) << at;
+        EXPECT_EQ(std::get<Phoneme>(*phoneme).at, at);
+    }
+    const auto endless = decodeEvent(withoutLineFeed(encode(Event(Word{1, 2, 3, HUGE_VAL}))));
+    ASSERT_TRUE(endless);
+    EXPECT_EQ(std::get<Word>(*endless).at, std::numeric_limits<double>::max());
+    EXPECT_EQ(encode(Event(Phoneme{1, 2, std::nan("")})),
+              "{\"type\":\"phoneme\",\"utterance\":1,\"opcode\":2,\"at\":null}\n");
+}
+
 TEST(Protocol, writesBrokenBytesAsReplacementCharacters) {
     const auto back = decodeRequest(withoutLineFeed(encode(Request(Speak{1, "a\xFFz", "v"}))));
     ASSERT_TRUE(back);

@@ -192,6 +192,8 @@ TEST_P(ToldCommands, ComeInTheirOrder) {
 
 INSTANTIATE_TEST_SUITE_P(SyncMessages, ToldCommands,
                          testing::Values(Story{"One [[sync 0x41]]two", {"One", "sync A", "two"}},
+                                         Story{"One [[sync 0x417F]]two", {"One", "sync A\x7F", "two"}},
+                                         Story{"One [[sync 0x41C4]]two", {"One", "sync A\u0192", "two"}},
                                          Story{"One [[sync 65]]two", {"One", "sync A", "two"}},
                                          Story{"[[sync note]]One two[[sync END!]]",
                                                {"sync note", "One", "two", "sync END!"}},

@@ -62,7 +62,8 @@ TEST(FuzzScript, RefusesWhatIsNoTargetBeforeItBuilds) {
 
 // As all do that look for it by help_if_asked.
 TEST(FuzzScript, ShowsItsHead) {
-    for (const char* const script : {"coverage", "fuzz", "measure", "measure-recognizer", "soak", "tidy"}) {
+    for (const char* const script :
+         {"count-instructions", "coverage", "fuzz", "measure", "measure-recognizer", "soak", "tidy"}) {
         for (const char* const option : {"--help", "-h"}) {
             const ScriptProject project(std::string("scripts/") + script);
             const ProcessResult result =
