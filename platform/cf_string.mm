@@ -19,10 +19,16 @@ using zqm::platform::UnicodeForm;
 
 namespace {
 
+// The runtime would look for its name each time, which is a tenth of what a short string costs.
+Class stringClass() {
+    static const Class found = [NSString class];
+    return found;
+}
+
 // Foundation's own initialisers refuse lone surrogates and take a byte-order mark for one even here.
 CFStringRef newString(std::u16string_view text) {
     const auto* units = reinterpret_cast<const unichar*>(text.data());
-    NSString* string = [[NSString alloc] initWithCharacters:units length:text.size()];
+    NSString* string = [[stringClass() alloc] initWithCharacters:units length:text.size()];
     if (string == nil || [string length] != text.size()) {
         [string release];
         string = [[ZQMUnicodeString alloc] initWithUnits:units count:text.size()];
@@ -38,9 +44,9 @@ std::u16string unitsOf(CFStringRef string, CFRange range) {
 
 // As Foundation holds it, without UTF-16 in between.
 CFStringRef newAsciiString(std::string_view bytes) {
-    return (CFStringRef)[[NSString alloc] initWithBytes:bytes.data()
-                                                 length:bytes.size()
-                                               encoding:NSASCIIStringEncoding];
+    return (CFStringRef)[[stringClass() alloc] initWithBytes:bytes.data()
+                                                      length:bytes.size()
+                                                    encoding:NSASCIIStringEncoding];
 }
 
 bool extendsAscii(CFStringEncoding encoding) {
