@@ -19,8 +19,8 @@ std::optional<std::u16string> decodeUtf8(std::string_view bytes);
 // Of a text without lone surrogates.
 std::string encodeUtf8(std::u16string_view text);
 
-// Puts the bytes of a text of at most 2^31 - 1 units at the beginning of the room, and answers how many they are.
-// Nothing for a text with lone surrogates, and where the room is too small; both may have written to it.
+// Puts the bytes of a text of at most 2^31 - 1 units at the beginning of the room, and answers how many they
+// are. Nothing for a text with lone surrogates, and where the room is too small; both may have written to it.
 std::optional<std::size_t> encodeUtf8(std::u16string_view text, std::span<char> room);
 
 } // namespace zqm::platform

@@ -222,7 +222,7 @@ TEST(CFString, GetCStringKeepsNulCharacters) {
 
 // Long ones go to UTF-8 in portions.
 TEST(CFString, GetCStringSplitsNoSurrogatePair) {
-    for (const std::size_t before : {1022, 1023, 1024, 2046, 2047, 2048}) {
+    for (const std::size_t before : {1022U, 1023U, 1024U, 2046U, 2047U, 2048U}) {
         const std::u16string text = std::u16string(before, u'x') + u"\U0001F600\u20AC";
         std::vector<char> buffer(before + 8, '?');
         EXPECT_FALSE(CFStringGetCString(create(text), buffer.data(), static_cast<CFIndex>(buffer.size() - 1),
@@ -235,7 +235,7 @@ TEST(CFString, GetCStringSplitsNoSurrogatePair) {
 
 TEST(CFString, GetCStringRefusesLoneSurrogatesWhereverTheyStand) {
     std::vector<char> buffer(20'000);
-    for (const std::size_t before : {1022, 1023, 1024, 2047}) {
+    for (const std::size_t before : {1022U, 1023U, 1024U, 2047U}) {
         for (const char16_t* const end : {u"\xD83D", u"\xDE00", u"\xD83Dx", u"\xD83D\xD83D\xDE00"}) {
             const std::u16string text = std::u16string(before, u'\u00E9') + end;
             EXPECT_FALSE(CFStringGetCString(create(text), buffer.data(), static_cast<CFIndex>(buffer.size()),

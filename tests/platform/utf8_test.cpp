@@ -49,7 +49,8 @@ const std::array<std::string, 15> kMalformed{
 
 TEST(Utf8, IsConvertedBothWaysWhereverACharacterStands) {
     for (const Character& character : kCharacters) {
-        for (const std::size_t before : {0, 1, 1023, 1024, 2044, 2045, 2046, 2047, 2048, 4094, 4095, 9999}) {
+        for (const std::size_t before :
+             {0U, 1U, 1023U, 1024U, 2044U, 2045U, 2046U, 2047U, 2048U, 4094U, 4095U, 9999U}) {
             const std::string bytes = std::string(before, 'x') + character.bytes + "yz";
             const std::u16string units = std::u16string(before, u'x') + character.units + u"yz";
             EXPECT_THAT(decodeUtf8(bytes), Optional(units)) << before;
@@ -62,8 +63,8 @@ TEST(Utf8, IsConvertedBothWaysWhereverACharacterStands) {
 
 TEST(Utf8, IsRefusedWhereItIsMalformed) {
     for (const std::string& malformed : kMalformed) {
-        for (const std::size_t before : {0, 1, 2043, 2044, 2045, 2046, 2047, 2048}) {
-            for (const std::size_t after : {0, 1, 5000}) {
+        for (const std::size_t before : {0U, 1U, 2043U, 2044U, 2045U, 2046U, 2047U, 2048U}) {
+            for (const std::size_t after : {0U, 1U, 5000U}) {
                 const std::string bytes = std::string(before, 'x') + malformed + std::string(after, 'y');
                 EXPECT_EQ(decodeUtf8(bytes), std::nullopt) << testing::PrintToString(bytes);
             }
