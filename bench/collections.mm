@@ -93,20 +93,23 @@ void measure(benchmark::State& state, Make&& make) {
     }
 }
 
-void arrayToPlatform(benchmark::State& state) {
+// As a host program makes them.
+zqm::host::Array hostTexts(const benchmark::State& state) {
     auto array = runtime().array(zqm::host::ElementType::String);
     for (const std::string& text : textsOf(state)) {
         array.append(text);
     }
+    return array;
+}
+
+void arrayToPlatform(benchmark::State& state) {
+    const auto array = hostTexts(state);
     measure(state, [&] { return GetVariantAsNSObject(array.handle()); });
 }
 
 // What the host is asked for every element of one of its arrays in any case.
 void arrayRead(benchmark::State& state) {
-    auto array = runtime().array(zqm::host::ElementType::String);
-    for (const std::string& text : textsOf(state)) {
-        array.append(text);
-    }
+    const auto array = hostTexts(state);
     measure(state, [&] {
         std::int64_t bytes = 0;
         for (std::int64_t i = 0; i <= REALGetArrayUBound(array.array()); ++i) {

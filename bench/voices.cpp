@@ -2,8 +2,8 @@
 // starts espeak-ng's command for each answer. Of the first list of a program all is measured, in a fresh
 // process: loading the library, and the start of the engine that knows the voices.
 
+#include "bench/support/speaking_host.h"
 #include "tests/support/process.h"
-#include "zqmhost/zqmhost.h"
 
 #include <benchmark/benchmark.h>
 
@@ -19,20 +19,15 @@ namespace {
 
 using namespace zqm;
 
-constexpr const char* kSynthesizer = "NSSpeechSynthesizerZQM";
-constexpr const char* kVoice = "gmw/en-US";
+using bench::kSynthesizer;
+using bench::kVoice;
+using bench::loadedRuntime;
+
 constexpr const char* kText = "The quick brown fox jumps over the lazy dog.";
 constexpr std::string_view kListVoices = "--list-voices";
 
-host::Runtime& runtime() {
-    static host::Runtime one;
-    static const bool isLoaded = (one.load(ZQM_PLUGIN), true);
-    static_cast<void>(isLoaded);
-    return one;
-}
-
 std::size_t countVoices() {
-    return host::Array(runtime().callShared(kSynthesizer, "availableVoices").asObject()).size();
+    return host::Array(loadedRuntime().callShared(kSynthesizer, "availableVoices").asObject()).size();
 }
 
 // Throws std::runtime_error when the function answers false.
@@ -61,7 +56,7 @@ void askCommand(const std::string& program, const std::vector<std::string>& argu
 
 void phonemesOfLibrary(benchmark::State& state) {
     try {
-        host::Object synthesizer = runtime().construct(kSynthesizer, kVoice);
+        host::Object synthesizer = bench::newSynthesizer();
         measure(state,
                 [&] { require(!synthesizer.call("phonemesFromText", kText).asText().empty(), "phonemes"); });
     } catch (const std::exception& exception) {
@@ -87,7 +82,8 @@ void listOfCommand(benchmark::State& state) {
 
 void attributesOfLibrary(benchmark::State& state) {
     measure(state, [] {
-        require(!runtime().callShared(kSynthesizer, "attributesForVoice", kVoice).isNull(), "attributes");
+        require(!loadedRuntime().callShared(kSynthesizer, "attributesForVoice", kVoice).isNull(),
+                "attributes");
     });
 }
 

@@ -142,6 +142,7 @@ const FoundationClass* foundationClassOf(NSObject* object) {
 
 // What a Foundation class stands for.
 std::optional<REALobject> variantOfFoundationObject(NSObject* object) {
+    // These are numbers: none of the rows before that of numbers matches them.
     if (isBoolean(object)) {
         return booleanVariant(object);
     }
