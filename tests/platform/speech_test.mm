@@ -179,6 +179,17 @@ TEST_F(Speech, TheEventDescriptorTellsWhenToRunTheRunLoop) {
     EXPECT_EQ(0, ::poll(&watched, 1, 0));
 }
 
+TEST_F(Speech, TheEventDescriptorTellsNothingOfWhatNobodyWants) {
+    Speaker speaker;
+    pollfd watched{ZQMPlatformEventDescriptor(), POLLIN, 0};
+    [speaker.synthesizer setDelegate:nil];
+    ASSERT_TRUE(speaker.say("Hello world", path("a.wav")));
+    ASSERT_TRUE(waitUntil([&] { return ![speaker.synthesizer isSpeaking]; }));
+    EXPECT_EQ(1, ::poll(&watched, 1, 0));
+    CFRunLoopRunInMode(kCFRunLoopDefaultMode, 0, 1);
+    EXPECT_EQ(0, ::poll(&watched, 1, 0));
+}
+
 TEST_F(Speech, AsksTheDelegateBeforeEachCallback) {
     Speaker speaker;
     speaker.heard.onWord = [&](NSSpeechSynthesizer*) { speaker.heard.wantsWords = false; };
